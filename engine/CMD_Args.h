@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <iosfwd>
+
+#include <orvlang/platform/kit/KIT_Args.h>
+#include <orvlang/platform/kit/KIT_Export.h>
+#include <orvlang/platform/kit/KIT_String.h>
+
+class CMD_Command;
+class CMD_Source;
+
+/// What a command's callback receives: its words with the options stripped, the streams to use, and where the
+/// statement came from. Object and texts live until the callback returns; a copy holds texts of its own.
+///
+/// Inside a callback `argc()` is at least 1; word 0 is the command as typed, which may be an abbreviation.
+class CMD_API CMD_Args : public KIT_Args {
+public:
+    CMD_Args() = default;
+    virtual ~CMD_Args();
+    CMD_Args(const CMD_Args &) = default;
+    CMD_Args &operator=(const CMD_Args &) = default;
+
+    /// Where results go. Honours redirection and the streams of a calling `execute`.
+    std::ostream &out() const { return *outStream; }
+    /// Where errors go. With a non-zero prefix the position of the statement is written in front, once per
+    /// command, when the statement comes from a script.
+    std::ostream &err(int prefix);
+    /// No position is written in front of later errors.
+    void quietErrors() { errorPrefixPending = 0; }
+    /// Reports a wrong use of the command on the error stream, with the command's help text.
+    void showUsage();
+    /// The full name of the command that runs now.
+    KIT_String commandName() const;
+    /// Runs the command that this one was installed over, with this same object; nothing without one.
+    void callBaseClassCommand();
+
+private:
+    friend class CMD_Manager;
+
+    void init(std::ostream *out, std::ostream *err, const CMD_Source &source);
+
+    std::ostream *outStream = nullptr;
+    std::ostream *errStream = nullptr;
+    KIT_String sourceName;
+    int lineNumber = 0;
+    CMD_Command *command = nullptr;   // borrowed; moves along the chain during callBaseClassCommand
+    int errorPrefixPending = 1;
+};

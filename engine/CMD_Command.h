@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <orvlang/platform/kit/KIT_Export.h>
+#include <orvlang/platform/kit/KIT_String.h>
+
+class CMD_Args;
+
+/// The body of a command. It writes its results to `args.out()`, its errors to `args.err(1)`, and throws nothing.
+using CMD_CommandCallback = void (*)(CMD_Args &args);
+
+/// One installed command: a name, the options it takes and the function that runs it.
+///
+/// Installing a name again does not replace the older command but stands in front of it, so that the newer one
+/// can pass the call on. Only CMD_Manager makes commands, and it destroys none: managers of one name share them,
+/// and they outlive every manager.
+class CMD_API CMD_Command {
+public:
+    /// The full name. Not copied: the installer keeps the text alive.
+    const char *getName() const { return name; }
+    /// A letter per option, a `:` behind a letter for each value that it takes; empty for none. Not copied.
+    const char *getOptions() const { return options; }
+    /// The plug-in library that was being run when the command was installed; null for one from elsewhere.
+    const char *getDSOLocation() const { return dsoLocation.isNull() ? nullptr : dsoLocation.c_str(); }
+    CMD_CommandCallback &getCallback() { return callback; }
+    /// The command that this one stands in front of; null if none.
+    CMD_Command *getChainCommand() const { return chainCommand; }
+    /// Whether it may run in safe mode.
+    bool isSafe() const { return safe; }
+
+private:
+    friend class CMD_Manager;
+
+    CMD_Command(const char *name, const char *options, CMD_CommandCallback callback, bool safe);
+    ~CMD_Command() = default;
+
+    const char *name;                      // borrowed
+    const char *options;                   // borrowed
+    KIT_String dsoLocation;
+    CMD_CommandCallback callback;
+    CMD_Command *chainCommand = nullptr;   // borrowed; lives as long as this one: for ever
+    int index = -1;                        // place in the command list, good only while that is sorted
+    bool safe;
+};

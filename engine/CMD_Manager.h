@@ -1,0 +1,377 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <orvlang/engine/CMD_Command.h>
+#include <orvlang/engine/CMD_Line.h>
+#include <orvlang/platform/kit/KIT_Export.h>
+#include <orvlang/platform/kit/KIT_PtrArray.h>
+#include <orvlang/platform/kit/KIT_String.h>
+#include <orvlang/platform/kit/KIT_StringArray.h>
+#include <orvlang/platform/trk/TRK_Manager.h>
+
+class CMD_AliasTable;
+class CMD_Args;
+class CMD_Loop;
+class CMD_Source;
+class CMD_VariableTable;
+class KIT_SymbolTable;
+class TRK_AutoEventHandler;
+struct CMD_StatementFrame;
+
+/// The object that a host creates to have a command language.
+///
+/// The host constructs a manager, installs commands and feeds it text: `sendInput` for lines that a person types,
+/// `sendMultiLineInput` for a block of text, `execute` for calls from programs. One call runs everything that the
+/// text started: the scripts that it sources and the loops that it closes. Failures of the language are text on
+/// the error stream; nothing is thrown.
+///
+/// A manager belongs to one thread at a time; any callback on that thread may call it again. The tables of
+/// variables and aliases may be used from several threads. Streams that are handed in stay the caller's.
+class CMD_API CMD_Manager : public TRK_Manager {
+public:
+    using PostCmdCallback = void (*)(void *data);
+    using CommandEchoCallback = void (*)(const char *line, void *data);
+
+    /// Managers of one name share their list of commands, which outlives them. A null name counts as empty. With
+    /// a non-zero `extend` the function `CMDextendLibrary` of every plug-in library is run on the new manager.
+    explicit CMD_Manager(const char *name, int extend = 0);
+    ~CMD_Manager() override;
+    CMD_Manager(const CMD_Manager &) = delete;
+    CMD_Manager &operator=(const CMD_Manager &) = delete;
+
+    /// The manager that built-in callbacks act on: the one that ran a statement last. Null when there is none.
+    static CMD_Manager *getContext() { return theManager; }
+    static bool getContextExists() { return theManager != nullptr; }
+    void setContext() override;
+
+    // Running text.
+
+    /// Runs text with streams and expansions of its own. A null stream means the current one. The flags take 0 or
+    /// 1. As a block, it leaves alone what an enclosing statement has left behind a `;`. Text may hold newlines.
+    /// The status of the last statement can be read with getStatusCode. A null text counts as empty.
+    void execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases, bool asBlock);
+    /// One line that a person typed, with or without its line end. It may be continued (a backslash at its end),
+    /// answer a pending `read`, or belong to a loop that is being typed.
+    void sendInput(const char *line, bool asBlock);
+    /// Text of several lines, run like a script that has no position. Null and empty text do nothing.
+    void sendMultiLineInput(const char *text, bool asBlock);
+
+    // Commands.
+
+    /// Adds a command, or puts it in front of the one of that name. The texts are not copied and must stay.
+    /// See CMD_Command for the option string; in safe mode only commands that are marked safe run.
+    void installCommand(const char *name, const char *options, CMD_CommandCallback callback, bool safe);
+    /// Whether exactly that command is there and may run in the present mode.
+    int isCommandDefined(const char *name);
+    /// The option string of the command that a word stands for, abbreviated or not; null when none can run.
+    const char *getOptions(const char *name);
+    /// Appends the commands that plug-in libraries installed, in the order of the command list.
+    void getDSOCommands(KIT_PtrArray<CMD_Command *> &list);
+
+    // Help.
+
+    /// Lists command names in columns: all, or those whose help text holds the keyword, or those that begin with
+    /// the prefix. Null and empty mean no such filter.
+    void commandDump(std::ostream &os, const char *keyword, const char *prefix) const;
+    /// The help for one word: an alias is told and followed, a prefix of one command stands for it, a prefix of
+    /// several lists them.
+    void commandHelp(std::ostream &os, const char *name) const;
+    /// The entry of that name out of every help file of that name on the general path.
+    void printHelp(std::ostream &os, const char *filename, const char *name) const;
+    /// Adds the commands whose entries hold the keyword, in any case, sorted and each once.
+    void searchHelp(KIT_PtrArray<CMD_Command *> &found, const char *filename, const char *keyword) const;
+
+    // Sources.
+
+    /// The current source; never null, and not to be kept beyond the statement.
+    CMD_Source *getSource() const { return sourceStack.back().get(); }
+    /// 0 at the console, 1 in a script that it sources, and so on.
+    int getSourceLevel() const { return static_cast<int>(sourceStack.size()) - 1; }
+    /// Makes a script the current source; its lines run after the current statement. The file is looked up as
+    /// written, then on the script path. Null when it cannot be read or is empty. With a non-zero echo each of
+    /// its statements is shown before it runs.
+    CMD_Source *pushSource(const char *filename, int echo);
+    /// Ends the current source, unless it is the console, and gives the new current one. With a non-zero complain
+    /// a loop that was never closed is reported.
+    CMD_Source *popSource(int complain);
+
+    // Variables. Reading looks through the locals of the sources, the newest first, then at the globals.
+
+    CMD_VariableTable *getGlobalVariables() const { return globalVariables.get(); }
+    /// Sets a local of the current source (with `parent`, of the one that sourced it) or a global; a global call
+    /// overwrites a local of the same name. New globals are exported to the environment. Illegal names are ignored.
+    void setVariable(const char *name, const char *value, int local, int parent);
+    /// Removes the local of the current source, or else the global. `ORP`, `JOB` and `ORPNAME` stay.
+    void unsetVariable(const char *name);
+    bool getVariable(const char *name, KIT_String &value) const;
+    bool getVariable(const char *name, float &value) const;
+    bool getVariable(const char *name, int &value) const;
+    bool hasVariable(const char *name) const;
+    /// As getVariable and hasVariable, with the process environment behind the globals.
+    bool getEnv(const char *name, KIT_String &value) const;
+    bool hasEnv(const char *name) const;
+    /// Adds the names of the current source's locals and of the globals; a name in both comes twice.
+    void getVariableNames(KIT_StringArray &names, int dirtyOnly) const;
+    /// Marks the same variables as unchanged; gives how many had been changed.
+    int clearDirtyVariables();
+    /// 0 for a name that `set` refuses: one of the channel manager's own, a digit in front, a foreign character.
+    int isVariableNameOk(const char *name) const;
+    /// Sets the global and exported `JOB`.
+    void setJob(const char *path);
+    /// Sets `ORP` and `ORPNAME` to the directory and the name of a scene file.
+    void setMotName(const char *path);
+    /// Drops the globals and makes the built-in ones anew. `ORP`, `ORPNAME` and `JOB` survive.
+    void resetVariables();
+    /// Writes `set` lines for the current source's locals and the globals.
+    void saveVariables(std::ostream &os);
+    /// While a scene loads, setVariable leaves `ORP` and `ORPNAME` alone. Calls nest.
+    void beginLoading() { ++loadingCount; }
+    void endLoading() { --loadingCount; }
+    bool isLoading() const { return loadingCount > 0; }
+
+    // Aliases.
+
+    CMD_AliasTable *getAliases() const { return aliases.get(); }
+    bool getAlias(const char *name, KIT_String &value) const;
+    void setAlias(const char *name, const char *value);
+    void destroyAlias(const char *name);
+    void destroyAliases();
+    /// Writes an `alias` line for each alias.
+    void saveAliases(std::ostream &os);
+
+    /// Writes the text in single quotes with a backslash before each single quote, and checks the stream.
+    void saveCommandString(std::ostream &os, const KIT_String &text);
+    /// Writes the text as one word of the language: bare when it can be, otherwise quoted. Null counts as empty.
+    static void saveProtectedString(std::ostream &os, const char *text);
+    /// Replaces `\n`, `\t` and their kin in the text.
+    static void expandControlSequences(KIT_String &text);
+
+    // History, of the current source: a script sees its own empty table.
+
+    void dumpHistory(std::ostream &os) const;
+    void clearHistory();
+    const char *getHistoryCommand(int index) const;
+    unsigned int getHistoryCount() const;
+    /// Switches the recording of typed lines; gives the former state, 1 or 0.
+    int setHistoryCapture(int on);
+
+    // Streams.
+
+    /// Further output goes to these until the matching pop; the process's own streams stay at the bottom.
+    void pushOutputStreams(std::ostream &out, std::ostream &err);
+    void popOutputStreams();
+    /// Replace the current stream and give the former one.
+    std::ostream &setStandardOut(std::ostream &stream);
+    std::ostream &setStandardErr(std::ostream &stream);
+    /// To be called before a stream that may lie on a stack is destroyed.
+    void streamDeleted(std::ostream &stream);
+    /// The current error stream; with a non-zero prefix the position in the script is written to it first.
+    std::ostream &getError(int prefix);
+
+    // Prompts. Null counts as empty text.
+
+    void pushPrompt(const char *text);
+    void popPrompt();
+    void setPrompt(const char *text);
+    /// The prompt at the index, 0 the oldest; outside the stack the current one.
+    const char *getPrompt(int index) const;
+    /// The text to show now: expanded, and by the state of the language ("> " in a loop, "? " in skipped code).
+    void getPrompt(KIT_String &out);
+    /// Writes that text to the current output stream and flushes it.
+    void doPrompt();
+
+    // Modes.
+
+    void setVerbose(int on);
+    /// 2 when on, otherwise 0.
+    int getVerbose() const;
+    void setIORedirection(int on);
+    /// 1 when output redirection is allowed and safe mode is off, otherwise 0.
+    int getIORedirection() const;
+    /// In safe mode only commands marked safe run and nothing is redirected. It is no sandbox.
+    void setSafeMode(int on);
+    int isInSafeMode() const;
+    void setBrowserMode(int on);
+    int isInBrowserMode() const;
+    /// Statement echo is silent while there are more calls of echoOff than of echoOn.
+    void echoOff() { ++echoOffCount; }
+    void echoOn() { --echoOffCount; }
+
+    // Callbacks.
+
+    /// Called after each statement. Gives the function that it replaces.
+    PostCmdCallback setPostCmdCallback(PostCmdCallback callback, void *data);
+    void *getPostCmdCallbackData() const { return postCmdCallbackData; }
+    /// Called with each console line while setCommandEcho is on.
+    void setCommandEchoCallback(CommandEchoCallback callback, void *data);
+    void *getCommandEchoCallbackData() const { return commandEchoCallbackData; }
+    void setCommandEcho(bool on) { commandEcho = on; }
+    bool getCommandEcho() const { return commandEcho; }
+
+    // Running state.
+
+    void setStatusCode(int code) { statusCode = code; }
+    /// The outcome of the last statement; 0 when a callback starts.
+    int getStatusCode() const { return statusCode; }
+    /// Statements run so far, skipped and failed ones too.
+    unsigned int getCommandsRun() const { return commandsRun; }
+    /// Holds channel events back until the matching end. False outside scripts, and for an end without a begin.
+    bool beginChannelBlock();
+    bool endChannelBlock();
+
+    // Loops and conditions.
+
+    /// 1 when the line's first word names `for`, `foreach` or `while`, abbreviated or not.
+    int isLoopCommand(const char *line) { return isLoopLine(line) ? 1 : 0; }
+    /// A loop that has yet to collect its lines; null when there is no word. The caller owns it.
+    CMD_Loop *buildLoop(const char *line);
+    int getBreakLevel() const { return breakLevel; }
+    void bumpBreakLevel(int delta) { breakLevel += delta; }
+    int getContinueLevel() const { return continueLevel; }
+    void setContinueLevel(int level) { continueLevel = level; }
+    /// The number of loops alive.
+    int getLoopNestLevel() const { return loopNestLevel; }
+    void bumpLoopNestLevel(int delta);
+    /// 1 true, 0 false, -1 syntax error; prints nothing. The text form expands variables and expressions first.
+    int evaluateCondition(int argc, const char *const argv[]);
+    int evaluateCondition(const char *text);
+
+protected:
+    bool getVariableString(const char *name, KIT_String &value, int &flags, int thread) override;
+
+private:
+    friend class CMD_Args;
+
+    enum StateBits : unsigned {
+        stateCommandsSorted = 1,
+        stateVerbose = 2,
+        stateIORedirection = 4,
+    };
+    enum ModeBits : unsigned {
+        modeExpandAliases = 1,
+        modeExpandHistory = 2,
+        modeCaptureHistory = 4,
+        modeSafe = 8,
+        modeBrowser = 16,
+    };
+    /// What findCommand gives instead of an index.
+    enum : int { commandMissing = -1, commandAmbiguous = -2, commandUnsafe = -3 };
+
+    using SourceRef = std::shared_ptr<CMD_Source>;
+
+    // Keep a piece of running state right on every way out of an operation.
+    class ExecuteScope;
+    class FrameScope;
+    class ModeScope;
+    class StatementScope;
+
+    static KIT_PtrArray<CMD_Command *> *getCommandList(const char *name);
+    void installBuiltIn();
+    void installBaseCommands();
+
+    // The road of a line, in this order.
+    void internalSendInput(std::string_view line, bool pushedSource);
+    bool keepContinuation(std::string &joined, std::string_view &line);
+    void drain(size_t baseLevel, bool readWasPending, bool loopWasRunning);
+    bool nextStatement(const SourceRef &top, std::string &assembled, CMD_Line &statement);
+    void processInput(const SourceRef &source, const CMD_Line &line);
+    void internalExecute(const CMD_Line &line);
+    int aliasExpand(KIT_String &line) const;
+    void runCommand(std::string_view line);
+
+    // The steps of runCommand.
+    bool isLoopLine(std::string_view line);
+    void startLoop(const SourceRef &source, std::string_view line);
+    bool parseStatement(const SourceRef &source, std::string_view line, CMD_StatementFrame &frame, bool isIfWord);
+    void echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame);
+    bool redirectOutput(const CMD_StatementFrame &frame);
+    CMD_Command *resolveCommand(CMD_StatementFrame &frame);
+    void callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame, bool isIfWord);
+    void reportLateErrors();
+    void updateStatusVariable();
+
+    int findCommand(std::string_view name, int exact);
+    void sortCommands();
+    bool findScript(KIT_String &path) const;
+    void breakAllSources();
+    void reportNestingTooDeep();
+    void closeChannelBlock();
+    void pushSourceRef(SourceRef source);
+    void setReadVariables(std::string_view line);
+    void updateNoAliasVariable();
+
+    void pushStandardOut(std::ostream *stream);
+    void pushStandardErr(std::ostream *stream);
+    void popStandardOut();
+    void popStandardErr();
+
+    void setModeBit(unsigned bit, bool on) { modeBits = on ? modeBits | bit : modeBits & ~bit; }
+
+    // The commands.
+    static void cmd_alias(CMD_Args &args);
+    static void cmd_echo(CMD_Args &args);
+    static void cmd_exit(CMD_Args &args);
+    static void cmd_help(CMD_Args &args);
+    static void cmd_history(CMD_Args &args);
+    static void cmd_job(CMD_Args &args);
+    static void cmd_prompt(CMD_Args &args);
+    static void cmd_quit(CMD_Args &args);
+    static void cmd_read(CMD_Args &args);
+    static void cmd_set(CMD_Args &args);
+    static void cmd_setenv(CMD_Args &args);
+    static void cmd_setCommon(CMD_Args &args, int local, int parent);
+    static void cmd_shift(CMD_Args &args);
+    static void cmd_source(CMD_Args &args);
+    static void cmd_time(CMD_Args &args);
+    static void cmd_if(CMD_Args &args);
+    static void cmd_else(CMD_Args &args);
+    static void cmd_endif(CMD_Args &args);
+    static void cmd_break(CMD_Args &args);
+    static void cmd_continue(CMD_Args &args);
+    static void cmd_end(CMD_Args &args);
+    static void cmd_loop(CMD_Args &args);
+
+    // Shared by all managers of the process.
+    static CMD_Manager *theManager;
+    static int theChannelBlockCount;
+    static TRK_AutoEventHandler *theTRKEventHandler;
+    static int theManagerCount;
+    static KIT_SymbolTable *theCommandLists;   // never freed, like the lists in it
+
+    KIT_PtrArray<CMD_Command *> *commandList;  // borrowed; shared with the managers of the same name
+    std::vector<KIT_String> promptStack;
+    KIT_String readVariables;                  // not empty while a `read` waits for its line
+    int readLocal = 1;
+    std::unique_ptr<KIT_SymbolTable> commandTable;
+    std::vector<SourceRef> sourceStack;        // shared with the statements that the sources gave
+    std::unique_ptr<CMD_VariableTable> globalVariables;
+    std::unique_ptr<CMD_AliasTable> aliases;
+    KIT_PtrArray<std::ostream *> standardOutStack;   // all borrowed
+    KIT_PtrArray<std::ostream *> standardErrStack;
+    unsigned int commandsRun = 0;
+    int noAliasActive = 0;
+    unsigned stateBits = stateIORedirection;
+    int breakLevel = 0;
+    int continueLevel = 0;
+    int loopNestLevel = 0;
+    int executeDepth = 0;
+    int statusCode = 0;
+    unsigned modeBits = modeExpandAliases | modeExpandHistory | modeCaptureHistory;
+    KIT_String name;
+    std::string continuationLine;
+    int loadingCount = 0;
+    int echoOffCount = 0;
+    PostCmdCallback postCmdCallback = nullptr;
+    void *postCmdCallbackData = nullptr;
+    CommandEchoCallback commandEchoCallback = nullptr;
+    void *commandEchoCallbackData = nullptr;
+    bool commandEcho = false;
+    std::vector<std::unique_ptr<CMD_StatementFrame>> frames;   // working memory, one for each nested statement
+    size_t framesInUse = 0;
+};

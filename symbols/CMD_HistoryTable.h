@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <orvlang/platform/kit/KIT_Export.h>
+#include <orvlang/platform/kit/KIT_String.h>
+
+class CMD_Manager;
+
+/// One line that was typed, and its number; the first line ever is 1.
+struct CMD_History {
+    KIT_String text;
+    int number = 0;
+};
+
+/// The latest 200 lines of a source, numbered consecutively, and the `!` and `^` forms that refer to them.
+/// Numbers start again at 1 only when the table is emptied.
+class CMD_API CMD_HistoryTable {
+public:
+    /// The number of lines held, 0 to 200.
+    unsigned int entries() const { return static_cast<unsigned int>(lines.size()); }
+    void addHistory(const char *line);
+    /// Replaces the history forms in the line and shows the result on the manager's error stream. 1 when there
+    /// was a form, even one that refers to nothing; otherwise 0 and the line is unchanged.
+    int historyExpand(CMD_Manager *manager, KIT_String &line) const;
+    /// 0 is the newest line, 1 the one before; null outside. Valid until the table changes.
+    const char *getCommand(int index) const;
+    /// Writes number, two blanks and text of each line, the oldest first.
+    void saveHistory(std::ostream &os) const;
+    void clearAndDestroy() { lines.clear(); }
+
+private:
+    /// Appends the line that a form refers to; gives the bytes of the form behind its `!`.
+    size_t getHistory(std::string_view spec, std::string &out) const;
+    /// `^old^new^rest` on the newest line. -1 with an empty line when there is nothing to replace, else 1.
+    int editHistory(KIT_String &line) const;
+    const CMD_History *findLine(std::string_view word) const;
+
+    std::vector<CMD_History> lines;   // oldest first
+};

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <orvlang/platform/kit/KIT_Export.h>
+#include <orvlang/platform/kit/KIT_LinkNode.h>
+#include <orvlang/platform/kit/KIT_String.h>
+
+/// One named text of a symbol list. The list owns it and guards it with its lock.
+class CMD_API CMD_SymbolEntry : public KIT_LinkNode {
+public:
+    /// Copies both texts. The flag means nothing here; a kind of entry may use it.
+    CMD_SymbolEntry(const char *name, const char *value, bool flag);
+    virtual ~CMD_SymbolEntry();
+
+    virtual void setValue(const char *value) = 0;
+
+protected:
+    friend class CMD_SymbolList;
+
+    const KIT_String name;
+    KIT_String value;
+};

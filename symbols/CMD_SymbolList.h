@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <orvlang/platform/kit/KIT_Export.h>
+#include <orvlang/platform/kit/KIT_LinkList.h>
+#include <orvlang/platform/kit/KIT_Lock.h>
+#include <orvlang/platform/kit/KIT_StringArray.h>
+#include <orvlang/platform/kit/KIT_SymbolTable.h>
+
+class CMD_SymbolEntry;
+
+/// A table of named texts that any thread may use: the list owns the entries in order of creation, a hash index
+/// finds them by name. Each operation holds the table's lock from start to end; nothing is held between two.
+///
+/// Every value is a text; the numeric forms convert on reading by the rules of `atof` and `atoi`.
+class CMD_API CMD_SymbolList : public KIT_LinkList {
+public:
+    CMD_SymbolList();
+    virtual ~CMD_SymbolList();
+
+    bool hasValue(const char *name) const;
+    /// True when the symbol exists. Otherwise the value becomes the empty text.
+    bool getValue(const char *name, KIT_String &value) const;
+    /// True when the symbol exists. Otherwise the value becomes 0.
+    bool getValue(const char *name, float &value) const;
+    /// True when the symbol exists and its text is not empty. Otherwise the value becomes 0.
+    bool getValue(const char *name, int &value) const;
+    /// Changes the symbol, or makes it. An illegal new name is ignored without a word. The flag goes to a new
+    /// entry only. A null value counts as empty.
+    void setValue(const char *name, const char *value, bool flag);
+    /// 1 when the symbol was removed, 0 when there is none or it may not be removed.
+    virtual int destroySymbol(const char *name);
+    /// Adds every name to the array, sorts the whole array and gives the number of names added.
+    int getSymbolNames(KIT_StringArray &names) const;
+    bool isEmpty() const;
+
+protected:
+    /// Non-zero when a symbol of that name may be made: a letter or `_`, then letters, digits and `_`.
+    virtual int isValidSymbolName(const char *name) const;
+    static void sortNames(KIT_StringArray &names);
+    KIT_Lock &getLock() const { return lock; }
+
+private:
+    virtual CMD_SymbolEntry *createEntry(const char *name, const char *value, bool flag) = 0;
+
+    // Both want the lock held.
+    CMD_SymbolEntry *getSymbolPtr(const char *name) const;
+    const KIT_String *getRawValue(const char *name) const;
+
+    KIT_SymbolTable index;
+    mutable KIT_Lock lock{ false, true };
+};
