@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <cassert>
+#include <type_traits>
+#include <vector>
+
+/// A list of pointers, of which each may be null. What they point to is not touched: it belongs to whoever
+/// the field's comment names.
+template <class T>
+class KIT_PtrArray {
+    static_assert(std::is_pointer_v<T>);
+
+public:
+    int entries() const { return static_cast<int>(pointers.size()); }
+    /// i must lie inside the count.
+    T &operator[](int i) {
+        assert(i >= 0 && i < entries());
+        return pointers[static_cast<unsigned>(i)];
+    }
+    T operator[](int i) const {
+        assert(i >= 0 && i < entries());
+        return pointers[static_cast<unsigned>(i)];
+    }
+    /// Null when the list is empty.
+    T last() const { return pointers.empty() ? nullptr : pointers.back(); }
+    auto begin() { return pointers.begin(); }
+    auto end() { return pointers.end(); }
+    auto begin() const { return pointers.begin(); }
+    auto end() const { return pointers.end(); }
+
+    void append(T pointer) { pointers.push_back(pointer); }
+    /// Puts pointer at place i, from 0 to the count; the entries from there on move up.
+    void insertAt(int i, T pointer) {
+        assert(i >= 0 && i <= entries());
+        pointers.insert(pointers.begin() + i, pointer);
+    }
+    /// The first place of pointer; -1 when it is not in the list.
+    int find(T pointer) const {
+        const auto place = std::find(pointers.begin(), pointers.end(), pointer);
+        return place == pointers.end() ? -1 : static_cast<int>(place - pointers.begin());
+    }
+    /// Removes the first entry that is pointer and closes the gap; false when there is none.
+    bool remove(T pointer) {
+        const int i = find(pointer);
+        removeAt(i);
+        return i >= 0;
+    }
+    /// Removes one entry and closes the gap. Nothing happens outside the count.
+    void removeAt(int i) {
+        if (i >= 0 && i < entries())
+            pointers.erase(pointers.begin() + i);
+    }
+    /// Drops entries at the end, or adds null ones.
+    void resize(int count) { pointers.resize(static_cast<unsigned>(count), nullptr); }
+    /// Drops the null entries; the others keep their order.
+    void collapse() { std::erase(pointers, nullptr); }
+    void clear() { pointers.clear(); }
+
+    /// Orders the entries by a function of two of them whose result stands to 0 as the first to the second.
+    /// Entries that it calls equal keep their order.
+    template <class Compare>
+    void sort(Compare compare) {
+        std::stable_sort(pointers.begin(), pointers.end(), [&](T a, T b) { return compare(a, b) < 0; });
+    }
+
+private:
+    std::vector<T> pointers;
+};
+
+using KIT_PtrArrayRaw = KIT_PtrArray<void *>;

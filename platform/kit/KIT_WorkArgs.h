@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <orvlang/platform/kit/KIT_Export.h>
+#include <orvlang/platform/kit/KIT_String.h>
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+/// A list of words in one piece of memory, with the table that a main program takes. It keeps its memory
+/// when it is cleared, so filling it again needs none. Pointers that it gives out are good until the next
+/// change.
+class CMD_API KIT_WorkArgs {
+public:
+    KIT_WorkArgs() = default;
+    KIT_WorkArgs(const KIT_WorkArgs &) = delete;
+    KIT_WorkArgs &operator=(const KIT_WorkArgs &) = delete;
+
+    int argc() const { return count; }
+    /// The words and a null pointer behind them, also when there are none.
+    char **argv() { return table ? table.get() : none; }
+    /// Null outside the count.
+    const char *operator[](int i) const {
+        return static_cast<unsigned>(i) < static_cast<unsigned>(count) ? table[i] : nullptr;
+    }
+
+    void clear();
+    /// Appends one word, which may be one of this list. Words end at their first NUL for those who read them.
+    void append(std::string_view word) {
+        beginWord();
+        appendPiece(word);
+        endWord();
+    }
+
+    // A word made of pieces: beginWord, any number of appendPiece, endWord; nothing else in between.
+    void beginWord() { wordStart = used; }
+    void appendPiece(std::string_view piece) {
+        if (capacity - used < piece.size())
+            return growWith(piece);
+        std::memcpy(buffer.get() + used, piece.data(), piece.size());
+        used += piece.size();
+    }
+    void endWord();
+    /// The word that is being made, so far.
+    std::string_view pieces() const { return { buffer.get() + wordStart, used - wordStart }; }
+    /// Forgets the word that is being made, in place of endWord.
+    void cancelWord() { used = wordStart; }
+
+    /// A text for whoever fills this list: the values of lookups go through it, so that their memory is kept.
+    KIT_String &valueRoom() { return value; }
+
+private:
+    void growWith(std::string_view piece);
+    void growTable();
+
+    std::unique_ptr<char[]> buffer;   // the words, each with its NUL
+    std::size_t used = 0;
+    std::size_t capacity = 0;
+    std::size_t wordStart = 0;
+    std::unique_ptr<char *[]> table;   // count pointers into buffer, then a null pointer
+    int count = 0;
+    int tableCapacity = 0;         // without the null pointer
+    char *none[1] = { nullptr };   // the table before there is one
+    KIT_String value;
+};
