@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Program.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int longestRun = 60 * 1000;   // milliseconds
+
+/// A file in memory: what the program writes never blocks it, whatever the order in which the test reads.
+class MemoryFile {
+public:
+    MemoryFile() : descriptor(memfd_create("orvlang-test", MFD_CLOEXEC)) {
+        if (descriptor < 0)
+            throw std::runtime_error("no memory file");
+    }
+    ~MemoryFile() { close(descriptor); }
+    MemoryFile(const MemoryFile &) = delete;
+    MemoryFile &operator=(const MemoryFile &) = delete;
+
+    void fill(const std::string &text) const {
+        if (write(descriptor, text.data(), text.size()) != ssize_t(text.size()))
+            throw std::runtime_error("memory file not filled");
+        lseek(descriptor, 0, SEEK_SET);
+    }
+    std::string text() const {
+        std::string result(size_t(lseek(descriptor, 0, SEEK_END)), '\0');
+        if (pread(descriptor, result.data(), result.size(), 0) != ssize_t(result.size()))
+            throw std::runtime_error("memory file not read");
+        return result;
+    }
+
+    const int descriptor;
+};
+
+int waitForEnd(pid_t child) {
+    const int handle = int(syscall(SYS_pidfd_open, child, 0));
+    pollfd end = { handle, POLLIN, 0 };
+    if (poll(&end, 1, longestRun) == 0)
+        kill(child, SIGKILL);
+    close(handle);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+}   // namespace
+
+std::vector<char *> Program::environmentTable(std::vector<std::string> &texts) const {
+    texts = { "HOME=" + folder, "JOB=" + folder, "LC_ALL=C", "PATH=/usr/bin:/bin" };
+    for (const char *name : { "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS" })
+        if (const char *value = getenv(name))
+            texts.push_back(std::string(name) + "=" + value);
+    texts.insert(texts.end(), environment.begin(), environment.end());
+    std::vector<char *> table;
+    for (std::string &text : texts)
+        table.push_back(text.data());
+    table.push_back(nullptr);
+    return table;
+}
+
+Outcome Program::run() const {
+    const MemoryFile in, out, err;
+    in.fill(input);
+    std::vector<std::string> texts;
+    const std::vector<char *> names = environmentTable(texts);
+    std::vector<char *> arguments;
+    for (const std::string &word : words)
+        arguments.push_back(const_cast<char *>(word.c_str()));
+    arguments.push_back(nullptr);
+
+    const pid_t child = fork();
+    if (child == 0) {
+        const bool ready = chdir(folder.c_str()) == 0 && dup2(in.descriptor, 0) == 0 &&
+                           dup2(out.descriptor, 1) == 1 && dup2(err.descriptor, 2) == 2;
+        if (ready)
+            execve(arguments[0], arguments.data(), names.data());
+        _exit(127);
+    }
+    Outcome outcome;
+    outcome.status = waitForEnd(child);
+    outcome.out = out.text();
+    outcome.err = err.text();
+    return outcome;
+}
+
+TemporaryFolder::TemporaryFolder() : folder(std::filesystem::temp_directory_path() / "orvlang-test-XXXXXX") {
+    if (!mkdtemp(folder.data()))
+        throw std::runtime_error("no temporary folder");
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder, ignored);
+}
+
+void TemporaryFolder::write(const std::string &name, const std::string &text) const {
+    const std::filesystem::path path = std::filesystem::path(folder) / name;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string TemporaryFolder::read(const std::string &name) const {
+    const std::ifstream file(std::filesystem::path(folder) / name, std::ios::binary);
+    if (!file)
+        return "(no such file)";
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::string lineDifference(const std::vector<std::string> &expected, const std::vector<std::string> &actual) {
+    // longest[i][j]: how many lines a common subsequence of what follows i and j has.
+    std::vector<std::vector<int>> longest(expected.size() + 1, std::vector<int>(actual.size() + 1));
+    for (size_t i = expected.size(); i-- > 0;)
+        for (size_t j = actual.size(); j-- > 0;)
+            longest[i][j] = expected[i] == actual[j] ? longest[i + 1][j + 1] + 1
+                                                     : std::max(longest[i + 1][j], longest[i][j + 1]);
+    std::string text;
+    size_t i = 0, j = 0;
+    while (i < expected.size() || j < actual.size()) {
+        if (i < expected.size() && j < actual.size() && expected[i] == actual[j])
+            text += "  " + actual[j++] + "\n", ++i;
+        else if (j == actual.size() || (i < expected.size() && longest[i + 1][j] >= longest[i][j + 1]))
+            text += "- " + expected[i++] + "\n";
+        else
+            text += "+ " + actual[j++] + "\n";
+    }
+    return text;
+}
