@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <atomic>
+
+#include <orvlang/platform/kit/KIT_Export.h>
+
+/// Lets a person stop what is running. Work is bracketed by opStart and opEnd, brackets may nest, and asks
+/// opInterrupt now and then. An interrupt marks the running work until its outermost bracket ends; with nothing
+/// running it is dropped.
+class CMD_API KIT_Interrupt {
+public:
+    /// Begins an operation, by name for those who show progress. Non-zero to go on; 0 when the work around it is
+    /// interrupted already. An opEnd must follow either way. Least and most value of the progress; data is not used.
+    int opStart(const char *, int, int, void *) {
+        if (depth.load(std::memory_order_relaxed) == 0)
+            marked.store(false, std::memory_order_relaxed);
+        depth.fetch_add(1, std::memory_order_relaxed);
+        return !marked.load(std::memory_order_relaxed);
+    }
+    /// Non-zero when the operation shall stop. The progress so far, negative for none, is not shown by anybody.
+    int opInterrupt(int) const { return marked.load(std::memory_order_relaxed); }
+    void opEnd(int) {
+        if (depth.fetch_sub(1, std::memory_order_relaxed) == 1)
+            marked.store(false, std::memory_order_relaxed);
+    }
+
+    /// Marks the running work. May be called from a signal handler and from any thread.
+    void interrupt() {
+        if (depth.load(std::memory_order_relaxed) > 0)
+            marked.store(true, std::memory_order_relaxed);
+    }
+    bool isInterrupted() const { return marked.load(std::memory_order_relaxed); }
+
+private:
+    std::atomic<int> depth{ 0 };
+    std::atomic<bool> marked{ false };
+    static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+};
+
+/// The one of the process.
+CMD_API KIT_Interrupt *KITgetInterrupt();

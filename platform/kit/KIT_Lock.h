@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <atomic>
+#include <cassert>
+#include <cstdint>
+
+#include <pthread.h>
+#include <sys/single_threaded.h>
+
+#include <orvlang/platform/kit/KIT_Export.h>
+
+/// A lock owned by a thread. While the process has one thread, taking and giving it back are plain stores; they go
+/// to the same word that threads contend for, so a thread that is started while the lock is held finds it held.
+/// Two words in size, nothing to set up, nothing to tear down.
+class CMD_API KIT_Lock {
+public:
+    /// SpinFirst: try for a moment before going to sleep, for locks that are held very briefly. ReentrantToo: the owner
+    /// may take the lock again, and it is free after as many unlocks; otherwise that is an error of the program.
+    constexpr KIT_Lock(bool spinFirst, bool reentrantToo) : spin(spinFirst), reentrant(reentrantToo) {}
+    KIT_Lock(const KIT_Lock &) = delete;
+    KIT_Lock &operator=(const KIT_Lock &) = delete;
+
+    void lockLW() {
+        const uintptr_t self = currentThread();
+        if (isOwnedBy(self)) {
+            assert(reentrant);
+            ++depth;
+            return;
+        }
+        uintptr_t expected = 0;
+        if (__libc_single_threaded)
+            owner.store(self, std::memory_order_relaxed);
+        else if (!owner.compare_exchange_strong(expected, self, std::memory_order_acquire,
+                                                std::memory_order_relaxed))
+            waitForLock(self);
+        depth = 1;
+    }
+
+    /// Only for the thread that holds the lock.
+    void unlock() {
+        assert(isOwnedBy(currentThread()));
+        if (--depth > 0)
+            return;
+        if (__libc_single_threaded)
+            owner.store(0, std::memory_order_relaxed);
+        else if (owner.exchange(0, std::memory_order_release) & Waiters)
+            owner.notify_all();
+    }
+
+    /// Whether the calling thread holds the lock.
+    bool isMine() const { return isOwnedBy(currentThread()); }
+
+private:
+    static constexpr uintptr_t Waiters = 1;   // the address in a pthread_t leaves this bit free
+
+    static uintptr_t currentThread() { return static_cast<uintptr_t>(pthread_self()); }
+    bool isOwnedBy(uintptr_t thread) const {
+        return (owner.load(std::memory_order_relaxed) & ~Waiters) == thread;
+    }
+    void waitForLock(uintptr_t self);
+
+    std::atomic<uintptr_t> owner{ 0 };   // the thread, and Waiters when one may be asleep; 0 when free
+    uint32_t depth = 0;                  // how often the owner took it; guarded by the lock
+    const bool spin;
+    const bool reentrant;
+};

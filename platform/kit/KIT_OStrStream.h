@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+#include <ostream>
+#include <streambuf>
+#include <string_view>
+
+#include <orvlang/platform/kit/KIT_Export.h>
+
+/// A stream that writes into memory. Short texts need no allocation.
+class CMD_API KIT_OStrStream : public std::ostream {
+public:
+    KIT_OStrStream();
+    ~KIT_OStrStream() override;
+
+    /// What was written, up to the first NUL (`std::ends` writes one). Valid until the next output.
+    const char *text() { return buffer.terminated(); }
+    /// All bytes that were written. Valid until the next output.
+    std::string_view view() const { return buffer.view(); }
+    /// Forgets what was written and any failure; keeps the memory.
+    void reset();
+
+private:
+    class CMD_API Buffer : public std::streambuf {
+    public:
+        Buffer() { setp(embedded, embedded + sizeof embedded); }
+        const char *terminated();
+        std::string_view view() const { return { pbase(), static_cast<size_t>(pptr() - pbase()) }; }
+        void forget() { setp(pbase(), epptr()); }
+
+    protected:
+        int_type overflow(int_type byte) override;
+        std::streamsize xsputn(const char *data, std::streamsize count) override;
+
+    private:
+        void reserve(size_t more);
+
+        std::unique_ptr<char[]> grown;
+        char embedded[256];
+    };
+
+    Buffer buffer;
+};

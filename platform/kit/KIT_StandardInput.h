@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include <orvlang/platform/kit/KIT_Export.h>
+
+class KIT_WorkBuffer;
+
+/// The process's one buffer over descriptor 0. Whoever wants a line of standard input takes it here, so that nobody
+/// reads ahead of anybody else; nothing else in the library reads that descriptor.
+class CMD_API KIT_StandardInput {
+public:
+    static KIT_StandardInput &inst();
+
+    constexpr KIT_StandardInput() = default;
+    KIT_StandardInput(const KIT_StandardInput &) = delete;
+    KIT_StandardInput &operator=(const KIT_StandardInput &) = delete;
+
+    /// Waits for a line of any length and gives it without its newline; a last line needs none. A NUL ends its
+    /// line, and what follows it on the line is dropped. False at the end of input, on a read error, and when an
+    /// interrupt stopped the waiting; then what came of the line so far is kept for the next call. After an end the
+    /// next call asks again: a terminal may give more.
+    bool readLine(KIT_WorkBuffer &line);
+    bool readLine(std::string &line);
+
+    /// Whether bytes were read that no line has taken yet.
+    bool holdsInput() const { return next < filled; }
+    /// Whether the latest reading met the end of input (or an error) and nothing is held.
+    bool isAtEnd() const { return ended && !holdsInput(); }
+
+    /// Sets a descriptor 0 that can seek back to behind the last line taken, for a child process that shall read on
+    /// there. False, and nothing happens, when it cannot seek.
+    bool giveBack();
+    /// Forgets what is held, for when descriptor 0 became another file.
+    void discard();
+
+private:
+    template <typename Line>
+    bool takeLine(Line &line);
+    bool findNewline(size_t &length);
+    bool fill();
+    void makeRoom();
+
+    std::unique_ptr<char[]> buffer;
+    size_t capacity = 0;
+    size_t next = 0;      // first byte that no line has taken
+    size_t filled = 0;    // behind the last byte read
+    size_t scanned = 0;   // no newline before here
+    bool ended = false;
+    bool endPending = false;   // a line without newline was given: the next call tells the end
+};

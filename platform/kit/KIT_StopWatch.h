@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <orvlang/platform/kit/KIT_Export.h>
+
+/// Measures elapsed time by a clock that does not follow changes of the date.
+class CMD_API KIT_StopWatch {
+public:
+    void start();
+    /// Seconds since start, with fractions; the watch runs on.
+    double lap() const;
+
+private:
+    long long begin = 0;   // nanoseconds
+};

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string_view>
+
+#include <orvlang/platform/kit/KIT_Lock.h>
+#include <orvlang/platform/kit/KIT_SymbolTable.h>
+
+/// The environment of the process with an index by name, so that a script that exports a hundred thousand names,
+/// or one name a hundred thousand times, does not pay a walk over all of them each time.
+///
+/// The table that `environ` points to stays the truth. Other code may go on calling getenv, setenv, putenv and
+/// unsetenv: what it changes is noticed, since each hit in the index is compared with the table, and each miss
+/// holds as long as `environ` is still the table made here (the C library moves it to add a name). A text that was
+/// once handed out is never freed: a new value is written over the old one where it fits, otherwise into a block
+/// twice the size, so that what is left behind stays below what is in use. All operations take a lock of their
+/// own; code that reads `environ` past it may see a value half written, but always one with an end.
+class OSL_Environment {
+public:
+    const char *get(std::string_view name);
+    bool set(std::string_view name, std::string_view value);
+    bool unset(std::string_view name);
+
+private:
+    struct Text;
+
+    Text *findText(std::string_view name);
+    bool isInStep() const;
+    void readTable();
+    void putText(Text &text);
+    void removeSlot(size_t slot);
+    void reserve(size_t slots);
+    Text *makeText(std::string_view name, size_t valueRoom);
+
+    KIT_Lock lock{ false, true };
+    KIT_SymbolTable index;   // name to Text
+    char **table =
+        nullptr;           // what `environ` points to while the index is in step; never freed while it may be
+    size_t count = 0;      // without the null at the end
+    size_t capacity = 0;   // with it
+};

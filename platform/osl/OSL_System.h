@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/types.h>
+
+#include <orvlang/platform/osl/OSL_Time.h>
+
+/// What is known about a file. Of one that cannot be asked, everything is 0.
+struct OSL_FileStatus {
+    bool isRegular = false;
+    bool isDirectory = false;
+    long long size = 0;   // in bytes
+};
+
+/// The one door to the operating system: clock, files, directories, environment. This class is the real thing; a
+/// test derives from it, overrides what shall fail and puts its object in place with OSLsetSystem.
+///
+/// Operations behave as the system calls of the same names do: a negative result or false is a failure, and
+/// errno tells which. They retry nothing: that is for the caller, who knows what an interrupt means to it.
+class OSL_System {
+public:
+    virtual ~OSL_System() = default;
+
+    virtual int getTimeOfDay(OSL_TimeVal &now);
+    /// Nanoseconds since some fixed moment; never goes back.
+    virtual long long getMonotonicTime();
+
+    /// The descriptor is always close-on-exec, whatever the flags say, and never becomes the controlling terminal.
+    virtual int open(const char *path, int flags, int mode);
+    virtual ssize_t read(int descriptor, void *buffer, size_t count);
+    virtual ssize_t write(int descriptor, const void *data, size_t count);
+    virtual int close(int descriptor);
+    virtual off_t seek(int descriptor, off_t offset, int whence);
+    /// Waits until there is something to read, an end or an error included. Milliseconds; negative for no limit.
+    /// Above 0 when there is, 0 when the time is over.
+    virtual int waitReadable(int descriptor, int milliseconds);
+    virtual bool getStatus(const char *path, OSL_FileStatus &status);
+    virtual bool getStatus(int descriptor, OSL_FileStatus &status);
+    /// 0 when the file can be used so; mode as for access(2).
+    virtual int access(const char *path, int mode);
+
+    virtual bool getCurrentDirectory(char *buffer, size_t size);
+    virtual int changeDirectory(const char *path);
+    /// Appends the names in a directory, without `.` and `..`, in no order. False when it cannot be read.
+    virtual bool listDirectory(const char *path, std::vector<std::string> &names);
+
+    /// Null when there is no such variable. The text stays readable for ever, and changes when the variable does.
+    virtual const char *getEnvironment(std::string_view name);
+    /// An empty name, or one that holds `=` or a NUL, is refused.
+    virtual bool setEnvironment(std::string_view name, std::string_view value);
+    virtual bool unsetEnvironment(std::string_view name);
+};
+
+OSL_System &OSLsystem();
+/// Puts another system in place, borrowed until the next call, and gives the one before. Null puts the real one
+/// back. Not to be called while another thread works.
+OSL_System *OSLsetSystem(OSL_System *system);
