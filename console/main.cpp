@@ -1,4 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-int main() {
-    return 0;
+// The program `orvlang`: the command language with nothing added, for a terminal, for scripts and for other programs.
+// It is made of the library's public headers alone, as any host is.
+#include <ios>
+
+#include <orvlang/platform/kit/KIT_Exit.h>
+
+#include "Console.h"
+#include "ConsoleOptions.h"
+
+int main(int argc, char **argv) {
+    std::ios::sync_with_stdio(false);
+    const ConsoleOptions options = ConsoleOptions::parse(argc, argv);
+    if (options.action == ConsoleOptions::Action::Nothing)
+        return options.status;
+    Console console(options);
+    // As `quit` does: the process ends with the manager in place, and its exit callbacks run.
+    KIT_Exit::exitWithSpecificCode(console.run());
 }

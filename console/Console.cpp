@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: Apache-2.0
+// The way of the input: a script or text given with the program goes to the manager as a whole, and only a `read` in it
+// takes lines from standard input (answerReads). Otherwise every line of standard input is a line that somebody typed
+// (runLines). When the input ends while the language still waits for some, that is an error.
+#include "Console.h"
+
+#include <csignal>
+#include <iostream>
+
+#include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+
+#include "ConsoleSignals.h"
+
+namespace {
+
+const char *missingInput(CMD_Manager::Pending pending) {
+    switch (pending) {
+    case CMD_Manager::Pending::Continuation:
+        return "in a continued line";
+    case CMD_Manager::Pending::Read:
+        return "while `read` waits for a line";
+    case CMD_Manager::Pending::Loop:
+        return "in a loop, `end` is missing";
+    case CMD_Manager::Pending::If:
+        return "in an if block, `endif` is missing";
+    case CMD_Manager::Pending::Nothing:
+        break;
+    }
+    return nullptr;
+}
+
+/// The line that sources a script: a script name may look like an option, and no argument is expanded. The blank at the
+/// end keeps a backslash in front of it from continuing the line.
+void buildScriptLine(char **words, KIT_WorkBuffer &line) {
+    line.strcpy("cmdread --");
+    for (char **word = words; *word; ++word) {
+        line.append(' ');
+        line.protectedStrcat(*word, true);
+    }
+    line.append(' ');
+}
+
+}   // namespace
+
+Console::Console(const ConsoleOptions &theOptions)
+    : options(theOptions), onTerminal(isatty(STDIN_FILENO)), manager(options.managerName, 1),
+      reader(nullptr, nullptr) {
+    manager.setSafeMode(options.safeMode);
+}
+
+int Console::run() {
+    ConsoleSignals::install();
+    bool opened = true;
+    if (options.action == ConsoleOptions::Action::Script)
+        opened = runScript();
+    else if (options.action == ConsoleOptions::Action::Text)
+        manager.sendMultiLineInput(options.text, false);
+    else
+        runLines();
+    answerReads();
+
+    if (const int number = ConsoleSignals::pending())
+        return 128 + number;
+    if (reportMissingInput() || !opened)
+        return 1;
+    return manager.getStatusCode() & 0xff;
+}
+
+void Console::runLines() {
+    while (readLine())
+        manager.sendInput(line.c_str(), false);
+    if (onTerminal)
+        std::cout << std::endl;   // what comes next, the shell's prompt mostly, begins on a line of its own
+}
+
+/// False when there is no such script; `cmdread` has told so then.
+bool Console::runScript() {
+    struct Watch {
+        CMD_Manager &manager;
+        bool opened;
+    } watch = { manager, false };
+    // The first statement to end is the `cmdread` itself: the script is the current source by then, and has not begun.
+    manager.setPostCmdCallback(
+        [](void *data) {
+            Watch &seen = *static_cast<Watch *>(data);
+            seen.opened = seen.manager.getSourceLevel() > 0;
+            seen.manager.setPostCmdCallback(nullptr, nullptr);
+        },
+        &watch);
+    KIT_WorkBuffer command;
+    buildScriptLine(options.words, command);
+    manager.sendInput(command.c_str(), false);
+    return watch.opened;
+}
+
+/// A script or text that stops at a `read` goes on with the next line of standard input.
+void Console::answerReads() {
+    using Pending = CMD_Manager::Pending;
+    for (Pending pending = manager.getPendingInput();
+         pending == Pending::Read || pending == Pending::Continuation; pending = manager.getPendingInput()) {
+        if (!readLineOnce())
+            return;
+        manager.sendInput(line.c_str(), false);
+    }
+}
+
+/// The next line, asked for with the prompt. On a terminal an interrupt drops the line that is being typed, or has
+/// stopped the statement before, and the prompt comes again; elsewhere it ends the input.
+bool Console::readLine() {
+    for (;;) {
+        if (onTerminal && ConsoleSignals::pending() == SIGINT)
+            dropTypedLine();
+        if (ConsoleSignals::pending())
+            return false;
+        manager.doPrompt();
+        if (readLineOnce())
+            return true;
+        if (!ConsoleSignals::pending())
+            return false;
+    }
+}
+
+/// False at the end of input, and when a signal came.
+bool Console::readLineOnce() {
+    KIT_Interrupt &interrupt = *KITgetInterrupt();
+    interrupt.opStart("Read a line", 0, 0, nullptr);   // so that a signal finds something to interrupt
+    const bool got = !ConsoleSignals::pending() && reader.readLine(line);
+    interrupt.opEnd(-1);
+    return got;
+}
+
+void Console::dropTypedLine() {
+    ConsoleSignals::forget();
+    std::cout << std::endl;
+    // Inside an interrupted operation a line is not run; the manager drops it, and a pending continuation with it.
+    KIT_Interrupt &interrupt = *KITgetInterrupt();
+    interrupt.opStart("Drop a line", 0, 0, nullptr);
+    interrupt.interrupt();
+    manager.sendInput("", false);
+    interrupt.opEnd(-1);
+}
+
+bool Console::reportMissingInput() {
+    const char *missing = missingInput(manager.getPendingInput());
+    if (missing)
+        std::cerr << "orvlang: the input ends " << missing << std::endl;
+    return missing != nullptr;
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+
+#include "ConsoleOptions.h"
+
+/// One run of the program: a manager, and where its lines come from.
+class Console {
+public:
+    explicit Console(const ConsoleOptions &options);
+
+    /// Runs what the options ask for to its end and gives the exit status.
+    int run();
+
+private:
+    void runLines();
+    bool runScript();
+    void answerReads();
+    bool readLine();
+    bool readLineOnce();
+    void dropTypedLine();
+    bool reportMissingInput();
+
+    const ConsoleOptions options;
+    const bool onTerminal;
+    CMD_Manager manager;
+    KIT_CmdLineReader reader;
+    KIT_WorkBuffer line;   // the latest one read
+};

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ConsoleOptions.h"
+
+#include <iostream>
+
+#include <getopt.h>
+
+#include <orvlang/version.h>
+
+namespace {
+
+constexpr char theHelp[] = R"(Usage: orvlang [OPTION...] [SCRIPT [ARGUMENT...]]
+Runs a script, or the lines of standard input when there is none.
+
+  -c TEXT     run TEXT, which may have several lines
+  -s          safe mode: only commands that are marked safe, no redirection
+  -n NAME     name of the command manager (orvlang)
+  --help      show this text
+  --version   show the version
+
+The exit status is that of the last statement, or what `quit` says; 1 when the
+script can't be opened or the input ends too early, 2 for wrong options.
+)";
+
+enum LongOption { optionHelp = 256, optionVersion };
+
+constexpr option theLongOptions[] = {
+    { "help", no_argument, nullptr, optionHelp },
+    { "version", no_argument, nullptr, optionVersion },
+    {},
+};
+
+ConsoleOptions ended(int status) {
+    ConsoleOptions options;
+    options.action = ConsoleOptions::Action::Nothing;
+    options.status = status;
+    return options;
+}
+
+ConsoleOptions refused() {
+    std::cerr << "Try 'orvlang --help'.\n";
+    return ended(2);
+}
+
+}   // namespace
+
+ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
+    ConsoleOptions options;
+    // "+": the options end at the script, so that its own arguments are left alone.
+    for (int letter; (letter = getopt_long(argc, argv, "+c:sn:", theLongOptions, nullptr)) != -1;) {
+        switch (letter) {
+        case 'c':
+            options.action = Action::Text;
+            options.text = optarg;
+            break;
+        case 's':
+            options.safeMode = true;
+            break;
+        case 'n':
+            options.managerName = optarg;
+            break;
+        case optionHelp:
+            std::cout << theHelp;
+            return ended(0);
+        case optionVersion:
+            std::cout << "orvlang " ORVLANG_VERSION_STRING "\n";
+            return ended(0);
+        default:
+            return refused();
+        }
+    }
+    if (optind == argc)
+        return options;
+    if (options.action == Action::Text) {
+        std::cerr << "orvlang: with -c there is no script to run: " << argv[optind] << "\n";
+        return refused();
+    }
+    options.action = Action::Script;
+    options.words = argv + optind;
+    return options;
+}

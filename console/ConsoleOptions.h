@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// What the words behind the program's name ask for. Borrows them from `main`.
+struct ConsoleOptions {
+    enum class Action {
+        Lines,    // take lines from standard input
+        Script,   // run the script that `words` begins with
+        Text,     // run `text`
+        Nothing   // all is said and done: end with `status`
+    };
+
+    /// Reads them; answers --help, --version and wrong options itself.
+    static ConsoleOptions parse(int argc, char **argv);
+
+    Action action = Action::Lines;
+    int status = 0;
+    bool safeMode = false;
+    const char *managerName = "orvlang";
+    const char *text = nullptr;
+    char **words = nullptr;   // the script and its arguments, null-terminated
+};

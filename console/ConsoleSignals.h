@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// The signals that a person or the system sends to the program. Each interrupts the running statement (or the
+/// waiting for a line); what becomes of the program then is the console's to decide.
+class ConsoleSignals {
+public:
+    /// Takes over SIGINT, SIGTERM and SIGHUP, unless who started the program had it ignore them. A second SIGTERM or
+    /// SIGHUP ends the process at once, in case a command does not listen.
+    static void install();
+    /// The latest signal that came since the last forget; 0 for none.
+    static int pending();
+    static void forget();
+};
