@@ -34,7 +34,11 @@ public:
     const char *argp(char option, int slot = 0) const;
 
     /// Borrows text as word i; the count becomes i + 1 at least, and places in between are null.
-    void setArgument(int i, const char *text);
+    void setArgument(int i, const char *text) {
+        if (i != count || i >= tableCapacity)
+            return setArgumentFar(i, text);
+        table[count++] = text;
+    }
     /// Puts a word in front of all others; borrows it.
     void insertFront(const char *text);
     /// Takes the options off the words behind place 0, up to the first word that is none.
@@ -58,6 +62,7 @@ private:
         const char *text;   // borrowed
     };
 
+    void setArgumentFar(int i, const char *text);
     bool takeOptionWord(const char *options, const char *word, int &next);
     void addValue(char option, const char *text);
     void growTable();

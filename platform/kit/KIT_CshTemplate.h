@@ -74,6 +74,8 @@ private:
     class Parser;
     class Expander;
 
+    void take(std::string_view text, bool references, bool redirection);
+
     std::vector<Word> words;
     std::vector<Segment> segments;
     std::unique_ptr<char[]> arena;   // the bytes of all segments

@@ -80,7 +80,13 @@ public:
     void resizeUninitialized(std::size_t length);
     /// text may be part of this one. Appending one by one takes linear time in all.
     KIT_String &append(std::string_view text);
-    KIT_String &append(char c) { return append(std::string_view(&c, 1)); }
+    KIT_String &append(char c) {
+        if (used >= capacity)
+            return append(std::string_view(&c, 1));
+        chars[used++] = c;
+        chars[used] = 0;
+        return *this;
+    }
 
     /// The whole number that the text begins with, as KITatoi has it.
     int toInt() const;
@@ -100,8 +106,8 @@ public:
     /// True when the text is a sign, if any, and digits. *value is the nearest int, unless value is null.
     bool isInteger(int *value = nullptr) const;
 
-    /// Replaces \n \t \r \a \b \f \v \e \\ \" \', \0 with up to two more octal digits behind it and \x with
-    /// one or two hexadecimal digits by the byte that they name. Any other backslash stays.
+    /// Replaces \n \t \r \a \b \f \v \e \\ \" \', \0 with up to three octal digits behind it and \x with one or
+    /// two hexadecimal digits by the byte that they name. Any other backslash stays.
     void expandControlSequences();
     /// Replaces $name, ${name} and ${name:-text} by what the lookup gives, or by nothing. Quotes and
     /// backslashes are bytes like others.
@@ -143,7 +149,6 @@ public:
 
 private:
     void setNull();
-    void grow(std::size_t capacity);
 
     char *chars = nullptr;      // ends with a NUL; null for a null text
     std::size_t used = 0;       // without the NUL

@@ -26,7 +26,12 @@ public:
         return static_cast<unsigned>(i) < static_cast<unsigned>(count) ? table[i] : nullptr;
     }
 
-    void clear();
+    void clear() {
+        used = 0;
+        count = 0;
+        if (table)
+            table[0] = nullptr;
+    }
     /// Appends one word, which may be one of this list. Words end at their first NUL for those who read them.
     void append(std::string_view word) {
         beginWord();
@@ -38,11 +43,18 @@ public:
     void beginWord() { wordStart = used; }
     void appendPiece(std::string_view piece) {
         if (capacity - used < piece.size())
-            return growWith(piece);
-        std::memcpy(buffer.get() + used, piece.data(), piece.size());
+            return appendAndGrow(piece);
+        if (!piece.empty())
+            std::memcpy(buffer.get() + used, piece.data(), piece.size());
         used += piece.size();
     }
-    void endWord();
+    void endWord() {
+        appendPiece(std::string_view("", 1));
+        if (count >= tableCapacity)
+            growTable();
+        table[count] = buffer.get() + wordStart;
+        table[++count] = nullptr;
+    }
     /// The word that is being made, so far.
     std::string_view pieces() const { return { buffer.get() + wordStart, used - wordStart }; }
     /// Forgets the word that is being made, in place of endWord.
@@ -52,7 +64,7 @@ public:
     KIT_String &valueRoom() { return value; }
 
 private:
-    void growWith(std::string_view piece);
+    void appendAndGrow(std::string_view piece);
     void growTable();
 
     std::unique_ptr<char[]> buffer;   // the words, each with its NUL

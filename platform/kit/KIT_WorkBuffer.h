@@ -13,7 +13,7 @@
 class CMD_API KIT_WorkBuffer {
 public:
     KIT_WorkBuffer() = default;
-    KIT_WorkBuffer(std::string_view initial) : text(initial) {}
+    explicit KIT_WorkBuffer(std::string_view initial) : text(initial) {}
 
     /// Replaces the text; null counts as empty.
     void strcpy(const char *source) { text = orEmpty(source); }

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/kit/KIT_WorkArgs.h>
+
+#include <algorithm>
+
+void KIT_WorkArgs::appendAndGrow(std::string_view piece) {
+    constexpr std::size_t leastCapacity = 256;
+    capacity = std::max({ leastCapacity, 2 * capacity, used + piece.size() });
+    auto larger = std::make_unique_for_overwrite<char[]>(capacity);
+    if (used)
+        std::memcpy(larger.get(), buffer.get(), used);
+    for (int i = 0; i < count; ++i)
+        table[i] = larger.get() + (table[i] - buffer.get());
+    // The piece may lie in the old memory.
+    buffer.swap(larger);
+    std::memcpy(buffer.get() + used, piece.data(), piece.size());
+    used += piece.size();
+}
+
+void KIT_WorkArgs::growTable() {
+    constexpr int leastCapacity = 15;
+    tableCapacity = std::max(leastCapacity, 2 * tableCapacity);
+    auto larger = std::make_unique_for_overwrite<char *[]>(static_cast<std::size_t>(tableCapacity) + 1);
+    std::copy_n(table.get(), count, larger.get());
+    table = std::move(larger);
+}
