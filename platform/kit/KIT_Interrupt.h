@@ -13,15 +13,18 @@ public:
     /// Begins an operation, by name for those who show progress. Non-zero to go on; 0 when the work around it is
     /// interrupted already. An opEnd must follow either way. Least and most value of the progress; data is not used.
     int opStart(const char *, int, int, void *) {
-        if (depth.load(std::memory_order_relaxed) == 0)
+        const int around = depth.load(std::memory_order_relaxed);
+        if (around == 0)
             marked.store(false, std::memory_order_relaxed);
-        depth.fetch_add(1, std::memory_order_relaxed);
+        depth.store(around + 1, std::memory_order_relaxed);
         return !marked.load(std::memory_order_relaxed);
     }
     /// Non-zero when the operation shall stop. The progress so far, negative for none, is not shown by anybody.
     int opInterrupt(int) const { return marked.load(std::memory_order_relaxed); }
     void opEnd(int) {
-        if (depth.fetch_sub(1, std::memory_order_relaxed) == 1)
+        const int around = depth.load(std::memory_order_relaxed) - 1;
+        depth.store(around, std::memory_order_relaxed);
+        if (around == 0)
             marked.store(false, std::memory_order_relaxed);
     }
 
@@ -33,7 +36,7 @@ public:
     bool isInterrupted() const { return marked.load(std::memory_order_relaxed); }
 
 private:
-    std::atomic<int> depth{ 0 };
+    std::atomic<int> depth{ 0 };   // changed only by the thread that runs the work
     std::atomic<bool> marked{ false };
     static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
 };

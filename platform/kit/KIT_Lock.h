@@ -45,7 +45,7 @@ public:
         if (__libc_single_threaded)
             owner.store(0, std::memory_order_relaxed);
         else if (owner.exchange(0, std::memory_order_release) & Waiters)
-            owner.notify_all();
+            owner.notify_one();
     }
 
     /// Whether the calling thread holds the lock.

@@ -24,20 +24,23 @@ public:
 private:
     class CMD_API Buffer : public std::streambuf {
     public:
-        Buffer() { setp(embedded, embedded + sizeof embedded); }
+        Buffer() { forget(); }
         const char *terminated();
-        std::string_view view() const { return { pbase(), static_cast<size_t>(pptr() - pbase()) }; }
-        void forget() { setp(pbase(), epptr()); }
+        std::string_view view() const { return { start, used() }; }
+        void forget() { setp(start, limit); }
 
     protected:
         int_type overflow(int_type byte) override;
         std::streamsize xsputn(const char *data, std::streamsize count) override;
 
     private:
+        size_t used() const { return static_cast<size_t>(pptr() - start); }
         void reserve(size_t more);
 
-        std::unique_ptr<char[]> grown;
         char embedded[256];
+        std::unique_ptr<char[]> grown;
+        char *start = embedded;
+        char *limit = embedded + sizeof embedded;
     };
 
     Buffer buffer;

@@ -33,7 +33,7 @@ public:
     int orvaneFindDirectory(const char *name, KIT_String &found);
     /// Appends every file of that name, in the order of the path, and gives how many.
     int findAllFiles(const char *name, KIT_StringArray &files);
-    int findAllDirectories(const char *name, KIT_StringArray &directories);
+    int findAllDirectories(const char *name, KIT_StringArray &found);
 
     /// The directories of the path in order, whether they exist or not. Valid until rehashAll.
     const std::vector<std::string> &getDirectories();

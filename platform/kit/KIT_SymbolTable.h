@@ -17,7 +17,7 @@
 class CMD_API KIT_SymbolTable {
 public:
     constexpr KIT_SymbolTable() = default;
-    ~KIT_SymbolTable();
+    ~KIT_SymbolTable() { clear(); }
     KIT_SymbolTable(const KIT_SymbolTable &) = delete;
     KIT_SymbolTable &operator=(const KIT_SymbolTable &) = delete;
 
@@ -54,11 +54,11 @@ private:
 
     int add(std::string_view name, KIT_Thing thing, bool copyName);
     Slot *findSlot(std::string_view name, uint32_t hash) const;
-    Slot &firstFree(uint32_t hash) const;
+    static Slot &firstFree(Slot *table, size_t size, uint32_t hash);
     void grow();
     static void freeName(Slot &slot);
 
-    Slot *slots = nullptr;   // owned
-    size_t capacity = 0;     // a power of two, or 0
+    std::unique_ptr<Slot[]> slots;
+    size_t capacity = 0;   // a power of two, or 0
     size_t count = 0;
 };

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <string_view>
+#include <vector>
 
 #include <orvlang/platform/kit/KIT_Lock.h>
 #include <orvlang/platform/kit/KIT_SymbolTable.h>
@@ -17,6 +20,9 @@
 /// own; code that reads `environ` past it may see a value half written, but always one with an end.
 class OSL_Environment {
 public:
+    constexpr OSL_Environment() = default;
+
+    // As the operations of OSL_System.
     const char *get(std::string_view name);
     bool set(std::string_view name, std::string_view value);
     bool unset(std::string_view name);
@@ -24,18 +30,20 @@ public:
 private:
     struct Text;
 
-    Text *findText(std::string_view name);
+    Text *findText(std::string_view name) const;
+    Text *findCurrent(std::string_view name);
     bool isInStep() const;
     void readTable();
-    void putText(Text &text);
-    void removeSlot(size_t slot);
-    void reserve(size_t slots);
-    Text *makeText(std::string_view name, size_t valueRoom);
+    void show(Text &text);
+    void hide(Text &text);
+    void makeRoom(size_t slots);
+    Text *makeText(std::string_view name, size_t room, Text *older);
 
     KIT_Lock lock{ false, true };
-    KIT_SymbolTable index;   // name to Text
-    char **table =
-        nullptr;           // what `environ` points to while the index is in step; never freed while it may be
-    size_t count = 0;      // without the null at the end
-    size_t capacity = 0;   // with it
+    KIT_SymbolTable index;          // name to Text, which is never freed
+    std::vector<Text *> outgrown;   // what others took the place of; may still be read
+    // `environ` points to the last one while the index is in step; the older ones may still be read.
+    std::vector<std::unique_ptr<char *[]>> tables;
+    size_t count = 0;      // strings in the last table
+    size_t capacity = 0;   // what it can take, the null at the end included
 };

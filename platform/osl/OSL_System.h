@@ -39,6 +39,7 @@ public:
     /// Waits until there is something to read, an end or an error included. Milliseconds; negative for no limit.
     /// Above 0 when there is, 0 when the time is over.
     virtual int waitReadable(int descriptor, int milliseconds);
+    virtual bool isTerminal(int descriptor);
     virtual bool getStatus(const char *path, OSL_FileStatus &status);
     virtual bool getStatus(int descriptor, OSL_FileStatus &status);
     /// 0 when the file can be used so; mode as for access(2).
@@ -51,7 +52,7 @@ public:
 
     /// Null when there is no such variable. The text stays readable for ever, and changes when the variable does.
     virtual const char *getEnvironment(std::string_view name);
-    /// An empty name, or one that holds `=` or a NUL, is refused.
+    /// An empty name, one that holds `=`, and a NUL anywhere are refused.
     virtual bool setEnvironment(std::string_view name, std::string_view value);
     virtual bool unsetEnvironment(std::string_view name);
 };

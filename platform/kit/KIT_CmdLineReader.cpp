@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+
+#include <orvlang/platform/kit/KIT_StandardInput.h>
+
+KIT_CmdLineReader::KIT_CmdLineReader(PromptCallback, CompletionCallback) {}
+
+bool KIT_CmdLineReader::readLine(KIT_WorkBuffer &line) {
+    return KIT_StandardInput::inst().readLine(line);
+}
+
+bool KIT_CmdLineReader::holdsInput() const {
+    return KIT_StandardInput::inst().holdsInput();
+}

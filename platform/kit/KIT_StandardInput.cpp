@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/kit/KIT_StandardInput.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+#include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/osl/OSL_System.h>
+
+namespace {
+
+constinit KIT_Immortal<KIT_StandardInput> theInput;
+
+void assign(KIT_WorkBuffer &line, std::string_view text) {
+    line.strcpy(text);
+}
+void assign(std::string &line, std::string_view text) {
+    line = text;
+}
+
+}   // namespace
+
+KIT_StandardInput &KIT_StandardInput::inst() {
+    return theInput.object;
+}
+
+bool KIT_StandardInput::readLine(KIT_WorkBuffer &line) {
+    return takeLine(line);
+}
+
+bool KIT_StandardInput::readLine(std::string &line) {
+    return takeLine(line);
+}
+
+template <typename Line>
+bool KIT_StandardInput::takeLine(Line &line) {
+    assign(line, {});
+    size_t length = 0;
+    size_t terminator = 1;
+    if (!std::exchange(endPending, false)) {
+        while (!findNewline(length))
+            if (!fill()) {
+                if (!ended || !holdsInput())
+                    return false;
+                // The end came behind a line without a newline: that line first.
+                endPending = true;
+                length = filled - next;
+                terminator = 0;
+                break;
+            }
+        const std::string_view text(buffer.get() + next, length);
+        assign(line, text.substr(0, text.find('\0')));
+        next += length + terminator;
+        scanned = next;
+        return true;
+    }
+    return false;
+}
+
+bool KIT_StandardInput::findNewline(size_t &length) {
+    if (scanned == filled)
+        return false;
+    const void *const found = std::memchr(buffer.get() + scanned, '\n', filled - scanned);
+    scanned = filled;
+    if (!found)
+        return false;
+    length = static_cast<size_t>(static_cast<const char *>(found) - buffer.get()) - next;
+    return true;
+}
+
+/// Reads what there is, waiting for the first byte. False at the end, on an error and at an interrupt; `ended`
+/// tells the first two.
+bool KIT_StandardInput::fill() {
+    makeRoom();
+    OSL_System &system = OSLsystem();
+    while (!KITgetInterrupt()->isInterrupted()) {
+        const ssize_t n = system.read(STDIN_FILENO, buffer.get() + filled, capacity - filled);
+        ended = n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN);
+        if (n > 0)
+            filled += static_cast<size_t>(n);
+        if (n > 0 || ended)
+            return n > 0;
+        // Somebody with whom the terminal is shared may have set it so that a read does not wait.
+        if (errno == EAGAIN)
+            system.waitReadable(STDIN_FILENO, -1);
+    }
+    ended = false;
+    return false;
+}
+
+void KIT_StandardInput::makeRoom() {
+    if (next == filled)
+        next = filled = scanned = 0;
+    if (filled < capacity)
+        return;
+    const size_t held = filled - next;
+    if (next >= capacity / 2 && capacity > 0) {
+        std::memmove(buffer.get(), buffer.get() + next, held);
+    } else {
+        const size_t size = std::max<size_t>(2 * capacity, 8192);
+        std::unique_ptr<char[]> larger(new char[size]);   // not zeroed, unlike make_unique
+        if (held > 0)
+            std::memcpy(larger.get(), buffer.get() + next, held);
+        buffer = std::move(larger);
+        capacity = size;
+    }
+    scanned -= next;
+    filled = held;
+    next = 0;
+}
+
+bool KIT_StandardInput::giveBack() {
+    const off_t held = static_cast<off_t>(filled - next);
+    if (OSLsystem().seek(STDIN_FILENO, -held, SEEK_CUR) < 0)
+        return false;
+    next = filled = scanned = 0;
+    return true;
+}
+
+void KIT_StandardInput::discard() {
+    next = filled = scanned = 0;
+    ended = endPending = false;
+}

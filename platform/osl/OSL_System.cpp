@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/osl/OSL_System.h>
+
+#include <cerrno>
+#include <memory>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/osl/OSL_Environment.h>
+
+namespace {
+
+constinit KIT_Immortal<OSL_System> theRealSystem;
+constinit OSL_System *theSystem = &theRealSystem.object;
+constinit KIT_Immortal<OSL_Environment> theEnvironment;
+
+bool take(int result, const struct stat &from, OSL_FileStatus &status) {
+    status = {};
+    if (result != 0)
+        return false;
+    status.isRegular = S_ISREG(from.st_mode);
+    status.isDirectory = S_ISDIR(from.st_mode);
+    status.size = from.st_size;
+    return true;
+}
+
+}   // namespace
+
+OSL_System &OSLsystem() {
+    return *theSystem;
+}
+
+OSL_System *OSLsetSystem(OSL_System *system) {
+    OSL_System *const before = theSystem;
+    theSystem = system ? system : &theRealSystem.object;
+    return before;
+}
+
+int OSLgettimeofday(OSL_TimeVal *now) {
+    return OSLsystem().getTimeOfDay(*now);
+}
+
+int OSL_System::getTimeOfDay(OSL_TimeVal &now) {
+    timespec time;
+    if (clock_gettime(CLOCK_REALTIME, &time) != 0)
+        return -1;
+    now = { static_cast<long>(time.tv_sec), time.tv_nsec / 1000 };
+    return 0;
+}
+
+long long OSL_System::getMonotonicTime() {
+    timespec time = {};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return time.tv_sec * 1000000000LL + time.tv_nsec;
+}
+
+int OSL_System::open(const char *path, int flags, int mode) {
+    return ::open(path, flags | O_CLOEXEC | O_NOCTTY, mode);
+}
+
+ssize_t OSL_System::read(int descriptor, void *buffer, size_t count) {
+    return ::read(descriptor, buffer, count);
+}
+
+ssize_t OSL_System::write(int descriptor, const void *data, size_t count) {
+    return ::write(descriptor, data, count);
+}
+
+int OSL_System::close(int descriptor) {
+    return ::close(descriptor);
+}
+
+off_t OSL_System::seek(int descriptor, off_t offset, int whence) {
+    return ::lseek(descriptor, offset, whence);
+}
+
+int OSL_System::waitReadable(int descriptor, int milliseconds) {
+    pollfd wanted = { descriptor, POLLIN, 0 };
+    return ::poll(&wanted, 1, milliseconds);
+}
+
+bool OSL_System::isTerminal(int descriptor) {
+    return ::isatty(descriptor);
+}
+
+bool OSL_System::getStatus(const char *path, OSL_FileStatus &status) {
+    struct stat found;
+    return take(::stat(path, &found), found, status);
+}
+
+bool OSL_System::getStatus(int descriptor, OSL_FileStatus &status) {
+    struct stat found;
+    return take(::fstat(descriptor, &found), found, status);
+}
+
+int OSL_System::access(const char *path, int mode) {
+    return ::access(path, mode);
+}
+
+bool OSL_System::getCurrentDirectory(char *buffer, size_t size) {
+    return ::getcwd(buffer, size);
+}
+
+int OSL_System::changeDirectory(const char *path) {
+    return ::chdir(path);
+}
+
+bool OSL_System::listDirectory(const char *path, std::vector<std::string> &names) {
+    const auto closeDirectory = [](DIR *directory) { ::closedir(directory); };
+    const std::unique_ptr<DIR, decltype(closeDirectory)> directory(::opendir(path), closeDirectory);
+    if (!directory)
+        return false;
+    errno = 0;
+    while (const dirent *entry = ::readdir(directory.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..")
+            names.emplace_back(name);
+    }
+    return errno == 0;
+}
+
+const char *OSL_System::getEnvironment(std::string_view name) {
+    return theEnvironment.object.get(name);
+}
+
+bool OSL_System::setEnvironment(std::string_view name, std::string_view value) {
+    return theEnvironment.object.set(name, value);
+}
+
+bool OSL_System::unsetEnvironment(std::string_view name) {
+    return theEnvironment.object.unset(name);
+}
