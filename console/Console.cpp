@@ -126,7 +126,7 @@ bool Console::readLine() {
 bool Console::readLineOnce() {
     KIT_Interrupt &interrupt = *KITgetInterrupt();
     interrupt.opStart("Read a line", 0, 0, nullptr);   // so that a signal finds something to interrupt
-    const bool got = !ConsoleSignals::pending() && reader.readLine(line);
+    const bool got = (reader.holdsInput() || ConsoleSignals::waitForInput()) && reader.readLine(line);
     interrupt.opEnd(-1);
     return got;
 }

@@ -3,9 +3,14 @@
 
 #include <csignal>
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 
 namespace {
+
+constexpr int theNumbers[] = { SIGINT, SIGTERM, SIGHUP };
 
 volatile std::sig_atomic_t theSignal = 0;
 
@@ -14,23 +19,23 @@ void takeSignal(int number) {
     KITgetInterrupt()->interrupt();
 }
 
-void take(int number, int flags) {
+void take(int number) {
     struct sigaction action = {};
     sigaction(number, nullptr, &action);
     if (action.sa_handler == SIG_IGN)
         return;
     action = {};
     action.sa_handler = takeSignal;
-    action.sa_flags = flags;   // without SA_RESTART: a read that waits for a line ends
+    // Without SA_RESTART: a read that waits for a line ends.
+    action.sa_flags = number == SIGINT ? 0 : SA_RESETHAND;
     sigaction(number, &action, nullptr);
 }
 
 }   // namespace
 
 void ConsoleSignals::install() {
-    take(SIGINT, 0);
-    take(SIGTERM, SA_RESETHAND);
-    take(SIGHUP, SA_RESETHAND);
+    for (const int number : theNumbers)
+        take(number);
 }
 
 int ConsoleSignals::pending() {
@@ -39,4 +44,16 @@ int ConsoleSignals::pending() {
 
 void ConsoleSignals::forget() {
     theSignal = 0;
+}
+
+bool ConsoleSignals::waitForInput() {
+    sigset_t taken, before;
+    sigemptyset(&taken);
+    for (const int number : theNumbers)
+        sigaddset(&taken, number);
+    sigprocmask(SIG_BLOCK, &taken, &before);
+    pollfd input = { STDIN_FILENO, POLLIN, 0 };
+    const bool ready = !theSignal && ppoll(&input, 1, nullptr, &before) > 0;
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    return ready && !theSignal;
 }

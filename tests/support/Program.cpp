@@ -59,6 +59,14 @@ int waitForEnd(pid_t child) {
 
 }   // namespace
 
+std::vector<char *> Program::argumentTable() const {
+    std::vector<char *> table;
+    for (const std::string &word : words)
+        table.push_back(const_cast<char *>(word.c_str()));
+    table.push_back(nullptr);
+    return table;
+}
+
 std::vector<char *> Program::environmentTable(std::vector<std::string> &texts) const {
     texts = { "HOME=" + folder, "JOB=" + folder, "LC_ALL=C", "PATH=/usr/bin:/bin" };
     for (const char *name : { "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS" })
@@ -77,10 +85,7 @@ Outcome Program::run() const {
     in.fill(input);
     std::vector<std::string> texts;
     const std::vector<char *> names = environmentTable(texts);
-    std::vector<char *> arguments;
-    for (const std::string &word : words)
-        arguments.push_back(const_cast<char *>(word.c_str()));
-    arguments.push_back(nullptr);
+    const std::vector<char *> arguments = argumentTable();
 
     const pid_t child = fork();
     if (child == 0) {

@@ -22,7 +22,8 @@ struct Program {
     /// Runs it to its end, which must come within a minute.
     Outcome run() const;
 
-    /// The environment as a table for exec, null-terminated; it borrows from `texts`.
+    /// Words and environment as tables for exec, null-terminated; they borrow from this object and from `texts`.
+    std::vector<char *> argumentTable() const;
     std::vector<char *> environmentTable(std::vector<std::string> &texts) const;
 };
 

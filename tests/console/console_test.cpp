@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: Apache-2.0
+// The program from outside: its options, where its lines come from, its exit status, plug-ins.
+#include "Program.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+std::string joined(const Words &words) {
+    std::string text;
+    for (const std::string &word : words)
+        text += word + " ";
+    return text;
+}
+
+class ConsoleTest : public testing::Test {
+protected:
+    Outcome run(const Words &words, const std::string &input = "", const Words &environment = {}) const {
+        Program program = { { ORVLANG_PROGRAM }, folder.path(), input, environment };
+        program.words.insert(program.words.end(), words.begin(), words.end());
+        return program.run();
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(ConsoleTest, Options) {
+    static const struct {
+        Words words;
+        int status;
+        const char *out, *err;
+    } theCases[] = {
+        { { "--version" }, 0, "orvlang 0.", "" },
+        { { "--help" }, 0, "Usage: orvlang ", "" },
+        { { "-x" }, 2, "", "Try 'orvlang --help'" },
+        { { "--nothing" }, 2, "", "Try 'orvlang --help'" },
+        { { "-c" }, 2, "", "Try 'orvlang --help'" },
+        { { "-c", "echo a", "script" }, 2, "", "script" },
+        { { "-c", "echo a\necho b" }, 0, "a\nb\n", "" },
+        { { "-c", "" }, 0, "", "" },
+        { { "-n", "lamps", "-c", "prompt" }, 0, "prompt 'lamps -> '\n", "" },
+        { { "-s", "-c", "echo a > f" }, 0, "a\n", "Application doesn't support I/O redirection\n" },
+    };
+    for (const auto &c : theCases) {
+        const Outcome outcome = run(c.words);
+        EXPECT_EQ(outcome.status, c.status) << joined(c.words);
+        EXPECT_NE(outcome.out.find(c.out), std::string::npos) << joined(c.words) << outcome.out;
+        EXPECT_NE(outcome.err.find(c.err), std::string::npos) << joined(c.words) << outcome.err;
+        EXPECT_EQ(outcome.out.empty(), c.out[0] == '\0') << joined(c.words) << outcome.out;
+        EXPECT_EQ(outcome.err.empty(), c.err[0] == '\0') << joined(c.words) << outcome.err;
+    }
+}
+
+TEST_F(ConsoleTest, ScriptArgumentsArriveAsTheyWereGiven) {
+    folder.write("show.cmd",
+                 "while $argc > 1\nset text = \"$arg1\"\nset -g seen = $text\necho \"<$text>\"\nshift\nend\n");
+    const Words arguments = { "plain", "two words", "it's",  "\"",  "$HOME", "`1+1`", "a;b",
+                              "#",     "!!",        "end\\", "\\",  "\\\\",  "",      "a\nb",
+                              "\t",    "-q",        "--",    "a>b", "\\n",   "'\\" };
+    Words words = { "show.cmd" };
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::string expected;
+    for (const std::string &argument : arguments)
+        expected += "<" + argument + ">\n";
+    const Outcome outcome = run(words);
+    EXPECT_EQ(outcome.out, expected);
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(ConsoleTest, ScriptThatCannotBeOpened) {
+    folder.write("empty.cmd", "");
+    folder.write("folder/file", "");
+    folder.write("comment.cmd", "# nothing else\n");
+    folder.write("-c", "echo option\n");
+    for (const char *name : { "missing.cmd", "empty.cmd", "folder", "" }) {
+        const Outcome outcome = run({ name, "word" });
+        EXPECT_EQ(outcome.status, 1) << name;
+        EXPECT_EQ(outcome.out, "") << name;
+        EXPECT_EQ(outcome.err, "Can't open " + std::string(name) + "\n") << name;
+    }
+    EXPECT_EQ(run({ "comment.cmd" }).status, 0);
+    EXPECT_EQ(run({ "--", "-c" }).out, "option\n");
+}
+
+TEST_F(ConsoleTest, ExitStatus) {
+    static const struct {
+        const char *text;
+        int status;
+    } theCases[] = {
+        { "echo a", 0 },
+        { "nosuchcommand", 1 },
+        { "nosuchcommand\n# a comment leaves the status alone", 1 },
+        { "nosuchcommand; echo a", 1 },   // what stands behind goes with the source
+        { "exit 5", 5 },
+        { "exit 300", 300 & 0xff },
+        { "quit 5\necho never", 5 },
+        { "quit", 0 },
+        { "quit 200", 200 & 0x7f },
+        { "exit 5; quit", 5 },   // `exit` drops what stands behind it
+        { "for i = 1 to 2\nend", 1 },
+    };
+    for (const auto &c : theCases) {
+        folder.write("script.cmd", std::string(c.text) + "\n");
+        EXPECT_EQ(run({ "-c", c.text }).status, c.status) << c.text;
+        EXPECT_EQ(run({ "script.cmd" }).status, c.status) << c.text;
+    }
+}
+
+TEST_F(ConsoleTest, ReadTakesLinesOfStandardInput) {
+    folder.write("ask.cmd", "read a\nread b c\necho $b $a $c\n");
+    EXPECT_EQ(run({ "ask.cmd" }, "one\ntwo and three\n").out, "two one and three\n");
+    EXPECT_EQ(run({ "ask.cmd" }, "one\\\nmore\ntwo").out, "two one more\n");
+    EXPECT_EQ(run({ "-c", "read a\necho $a" }, "one\n").out, "one\n");
+    EXPECT_EQ(run({}, "read a\nfirst line\necho $a\n").out, "first line\n");
+    EXPECT_EQ(run({}, "source ask.cmd\n1\n2\necho behind\n").out, "2 1\nbehind\n");
+}
+
+TEST_F(ConsoleTest, InputThatEndsTooEarly) {
+    folder.write("ask.cmd", "read a\necho $a\n");
+    static const struct {
+        Words words;
+        const char *input, *named;
+    } theCases[] = {
+        { { "ask.cmd" }, "", "`read`" },          { { "ask.cmd" }, "one\\", "continued" },
+        { { "-c", "read a" }, "", "`read`" },     { {}, "echo x; read a", "`read`" },
+        { {}, "source ask.cmd\n", "`read`" },     { {}, "for i = 1 to 3\necho $i\n", "`end`" },
+        { {}, "if 1 == 1\necho x\n", "`endif`" }, { {}, "echo a \\\n", "continued" },
+        { {}, "echo a\\", "continued" },
+    };
+    for (const auto &c : theCases) {
+        const Outcome outcome = run(c.words, c.input);
+        EXPECT_EQ(outcome.status, 1) << joined(c.words) << c.input;
+        EXPECT_NE(outcome.err.find(c.named), std::string::npos) << joined(c.words) << c.input << outcome.err;
+    }
+}
+
+TEST_F(ConsoleTest, LinesOfStandardInput) {
+    EXPECT_EQ(run({}, "").status, 0);
+    EXPECT_EQ(run({}, "echo a; echo b\necho c \\\nd\r\necho last").out, "a\nb\nc d\nlast\n");
+    // No history, no prompt, and an error carries no position.
+    const Outcome outcome = run({}, "echo a\necho !!\n^a^b\n");
+    EXPECT_EQ(outcome.out, "a\n!!\n");
+    EXPECT_EQ(outcome.err, "Unknown command: ^a^b\n\r");
+    EXPECT_EQ(outcome.status, 1);
+}
+
+TEST_F(ConsoleTest, PluginsChainInFrontOfACommand) {
+    const Words path = { "ORVANE_PATH=" ORVLANG_PLUGIN_PATH };
+    const Outcome outcome = run({ "-c", "echo -n a b\nfirst_plugins\nsec" }, "", path);
+    EXPECT_EQ(outcome.out, "first: second: a becho first.so\nfirst_plugins first.so\nsecond_plugins second.so\n"
+                           "echo first.so\nfirst_plugins first.so\nsecond_plugins second.so\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(run({ "-s", "-c", "first_plugins" }, "", path).err,
+              "Command 'first_plugins' is not a safe command and cannot be run\n\r");
+}
+
+TEST_F(ConsoleTest, PluginsComeFromTrustedFoldersAlone) {
+    const std::filesystem::path place = folder.path();
+    std::filesystem::create_directory(place / "foreign");
+    std::filesystem::create_directory_symlink(ORVLANG_PLUGIN_PATH "/dso", place / "foreign/dso");
+    const std::string foreign = place / "foreign";
+    EXPECT_EQ(run({ "-c", "echo a" }, "", { "JOB=" + foreign, "ORP=" + foreign }).out, "a\n");
+    EXPECT_EQ(run({ "-c", "echo a" }, "", { "ORVANE_PATH=/nowhere:" + foreign }).out, "first: second: a\n");
+    std::filesystem::create_directory_symlink(foreign, place / ".orvane");
+    EXPECT_EQ(run({ "-c", "echo a" }).out, "first: second: a\n");
+}
+
+TEST_F(ConsoleTest, PluginThatDoesNotLoadIsNamedOnce) {
+    folder.write("path/dso/broken.so", "no library\n");
+    const Outcome outcome = run({ "-c", "echo a" }, "", { "ORVANE_PATH=" + folder.path() + "/path" });
+    EXPECT_EQ(outcome.out, "a\n");
+    EXPECT_NE(outcome.err.find("broken.so"), std::string::npos) << outcome.err;
+    EXPECT_EQ(outcome.status, 0);
+}
+
+}   // namespace

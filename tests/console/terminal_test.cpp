@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: Apache-2.0
+// The prompt loop on a real terminal.
+#include "Terminal.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const char theControlC[] = "\x03";
+const char theControlD[] = "\x04";
+
+class TerminalTest : public testing::Test {
+protected:
+    Program program(const std::vector<std::string> &words = {}) const {
+        Program result = { { ORVLANG_PROGRAM }, folder.path(), "", {} };
+        result.words.insert(result.words.end(), words.begin(), words.end());
+        return result;
+    }
+    /// Types a line at the prompt that has been waited for and gives what it wrote until the next prompt.
+    std::string answer(Terminal &terminal, const std::string &line,
+                       const std::string &prompt = "orvlang -> ") const {
+        terminal.type(line + "\n");
+        terminal.waitFor(line + "\r\n");
+        return terminal.waitFor(prompt);
+    }
+    void expectEnd(Terminal &terminal, int expected) const {
+        int status = -1;
+        const std::string rest = terminal.waitForEnd(status);
+        EXPECT_EQ(status, expected) << rest;
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(TerminalTest, PromptsFollowTheStateOfTheLanguage) {
+    Terminal terminal(program());
+    terminal.waitFor("orvlang -> ");
+    EXPECT_EQ(answer(terminal, "echo a; echo b"), "a\r\nb\r\n");
+    EXPECT_EQ(answer(terminal, "echo a \\", "? "), "");
+    EXPECT_EQ(answer(terminal, "b"), "a b\r\n");
+    EXPECT_EQ(answer(terminal, "for i = 1 to 2", "> "), "");
+    EXPECT_EQ(answer(terminal, "echo $i", "> "), "");
+    EXPECT_EQ(answer(terminal, "end"), "1\r\n2\r\n");
+    EXPECT_EQ(answer(terminal, "if 1 == 2", "? "), "");
+    EXPECT_EQ(answer(terminal, "echo skipped", "? "), "");
+    EXPECT_EQ(answer(terminal, "endif"), "");
+    EXPECT_EQ(answer(terminal, "read x", ""), "");
+    EXPECT_EQ(answer(terminal, "not $run"), "");
+    EXPECT_EQ(answer(terminal, "echo '<'$x'>'"), "<not $run>\r\n");
+    EXPECT_EQ(answer(terminal, "prompt '$x> '", "not $run> "), "");
+    terminal.type(theControlD);
+    expectEnd(terminal, 0);
+}
+
+TEST_F(TerminalTest, History) {
+    Terminal terminal(program());
+    terminal.waitFor("orvlang -> ");
+    EXPECT_EQ(answer(terminal, "echo one"), "one\r\n");
+    EXPECT_EQ(answer(terminal, "!! two"), "echo one two\r\none two\r\n");
+    EXPECT_EQ(answer(terminal, "^one^1^ three"), "echo 1 two three\r\n1 two three\r\n");
+    EXPECT_EQ(answer(terminal, "!1"), "echo one\r\none\r\n");
+    EXPECT_EQ(answer(terminal, "echo '!!' \\!x"), "!! !x\r\n");
+    EXPECT_EQ(answer(terminal, "history"),
+              "1  echo one\r\n2  echo one two\r\n3  echo 1 two three\r\n4  echo one\r\n"
+              "5  echo '!!' !x\r\n6  history\r\n");
+    terminal.type("quit 3\n");
+    expectEnd(terminal, 3);
+}
+
+TEST_F(TerminalTest, InterruptDropsTheLine) {
+    Terminal terminal(program());
+    terminal.waitFor("orvlang -> ");
+    terminal.type("echo dropped");
+    terminal.waitFor("echo dropped");
+    terminal.type(theControlC);
+    terminal.waitFor("orvlang -> ");
+    EXPECT_EQ(answer(terminal, "echo kept"), "kept\r\n");
+    // A line that waits for its continuation goes too.
+    EXPECT_EQ(answer(terminal, "echo dropped \\", "? "), "");
+    terminal.type(theControlC);
+    terminal.waitFor("orvlang -> ");
+    EXPECT_EQ(answer(terminal, "echo kept"), "kept\r\n");
+    EXPECT_EQ(answer(terminal, "exit 4"), "");
+    terminal.type(theControlD);
+    expectEnd(terminal, 4);
+}
+
+TEST_F(TerminalTest, InterruptStopsTheStatement) {
+    folder.write("endless.cmd", "while 1 == 1\necho turning\nend\necho never\n");
+    Terminal terminal(program());
+    terminal.waitFor("orvlang -> ");
+    terminal.type("source endless.cmd; echo never\n");
+    terminal.waitFor("turning\r\nturning\r\n");
+    terminal.type(theControlC);
+    EXPECT_EQ(terminal.waitFor("orvlang -> ").find("never"), std::string::npos);
+    EXPECT_EQ(answer(terminal, "echo on"), "on\r\n");
+    terminal.type(theControlD);
+    expectEnd(terminal, 0);
+}
+
+TEST_F(TerminalTest, InterruptEndsAScript) {
+    folder.write("endless.cmd", "while 1 == 1\necho turning\nend\n");
+    folder.write("ask.cmd", "echo asking\nread x\necho never\n");
+    for (const char *script : { "endless.cmd", "ask.cmd" }) {
+        Terminal terminal(program({ script }));
+        terminal.waitFor("ing\r\n");
+        terminal.type(theControlC);
+        expectEnd(terminal, 130);
+    }
+}
+
+TEST_F(TerminalTest, EndOfInputWithSomethingOpen) {
+    Terminal terminal(program());
+    terminal.waitFor("orvlang -> ");
+    EXPECT_EQ(answer(terminal, "while 1 == 2", "> "), "");
+    terminal.type(theControlD);
+    terminal.waitFor("`end` is missing");
+    expectEnd(terminal, 1);
+}
+
+}   // namespace

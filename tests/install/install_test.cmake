@@ -1,0 +1,49 @@
+# SPDX-License-Identifier: Apache-2.0
+# Installs to a staging folder, moves that (so that nothing can refer to where it was), and builds the example against
+# it twice: by the CMake package and by pkg-config. Both must write what embed.out says. STAGE, BUILD, EXAMPLE, EXPECTED,
+# COMPILER, SANITIZE and PKG_CONFIG come from the caller.
+cmake_minimum_required(VERSION 3.25)
+
+function(run)
+    execute_process(COMMAND ${ARGV} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(NOT status EQUAL 0)
+        list(JOIN ARGV " " command)
+        message(FATAL_ERROR "${command}\nended with ${status}:\n${output}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+function(expect_example program)
+    run(${program})
+    file(READ ${EXPECTED} expected)
+    if(NOT output STREQUAL expected)
+        message(FATAL_ERROR "${program} wrote:\n${output}\ninstead of:\n${expected}")
+    endif()
+endfunction()
+
+set(flags)
+if(SANITIZE)
+    set(flags -fsanitize=${SANITIZE})
+endif()
+
+file(REMOVE_RECURSE ${STAGE})
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${STAGE}/first)
+file(RENAME ${STAGE}/first ${STAGE}/system)
+
+run(${STAGE}/system/bin/orvlang -c "echo installed")
+if(NOT output STREQUAL "installed\n")
+    message(FATAL_ERROR "the installed program wrote: ${output}")
+endif()
+
+run(${CMAKE_COMMAND} -S ${EXAMPLE} -B ${STAGE}/build -DCMAKE_PREFIX_PATH=${STAGE}/system
+    -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${flags})
+run(${CMAKE_COMMAND} --build ${STAGE}/build)
+expect_example(${STAGE}/build/embed)
+
+if(PKG_CONFIG)
+    set(ENV{PKG_CONFIG_PATH} ${STAGE}/system/lib/pkgconfig)
+    run(${PKG_CONFIG} --cflags --libs orvlang)
+    separate_arguments(found UNIX_COMMAND "${output}")
+    run(${COMPILER} -std=c++20 ${flags} ${EXAMPLE}/embed.cpp -o ${STAGE}/embed ${found} -Wl,-rpath,${STAGE}/system/lib)
+    expect_example(${STAGE}/embed)
+endif()

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Terminal.h"
+
+#include <csignal>
+#include <stdexcept>
+
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int longestWait = 30 * 1000;   // milliseconds
+
+}   // namespace
+
+Terminal::Terminal(const Program &program) {
+    std::vector<std::string> texts;
+    const std::vector<char *> names = program.environmentTable(texts);
+    const std::vector<char *> arguments = program.argumentTable();
+    child = forkpty(&descriptor, nullptr, nullptr, nullptr);
+    if (child < 0)
+        throw std::runtime_error("no terminal");
+    if (child == 0) {
+        if (chdir(program.folder.c_str()) == 0)
+            execve(arguments[0], arguments.data(), names.data());
+        _exit(127);
+    }
+}
+
+Terminal::~Terminal() {
+    if (child > 0) {
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+    }
+    close(descriptor);
+}
+
+void Terminal::type(const std::string &text) {
+    ASSERT_EQ(write(descriptor, text.data(), text.size()), ssize_t(text.size()));
+}
+
+std::string Terminal::waitFor(const std::string &text) {
+    size_t place;
+    while ((place = shown.find(text)) == std::string::npos) {
+        if (readMore())
+            continue;
+        ADD_FAILURE() << "waited for: " << text << "\nbut there is only: " << shown;
+        return shown;
+    }
+    const std::string before = shown.substr(0, place);
+    shown.erase(0, place + text.size());
+    return before;
+}
+
+std::string Terminal::waitForEnd(int &status) {
+    while (readMore()) {
+    }
+    int ended = 0;
+    waitpid(child, &ended, 0);
+    child = -1;
+    status = WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
+    return shown;
+}
+
+/// False when nothing more comes: the program has closed the terminal, or it is silent for too long.
+bool Terminal::readMore() {
+    pollfd ready = { descriptor, POLLIN, 0 };
+    char buffer[4096];
+    if (poll(&ready, 1, longestWait) <= 0)
+        return false;
+    const ssize_t length = read(descriptor, buffer, sizeof buffer);
+    if (length <= 0)
+        return false;
+    shown.append(buffer, size_t(length));
+    return true;
+}

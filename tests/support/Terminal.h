@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include <sys/types.h>
+
+#include "Program.h"
+
+/// A program on a terminal of its own. What it shows, the echo of what is typed included, is waited for by its text, so
+/// that a test never depends on how fast anything is.
+class Terminal {
+public:
+    explicit Terminal(const Program &program);
+    ~Terminal();
+    Terminal(const Terminal &) = delete;
+    Terminal &operator=(const Terminal &) = delete;
+
+    void type(const std::string &text);
+    /// Waits for the text behind everything that was waited for so far; gives what stood before it. Fails the test
+    /// when it does not come within half a minute or the program ends.
+    std::string waitFor(const std::string &text);
+    /// Waits for the end; gives what was still shown and sets the status as Outcome has it.
+    std::string waitForEnd(int &status);
+
+private:
+    bool readMore();
+
+    int descriptor = -1;
+    pid_t child = -1;
+    std::string shown;   // not waited for yet
+};
