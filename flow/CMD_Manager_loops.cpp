@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+// The manager's side of loops: which lines open one, what kind it is, and the commands that steer loops.
+//
+// A line that opens a loop never reaches a callback: `runCommand` builds the loop instead, and the source feeds it
+// (CMD_Loop.cpp). `break` and `continue` only note a request, which the loop meets when it is asked for its next line.
+#include <orvlang/engine/CMD_Manager.h>
+
+#include <algorithm>
+#include <limits>
+#include <ostream>
+#include <string_view>
+
+#include <orvlang/engine/CMD_Args.h>
+#include <orvlang/engine/CMD_CommandList.h>
+#include <orvlang/engine/CMD_LineScan.h>
+#include <orvlang/flow/CMD_ForEach.h>
+#include <orvlang/flow/CMD_ForLoop.h>
+#include <orvlang/flow/CMD_Loop.h>
+#include <orvlang/flow/CMD_LoopHead.h>
+#include <orvlang/flow/CMD_WhileLoop.h>
+#include <orvlang/platform/kit/KIT_Number.h>
+
+namespace {
+
+/// The kind of loop that a word, abbreviated or not, stands for; null for one that stands for none.
+std::unique_ptr<CMD_LoopInfo> makeKind(std::string_view word) {
+    if (word.starts_with("fore"))
+        return std::make_unique<CMD_ForEach>();
+    if (word.front() == 'f')
+        return std::make_unique<CMD_ForLoop>();
+    if (word.front() == 'w')
+        return std::make_unique<CMD_WhileLoop>();
+    return nullptr;
+}
+
+}   // namespace
+
+bool CMD_Manager::isLoopLine(std::string_view line) {
+    const std::string_view word = CMDfirstWord(line).word;
+    if (!CMD_LoopHead::canOpenLoop(word))
+        return false;
+    const int index = findCommand(word, 0);
+    if (index < 0)
+        return false;
+    const std::string_view command = (*commandList)[index]->getName();
+    return command == "for" || command == "while" || command == "foreach";
+}
+
+CMD_Loop *CMD_Manager::buildLoop(const char *line) {
+    const std::string_view text = line ? line : "";
+    const std::string_view word = CMDfirstWord(text).word;
+    if (word.empty())
+        return nullptr;
+    std::unique_ptr<CMD_LoopInfo> kind = makeKind(word);
+    if (!kind) {
+        getError(0) << word << " not implemented currently.\n";
+        return nullptr;
+    }
+    return new CMD_Loop(this, kind.release(), line);
+}
+
+void CMD_Manager::bumpBreakLevel(int delta) {
+    // A script that fails again and again doubles it each time.
+    constexpr long long most = std::numeric_limits<int>::max();
+    breakLevel = static_cast<int>(std::clamp(static_cast<long long>(breakLevel) + delta, -most, most));
+}
+
+void CMD_Manager::bumpLoopNestLevel(int delta) {
+    loopNestLevel += delta;
+    if (loopNestLevel == 0)
+        breakLevel = 0;
+}
+
+void CMD_Manager::cmd_break(CMD_Args &args) {
+    CMD_Manager *manager = getContext();
+    const int level = args.argc() == 2 ? std::max(KITatoi(args.argv(1)), 0) : 1;
+    if (manager->getLoopNestLevel() < level)
+        args.err(1) << "Warning:  not that many nested loops" << std::endl;
+    manager->bumpBreakLevel(std::min(level, manager->getLoopNestLevel()));
+}
+
+void CMD_Manager::cmd_continue(CMD_Args &args) {
+    CMD_Manager *manager = getContext();
+    if (manager->getLoopNestLevel() != 0)
+        manager->setContinueLevel(1);
+    else
+        args.err(1) << "Error:  continue outside of loop construct" << std::endl;
+}
+
+void CMD_Manager::cmd_end(CMD_Args &) {
+    getContext()->getError(1) << "Syntax Error:  end without matching while/for/do\n";
+}
+
+void CMD_Manager::cmd_loop(CMD_Args &args) {
+    args.err(1) << "Argh - should never have got here" << std::endl;
+}
