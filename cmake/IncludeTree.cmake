@@ -4,10 +4,17 @@
 # - ORVLANG_INCLUDE_TREE, for the library's own sources: links to the source folders;
 # - ORVLANG_PUBLIC_INCLUDE_TREE, for everybody else: links to the public headers alone. So a public header that includes
 #   a private one, or a host that needs one, does not compile.
-# A header is public when it exports something, that is, when it mentions CMD_API. ORVLANG_PUBLIC_HEADERS lists them,
-# relative to the top.
+# A header is public when it exports something, that is, when it mentions CMD_API, or when it stands in the list below.
+# ORVLANG_PUBLIC_HEADERS lists them all, relative to the top.
 set(ORVLANG_INCLUDE_TREE ${PROJECT_BINARY_DIR}/include)
 set(ORVLANG_PUBLIC_INCLUDE_TREE ${PROJECT_BINARY_DIR}/public-include)
+# What public headers need and what has nothing to export: templates, plain types.
+set(public_without_exports
+    engine/CMD_Line.h
+    flow/CMD_IfState.h
+    platform/kit/KIT_PtrArray.h
+)
+
 file(REMOVE_RECURSE ${ORVLANG_PUBLIC_INCLUDE_TREE})
 file(MAKE_DIRECTORY ${ORVLANG_INCLUDE_TREE}/orvlang)
 
@@ -21,7 +28,7 @@ foreach(folder engine symbols flow builtins bridge port platform)
     foreach(header IN LISTS headers)
         set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
         file(STRINGS ${PROJECT_SOURCE_DIR}/${header} mentions REGEX "CMD_API" LIMIT_COUNT 1)
-        if(NOT mentions)
+        if(NOT mentions AND NOT header IN_LIST public_without_exports)
             continue()
         endif()
         list(APPEND ORVLANG_PUBLIC_HEADERS ${header})
