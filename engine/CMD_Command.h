@@ -34,8 +34,8 @@ private:
     CMD_Command(const char *name, const char *options, CMD_CommandCallback callback, bool safe);
     ~CMD_Command() = default;
 
-    const char *name;                      // borrowed
-    const char *options;                   // borrowed
+    const char *name;      // borrowed
+    const char *options;   // borrowed
     KIT_String dsoLocation;
     CMD_CommandCallback callback;
     CMD_Command *chainCommand = nullptr;   // borrowed; lives as long as this one: for ever

@@ -22,6 +22,7 @@ class CMD_Source;
 class CMD_VariableTable;
 class KIT_SymbolTable;
 class TRK_AutoEventHandler;
+struct CMD_CommandList;
 struct CMD_StatementFrame;
 
 /// The object that a host creates to have a command language.
@@ -55,12 +56,17 @@ public:
     /// Runs text with streams and expansions of its own. A null stream means the current one. The flags take 0 or
     /// 1. As a block, it leaves alone what an enclosing statement has left behind a `;`. Text may hold newlines.
     /// The status of the last statement can be read with getStatusCode. A null text counts as empty.
-    void execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases, bool asBlock);
+    void execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases,
+                 bool asBlock);
     /// One line that a person typed, with or without its line end. It may be continued (a backslash at its end),
     /// answer a pending `read`, or belong to a loop that is being typed.
     void sendInput(const char *line, bool asBlock);
     /// Text of several lines, run like a script that has no position. Null and empty text do nothing.
     void sendMultiLineInput(const char *text, bool asBlock);
+    /// What is open and needs a further line of input; a host asks when its input has ended. A loop that runs right
+    /// now needs none.
+    enum class Pending { Nothing, Continuation, Read, Loop, If };
+    Pending getPendingInput() const;
 
     // Commands.
 
@@ -232,7 +238,7 @@ public:
     /// A loop that has yet to collect its lines; null when there is no word. The caller owns it.
     CMD_Loop *buildLoop(const char *line);
     int getBreakLevel() const { return breakLevel; }
-    void bumpBreakLevel(int delta) { breakLevel += delta; }
+    void bumpBreakLevel(int delta);
     int getContinueLevel() const { return continueLevel; }
     void setContinueLevel(int level) { continueLevel = level; }
     /// The number of loops alive.
@@ -248,11 +254,7 @@ protected:
 private:
     friend class CMD_Args;
 
-    enum StateBits : unsigned {
-        stateCommandsSorted = 1,
-        stateVerbose = 2,
-        stateIORedirection = 4,
-    };
+    enum StateBits : unsigned { stateVerbose = 2, stateIORedirection = 4 };
     enum ModeBits : unsigned {
         modeExpandAliases = 1,
         modeExpandHistory = 2,
@@ -266,44 +268,66 @@ private:
     using SourceRef = std::shared_ptr<CMD_Source>;
 
     // Keep a piece of running state right on every way out of an operation.
+    class BlockScope;
     class ExecuteScope;
-    class FrameScope;
     class ModeScope;
-    class StatementScope;
+    class StatementStreams;
+    class StatusPublisher;
 
-    static KIT_PtrArray<CMD_Command *> *getCommandList(const char *name);
+    /// The working memory of one statement, for as long as it runs.
+    class FrameScope {
+    public:
+        FrameScope(CMD_Manager &manager, size_t textLength);
+        ~FrameScope();
+        FrameScope(const FrameScope &) = delete;
+        FrameScope &operator=(const FrameScope &) = delete;
+
+        CMD_StatementFrame &get() const { return *frame; }
+
+    private:
+        CMD_Manager &manager;
+        const bool isKept;
+        CMD_StatementFrame *frame;
+    };
+
+    static CMD_CommandList *getCommandList(const char *name);
     void installBuiltIn();
     void installBaseCommands();
+    void initLibraryGlue();
 
     // The road of a line, in this order.
+    void finishContinuation();
     void internalSendInput(std::string_view line, bool pushedSource);
-    bool keepContinuation(std::string &joined, std::string_view &line);
     void drain(size_t baseLevel, bool readWasPending, bool loopWasRunning);
-    bool nextStatement(const SourceRef &top, std::string &assembled, CMD_Line &statement);
     void processInput(const SourceRef &source, const CMD_Line &line);
     void internalExecute(const CMD_Line &line);
-    int aliasExpand(KIT_String &line) const;
-    void runCommand(std::string_view line);
+    void applyHistory(CMD_Line &text, KIT_String &expanded);
+    bool aliasExpand(std::string_view line, std::string &expanded) const;
+    void runCommand(std::string_view line, CMD_StatementFrame &frame);
 
     // The steps of runCommand.
     bool isLoopLine(std::string_view line);
     void startLoop(const SourceRef &source, std::string_view line);
-    bool parseStatement(const SourceRef &source, std::string_view line, CMD_StatementFrame &frame, bool isIfWord);
+    bool parseStatement(std::string_view line, CMD_StatementFrame &frame, bool expands, bool redirects);
     void echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame);
-    bool redirectOutput(const CMD_StatementFrame &frame);
     CMD_Command *resolveCommand(CMD_StatementFrame &frame);
-    void callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame, bool isIfWord);
+    void callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
+                     bool hasOptions);
     void reportLateErrors();
     void updateStatusVariable();
 
-    int findCommand(std::string_view name, int exact);
-    void sortCommands();
+    void overrideCommand(CMD_Command &overridden, CMD_Command &command);
+    void appendCommand(CMD_Command &command);
+    CMD_Command *findTwin(const CMD_Command &wanted) const;
+    CMD_Command *ownCommand(std::string_view name) const;
+    int findCommand(std::string_view name, int exact) const;
+    void sortCommands() const;
     bool findScript(KIT_String &path) const;
     void breakAllSources();
     void reportNestingTooDeep();
     void closeChannelBlock();
-    void pushSourceRef(SourceRef source);
     void setReadVariables(std::string_view line);
+    void setArgumentVariables(const CMD_Args &args);
     void updateNoAliasVariable();
 
     void pushStandardOut(std::ostream *stream);
@@ -344,12 +368,12 @@ private:
     static int theManagerCount;
     static KIT_SymbolTable *theCommandLists;   // never freed, like the lists in it
 
-    KIT_PtrArray<CMD_Command *> *commandList;  // borrowed; shared with the managers of the same name
+    CMD_CommandList *commandList;   // borrowed; shared with the managers of the same name
     std::vector<KIT_String> promptStack;
-    KIT_String readVariables;                  // not empty while a `read` waits for its line
+    KIT_String readVariables;   // not empty while a `read` waits for its line
     int readLocal = 1;
     std::unique_ptr<KIT_SymbolTable> commandTable;
-    std::vector<SourceRef> sourceStack;        // shared with the statements that the sources gave
+    std::vector<SourceRef> sourceStack;   // shared with the statements that the sources gave
     std::unique_ptr<CMD_VariableTable> globalVariables;
     std::unique_ptr<CMD_AliasTable> aliases;
     KIT_PtrArray<std::ostream *> standardOutStack;   // all borrowed

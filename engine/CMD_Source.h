@@ -53,7 +53,9 @@ public:
 
     /// Puts text in front of everything that the source still has to give. The last pushed comes out first.
     void pushUnfinishedCommands(const char *text);
-    bool hasUnfinishedCommands() const { return !unfinishedCommands.empty() && !unfinishedCommands.back().isMarker; }
+    bool hasUnfinishedCommands() const {
+        return !unfinishedCommands.empty() && !unfinishedCommands.back().isMarker;
+    }
     /// Fences off the leftovers that are there now: until endBlock they belong to an enclosing run.
     void startBlock();
     /// Takes the newest fence away; text that was left above it stays.
@@ -85,6 +87,8 @@ private:
     };
 
     void pushUnfinishedCommands(CMD_Line line);
+    /// Puts a loop, or none, in the place of the present one, which gives no further line.
+    void setLoop(std::shared_ptr<CMD_Loop> newLoop);
     /// Takes a whole text to read from; lines share it.
     void setInput(std::shared_ptr<const char[]> buffer, size_t length);
 
@@ -94,13 +98,12 @@ private:
     std::shared_ptr<CMD_Loop> loop;   // collecting or running; shared with the frames that are inside it
     std::unique_ptr<KIT_IStream> inputStream;
     std::shared_ptr<const char[]> inputBuffer;
-    int loopRunning = 0;              // 0: lines go into the loop; 1: the loop gives the lines
+    int loopRunning = 0;   // 0: lines go into the loop; 1: the loop gives the lines
     int interactive;
     int lineNumber = 0;
     int echoState = 0;
     int ifNestLevel = 0;
     bool isConsoleName;
-    bool inputHoldsNul = false;       // a NUL ends its line; most texts have none and skip the search
     std::array<CMD_IfState, theIfLevels> ifStates{};
     std::vector<Leftover> unfinishedCommands;
 };

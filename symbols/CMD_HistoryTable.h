@@ -25,7 +25,7 @@ public:
     unsigned int entries() const { return static_cast<unsigned int>(lines.size()); }
     void addHistory(const char *line);
     /// Replaces the history forms in the line and shows the result on the manager's error stream. 1 when there
-    /// was a form, even one that refers to nothing; otherwise 0 and the line is unchanged.
+    /// was a form, even one that refers to nothing; otherwise 0; then only the backslash of a `\!` is gone.
     int historyExpand(CMD_Manager *manager, KIT_String &line) const;
     /// 0 is the newest line, 1 the one before; null outside. Valid until the table changes.
     const char *getCommand(int index) const;
@@ -34,11 +34,14 @@ public:
     void clearAndDestroy() { lines.clear(); }
 
 private:
+    /// Replaces the `!` forms. True when there was one; a `\!` alone loses its backslash.
+    bool expandForms(KIT_String &line) const;
     /// Appends the line that a form refers to; gives the bytes of the form behind its `!`.
     size_t getHistory(std::string_view spec, std::string &out) const;
+    /// The line that the word of a form refers to; null for none. There must be lines.
+    const CMD_History *findLine(std::string_view word) const;
     /// `^old^new^rest` on the newest line. -1 with an empty line when there is nothing to replace, else 1.
     int editHistory(KIT_String &line) const;
-    const CMD_History *findLine(std::string_view word) const;
 
     std::vector<CMD_History> lines;   // oldest first
 };

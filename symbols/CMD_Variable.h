@@ -15,6 +15,6 @@ private:
 
     void updateEnvironment() const;
 
-    bool dirty = true;      // changed since the last clearDirtyFlags, also when the text stayed the same
+    bool dirty = true;   // changed since the last clearDirtyFlags, also when the text stayed the same
     const bool exported;
 };

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+// The table of the built-in commands.
+#include <orvlang/engine/CMD_Manager.h>
+
+void CMD_Manager::installBaseCommands() {
+    struct CommandRow {
+        const char *name;
+        const char *options;
+        bool safe;
+        CMD_CommandCallback callback;
+    };
+    static constexpr CommandRow theRows[] = {
+        { "alias", "su", true, cmd_alias },
+        { "echo", "n", true, cmd_echo },
+        { "exit", "", true, cmd_exit },
+        { "help", "k:", true, cmd_help },
+        { "history", "c", true, cmd_history },
+        { "job", "", true, cmd_job },
+        { "prompt", "", true, cmd_prompt },
+        { "quit", "", true, cmd_quit },
+        { "read", "g", true, cmd_read },
+        { "set", "uslgp", true, cmd_set },
+        { "setenv", "uslg", true, cmd_setenv },
+        { "shift", "", true, cmd_shift },
+        { "source", "qv", true, cmd_source },
+        { "cmdread", "qv", true, cmd_source },   // what a bare script name turns into
+        { "time", "", true, cmd_time },
+        { "if", "", true, cmd_if },
+        { "else", "", true, cmd_else },
+        { "endif", "", true, cmd_endif },
+        { "end", "", true, cmd_end },
+        { "break", "", true, cmd_break },
+        { "continue", "", true, cmd_continue },
+        { "for", "", true, cmd_loop },
+        { "foreach", "", true, cmd_loop },
+        { "while", "", true, cmd_loop },
+    };
+    // Further managers of a process are for hosts that want commands of their own only.
+    if (theManager)
+        return;
+    setContext();
+    for (const CommandRow &row : theRows)
+        installCommand(row.name, row.options, row.callback, row.safe);
+}

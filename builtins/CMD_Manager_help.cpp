@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: Apache-2.0
+// Help: the listing of commands, and the entries of the help files. Nothing is kept: each request reads the files
+// anew, so that a file changed on disk counts at once.
+#include <orvlang/engine/CMD_Manager.h>
+
+#include <algorithm>
+#include <ostream>
+
+#include <orvlang/builtins/CMD_Columns.h>
+#include <orvlang/builtins/CMD_HelpFile.h>
+#include <orvlang/engine/CMD_Args.h>
+#include <orvlang/engine/CMD_CommandList.h>
+#include <orvlang/platform/kit/KIT_PathSearch.h>
+
+namespace {
+
+constexpr const char *theHelpFile = "help/command.help";
+
+bool isHidden(std::string_view name) {
+    return name == "XYZZY" || name == "coredump";
+}
+
+KIT_StringArray findHelpFiles(const char *filename) {
+    KIT_StringArray paths;
+    KIT_PathSearch::getInstance(0)->findAllFiles(filename, paths);
+    return paths;
+}
+
+}   // namespace
+
+void CMD_Manager::commandDump(std::ostream &os, const char *keyword, const char *prefix) const {
+    KIT_PtrArray<CMD_Command *> matches;
+    const bool isSearch = keyword && *keyword;
+    if (isSearch)
+        searchHelp(matches, theHelpFile, keyword);
+    const KIT_PtrArray<CMD_Command *> &listed = isSearch ? matches : *commandList;
+    std::vector<std::string_view> names;
+    for (const CMD_Command *command : listed) {
+        const std::string_view commandName = command->getName();
+        if (!isHidden(commandName) && commandName.starts_with(prefix ? prefix : ""))
+            names.push_back(commandName);
+    }
+    std::stable_sort(names.begin(), names.end(), [](std::string_view a, std::string_view b) {
+        return KIT_String::compareNumberedString(a.data(), b.data(), true) < 0;
+    });
+    CMDprintColumns(os, names);
+}
+
+void CMD_Manager::commandHelp(std::ostream &os, const char *word) const {
+    KIT_String wanted = word ? word : "";
+    KIT_String aliasText;
+    if (getAlias(wanted.c_str(), aliasText)) {
+        os << '\'' << wanted << "' is an alias for " << aliasText << std::endl;
+        wanted = aliasText;
+    }
+    int matches = 0;
+    const CMD_Command *match = nullptr;
+    for (const CMD_Command *command : *commandList) {
+        const std::string_view commandName = command->getName();
+        if (commandName == wanted.view()) {
+            matches = 1;
+            match = command;
+            break;
+        }
+        if (commandName.starts_with(wanted.view())) {
+            ++matches;
+            match = command;
+        }
+    }
+    if (matches == 1) {
+        os << match->getName() << std::endl;
+        printHelp(os, theHelpFile, match->getName());
+    } else if (matches > 1) {
+        commandDump(os, nullptr, wanted.c_str());
+    } else {
+        os << "No installed command matches " << wanted << std::endl;
+    }
+}
+
+void CMD_Manager::printHelp(std::ostream &os, const char *filename, const char *entry) const {
+    for (const char *path : findHelpFiles(filename))
+        CMDprintHelpEntry(os, path, entry ? entry : "");
+}
+
+void CMD_Manager::searchHelp(KIT_PtrArray<CMD_Command *> &found, const char *filename,
+                             const char *keyword) const {
+    KIT_String wanted = keyword ? keyword : "";
+    wanted.toLower();
+    for (const char *path : findHelpFiles(filename)) {
+        CMDsearchHelpFile(path, wanted.view(), [&](const char *heading) {
+            const int index = findCommand(heading, 1);
+            if (index >= 0)
+                found.append((*commandList)[index]);
+        });
+    }
+    found.sort([](const CMD_Command *a, const CMD_Command *b) {
+        return KIT_String::compareNumberedString(a->getName(), b->getName(), true);
+    });
+    for (int i = found.entries() - 1; i > 0; --i) {
+        if (std::string_view(found[i - 1]->getName()) == found[i]->getName())
+            found[i] = nullptr;
+    }
+    found.collapse();
+}
+
+void CMD_Manager::cmd_help(CMD_Args &args) {
+    const CMD_Manager &manager = *getContext();
+    if (args.argc() == 1)
+        manager.commandDump(args.out(), args.argp('k'), nullptr);
+    for (int i = 1; i < args.argc(); ++i)
+        manager.commandHelp(args.out(), args.argv(i));
+}

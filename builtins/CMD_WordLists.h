@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <iosfwd>
+
+class CMD_Args;
+class KIT_WorkBuffer;
+
+/// Writes the words from the given place on, with single blanks between them and no line end.
+void CMDprintArgs(const CMD_Args &args, int first, std::ostream &os);
+/// The same into a buffer. With no word in range the buffer stays as it is.
+void CMDjoinArgs(const CMD_Args &args, int first, KIT_WorkBuffer &buffer);

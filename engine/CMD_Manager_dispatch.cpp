@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: Apache-2.0
+// The road of a line, last part: one statement becomes a call.
+//
+// `runCommand` takes the statement that `internalExecute` has cut out, applies the state of the `if` blocks, starts
+// loops, expands the words, redirects output, finds the command and calls it; then it reports what the callback
+// left behind and publishes the status.
+#include <orvlang/engine/CMD_Manager.h>
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+
+#include <orvlang/engine/CMD_CommandList.h>
+#include <orvlang/engine/CMD_LineScan.h>
+#include <orvlang/engine/CMD_Source.h>
+#include <orvlang/engine/CMD_StatementFrame.h>
+#include <orvlang/flow/CMD_Loop.h>
+#include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/kit/KIT_Char.h>
+#include <orvlang/platform/kit/KIT_ErrorManager.h>
+#include <orvlang/platform/kit/KIT_Number.h>
+#include <orvlang/platform/kit/KIT_OFStream.h>
+#include <orvlang/symbols/CMD_VariableTable.h>
+
+namespace {
+
+enum IfWord { noIfWord, wordIf, wordElse, wordEndif };
+
+/// Abbreviations do not count here: a skipped statement must be known without looking it up.
+IfWord ifWordOf(std::string_view word) {
+    if (word == "if")
+        return wordIf;
+    if (word == "else")
+        return wordElse;
+    return word == "endif" ? wordEndif : noIfWord;
+}
+
+/// Whether the words are expanded. A condition that will not be evaluated is not expanded either.
+bool expandsWords(IfWord word, CMD_IfState state) {
+    switch (state) {
+    case CMD_IF_FALSE:
+        return word != wordIf;
+    case CMD_IF_DONE:
+    case CMD_IF_DEAD:
+        return false;
+    case CMD_IF_TRUE:
+        return word != wordElse;
+    default:
+        return true;
+    }
+}
+
+bool isFileNameForRedirection(const KIT_String &name) {
+    const std::string_view text = name.view();
+    return std::all_of(text.begin(), text.end(), [](char c) { return KITisGraph(c) || c == ' '; });
+}
+
+}   // namespace
+
+/// The streams of one statement: it runs on top slots of its own, which a redirection replaces by a file.
+class CMD_Manager::StatementStreams {
+public:
+    explicit StatementStreams(CMD_Manager &owner) : manager(owner) {
+        manager.pushStandardOut(nullptr);
+        manager.pushStandardErr(nullptr);
+    }
+    ~StatementStreams() { manager.popOutputStreams(); }
+    StatementStreams(const StatementStreams &) = delete;
+    StatementStreams &operator=(const StatementStreams &) = delete;
+
+    /// Opens the file in place of the output and, on demand, the errors; reports what prevents it.
+    void redirect(const KIT_String &name, bool append, bool errorsToo) {
+        if (!manager.getIORedirection()) {
+            manager.getError(1) << "Application doesn't support I/O redirection\n";
+            return;
+        }
+        if (!isFileNameForRedirection(name)) {
+            manager.getError(1) << "Invalid file specified for I/O redirection: " << name;
+            return;
+        }
+        file.emplace(name.c_str(), append);
+        if (!file->isOpen()) {
+            file.reset();
+            manager.getError(1) << "Unable to redirect output to " << name << std::endl;
+            return;
+        }
+        manager.setStandardOut(*file);
+        if (errorsToo)
+            manager.setStandardErr(*file);
+    }
+
+private:
+    CMD_Manager &manager;
+    std::optional<KIT_OFStream> file;
+};
+
+/// Copies the status code into the variable `status`, whichever way the statement ends.
+class CMD_Manager::StatusPublisher {
+public:
+    explicit StatusPublisher(CMD_Manager &owner) : manager(owner) {}
+    ~StatusPublisher() { manager.updateStatusVariable(); }
+    StatusPublisher(const StatusPublisher &) = delete;
+    StatusPublisher &operator=(const StatusPublisher &) = delete;
+
+private:
+    CMD_Manager &manager;
+};
+
+namespace {
+
+/// Opens a false branch while the words of its `else` are expanded: an `else if` may ask a command, which would be
+/// skipped otherwise.
+class OpenBranch {
+public:
+    OpenBranch(CMD_Source &owner, IfWord word) : source(owner), level(owner.getIfNestLevel()) {
+        isOpen = word == wordElse && source.getIfState() == CMD_IF_FALSE;
+        if (isOpen)
+            source.setIfState(CMD_IF_TRUE);
+    }
+    ~OpenBranch() {
+        if (isOpen && source.getIfNestLevel() == level && source.getIfState() == CMD_IF_TRUE)
+            source.setIfState(CMD_IF_FALSE);
+    }
+    OpenBranch(const OpenBranch &) = delete;
+    OpenBranch &operator=(const OpenBranch &) = delete;
+
+private:
+    CMD_Source &source;
+    const int level;
+    bool isOpen;
+};
+
+}   // namespace
+
+void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
+    FML::theErrNo = 0;
+    statusCode = 0;
+    setContext();
+    ++commandsRun;
+    const StatusPublisher publisher(*this);
+    const SourceRef source = sourceStack.back();
+    // Before the state of the `if` blocks: a loop in a skipped branch still eats its body.
+    if (isLoopLine(line))
+        return startLoop(source, line);
+    const std::string_view word = CMDfirstWord(line).word;
+    const IfWord ifWord = ifWordOf(word);
+    if (word.empty() || (ifWord == noIfWord && !source->doIfStatements())) {
+        statusCode = 1;
+        return;
+    }
+    {
+        const bool expands = ifWord == noIfWord || expandsWords(ifWord, source->getIfState());
+        const OpenBranch branch(*source, ifWord);
+        if (!parseStatement(line, frame, expands, ifWord == noIfWord)) {
+            statusCode = 1;
+            return;
+        }
+    }
+
+    StatementStreams streams(*this);
+    echoStatement(*source, frame);
+    const KIT_StringCshIO &io = frame.redirection;
+    const bool errorsToo = !io.errName.isEmpty();
+    const KIT_String &outName = errorsToo ? io.errName : io.outName;
+    if (!outName.isEmpty())
+        streams.redirect(outName, io.appendOut || io.appendErr, errorsToo);
+    if (!io.inName.isEmpty()) {
+        getError(1) << "Application doesn't support input redirection\n";
+        statusCode = 1;
+        return;
+    }
+    if (CMD_Command *command = resolveCommand(frame))
+        callCommand(*command, *source, frame, ifWord == noIfWord);
+}
+
+void CMD_Manager::startLoop(const SourceRef &source, std::string_view line) {
+    if (source->loop)
+        getError(1) << "Warning: bad loop building in CMD" << std::endl;
+    std::shared_ptr<CMD_Loop> loop(buildLoop(std::string(line).c_str()));
+    if (loop && !loop->parseArguments(source->doIfStatements()))
+        loop = nullptr;
+    source->setLoop(std::move(loop));
+    statusCode = 1;
+}
+
+/// False when there is nothing to run: no words, a redirection without a name, or a script that was started or ended
+/// by an expression in the words.
+bool CMD_Manager::parseStatement(std::string_view line, CMD_StatementFrame &frame, bool expands,
+                                 bool redirects) {
+    const auto variables = expands ? TRK_Manager::lookupVariableNoThread : nullptr;
+    const auto expressions = expands ? TRK_Manager::lookupExpressionNoThread : nullptr;
+    const size_t depth = sourceStack.size();
+    frame.redirection.clear();
+    frame.parsed.parse(line, redirects);
+    const int count =
+        frame.parsed.expand(frame.words, variables, expressions, redirects ? &frame.redirection : nullptr);
+    if (sourceStack.size() != depth)
+        return false;
+    if (frame.redirection.missingName) {
+        getError(1) << "Missing name for redirect" << std::endl;
+        return false;
+    }
+    return count > 0;
+}
+
+void CMD_Manager::echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame) {
+    if (echoOffCount != 0 || !source.getEchoState())
+        return;
+    std::ostream &out = *standardOutStack.last();
+    const char *filename = source.getFilename();
+    out << (filename ? filename : "") << " (" << source.getLineNumber() << "): " << frame.words[0];
+    for (int i = 1; i < frame.words.argc(); ++i)
+        out << ' ' << frame.words[i];
+    out << std::endl;
+}
+
+CMD_Command *CMD_Manager::resolveCommand(CMD_StatementFrame &frame) {
+    CMD_Args &args = frame.args;
+    args.clear();
+    for (int i = 0; i < frame.words.argc(); ++i)
+        args.setArgument(i, frame.words[i]);
+    const char *word = args.argv(0);
+    int index = findCommand(word, 0);
+    if (index == commandMissing) {
+        // A word that is no command but names a script sources it.
+        KIT_String path = word;
+        if (findScript(path) && (index = findCommand("cmdread", 0)) >= 0)
+            args.insertFront("cmdread");
+        else
+            index = commandMissing;
+    }
+    if (index >= 0)
+        return (*commandList)[index];
+    if (index == commandUnsafe)
+        getError(1) << "Command '" << word << "' is not a safe command and cannot be run\n\r";
+    else if (index == commandAmbiguous)
+        getError(1) << "Command '" << word << "' not specific enough\n\r";
+    else
+        getError(1) << "Unknown command: " << word << "\n\r";
+    breakAllSources();
+    statusCode = 1;
+    return nullptr;
+}
+
+void CMD_Manager::callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
+                              bool hasOptions) {
+    CMD_Args &args = frame.args;
+    args.init(standardOutStack.last(), standardErrStack.last(), source);
+    args.command = &command;
+    // The words of a condition are not options, whatever they begin with.
+    if (hasOptions)
+        args.stripOptions(command.getOptions());
+    // An expression in the words can have run statements, here or on another manager.
+    statusCode = 0;
+    if (theManager != this)
+        setContext();
+    if (args.argc() < 0)
+        getError(1) << "Invalid option for command\n";
+    else
+        command.getCallback()(args);
+    reportLateErrors();
+    standardOutStack.last()->flush();
+    standardErrStack.last()->flush();
+}
+
+void CMD_Manager::reportLateErrors() {
+    KIT_String text;
+    KITgetErrorManager()->getErrorMessages(text, 0, 1);
+    if (!text.isEmpty()) {
+        getError(1) << text << std::endl;
+        KITgetErrorManager()->clearAndDestroyErrors();
+        statusCode = 1;
+    }
+    if (FML::theErrNo != 0) {
+        getError(1) << "Expression error: " << fml_GetErrorText(FML::theErrNo) << std::endl;
+        FML::theErrNo = 0;
+        statusCode = 1;
+    }
+}
+
+void CMD_Manager::updateStatusVariable() {
+    CMD_VariableTable *locals = getSource()->getLocalVariables();
+    CMD_VariableTable *holder = locals->hasValue("status") ? locals : globalVariables.get();
+    KIT_NumberText text;
+    holder->setValue("status", KITformatInt(statusCode, text).data(), false);
+}

@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: Apache-2.0
+// The road of a line, first part: from the host's text to single statements.
+//
+// `execute`, `sendInput` and `sendMultiLineInput` bring text in. `internalSendInput` joins a continued line, hands
+// it to `processInput`, and then drains what that started: leftovers behind a `;`, scripts that were sourced, a
+// loop that was closed. `processInput` decides what a line is: a line of a loop that is being collected, the answer
+// to a `read`, or a statement, which goes on to `internalExecute` (CMD_Manager_expansion.cpp).
+#include <orvlang/engine/CMD_Manager.h>
+
+#include <cstring>
+
+#include <orvlang/engine/CMD_Source.h>
+#include <orvlang/flow/CMD_Loop.h>
+#include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_Thread.h>
+
+namespace {
+
+// Below this much stack no further `execute` starts: a statement between two of them, the expressions in its words
+// included, needs less than this, sanitizers' frames and the Python interpreter allowed for.
+constexpr size_t theStackReserve = 192 * 1024;
+
+void stripLineEnd(std::string_view &line) {
+    if (line.ends_with('\n'))
+        line.remove_suffix(1);
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+}
+
+bool isContinued(std::string_view line) {
+    return line.ends_with('\\');
+}
+
+/// Adds a blank unless there is one, so that joined lines do not run into each other.
+void appendJoint(std::string &text) {
+    if (!text.empty() && text.back() != ' ')
+        text += ' ';
+}
+
+/// The running operation: an interrupt marks it until its outermost bracket ends.
+class OperationScope {
+public:
+    OperationScope() : started(KITgetInterrupt()->opStart("Run Orvlang command", 0, 0, nullptr) != 0) {}
+    ~OperationScope() { KITgetInterrupt()->opEnd(-1); }
+    OperationScope(const OperationScope &) = delete;
+    OperationScope &operator=(const OperationScope &) = delete;
+
+    bool mayRun() const { return started; }
+
+private:
+    const bool started;
+};
+
+bool isInterrupted() {
+    return KITgetInterrupt()->opInterrupt(-1) != 0;
+}
+
+}   // namespace
+
+/// The streams and expansions of one `execute`, and what it must leave as it found it.
+class CMD_Manager::ExecuteScope {
+public:
+    ExecuteScope(CMD_Manager &owner, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases)
+        : manager(owner), bits(owner.modeBits & theBits), pendingError(FML::theErrNo) {
+        ++manager.executeDepth;
+        manager.pushStandardOut(out);
+        manager.pushStandardErr(err);
+        manager.setModeBit(modeExpandAliases, (expandAliases & 1) != 0);
+        manager.setModeBit(modeExpandHistory, (expandHistory & 1) != 0);
+        manager.setModeBit(modeCaptureHistory, false);
+    }
+    ~ExecuteScope() {
+        manager.modeBits = (manager.modeBits & ~theBits) | bits;
+        manager.popOutputStreams();
+        --manager.executeDepth;
+        // The statement that this one is nested in has yet to report its own expression error.
+        if (pendingError)
+            FML::theErrNo = pendingError;
+    }
+    ExecuteScope(const ExecuteScope &) = delete;
+    ExecuteScope &operator=(const ExecuteScope &) = delete;
+
+private:
+    static constexpr unsigned theBits = modeExpandAliases | modeExpandHistory | modeCaptureHistory;
+
+    CMD_Manager &manager;
+    const unsigned bits;
+    const int pendingError;
+};
+
+void CMD_Manager::execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err,
+                          int expandAliases, bool asBlock) {
+    const ExecuteScope scope(*this, expandHistory, out, err, expandAliases);
+    if (KIT_Thread::stackLeft() < theStackReserve)
+        return reportNestingTooDeep();
+    if (text && std::strchr(text, '\n'))
+        sendMultiLineInput(text, asBlock);
+    else
+        sendInput(text, asBlock);
+}
+
+/// Fences the leftovers of an enclosing statement off from a run. Without it a callback that calls `execute` in
+/// `a; b` would run `b` inside `a`.
+class CMD_Manager::BlockScope {
+public:
+    BlockScope(CMD_Manager &owner, bool asBlock) : manager(owner), place(owner.sourceStack.size() - 1) {
+        if (!asBlock)
+            return;
+        source = manager.sourceStack.back();
+        source->startBlock();
+    }
+    ~BlockScope() {
+        if (source && place < manager.sourceStack.size() && manager.sourceStack[place] == source)
+            source->endBlock();
+    }
+    BlockScope(const BlockScope &) = delete;
+    BlockScope &operator=(const BlockScope &) = delete;
+
+private:
+    CMD_Manager &manager;
+    const size_t place;
+    SourceRef source;   // null when the run is no block
+};
+
+void CMD_Manager::sendInput(const char *line, bool asBlock) {
+    const BlockScope block(*this, asBlock);
+    internalSendInput(line ? line : "", false);
+}
+
+void CMD_Manager::sendMultiLineInput(const char *text, bool asBlock) {
+    if (!text || !*text)
+        return;
+    const BlockScope block(*this, asBlock);
+    finishContinuation();
+    // The zero counts as text, so that a text with a line end is followed by one more, empty line.
+    const size_t length = std::strlen(text) + 1;
+    const auto copy = std::make_shared_for_overwrite<char[]>(length);
+    std::memcpy(copy.get(), text, length);
+    auto source = std::make_shared<CMD_Source>("stdin", 0);
+    source->setInput(copy, length);
+    sourceStack.push_back(std::move(source));
+    internalSendInput("", true);
+}
+
+void CMD_Manager::finishContinuation() {
+    const OperationScope operation;
+    // The continued line can leave another one behind, again and again.
+    while (!continuationLine.empty()) {
+        if (isInterrupted())
+            continuationLine.clear();
+        internalSendInput("", false);
+    }
+}
+
+void CMD_Manager::internalSendInput(std::string_view line, bool pushedSource) {
+    std::string joined;
+    if (!continuationLine.empty()) {
+        joined = std::exchange(continuationLine, {});
+        appendJoint(joined);
+        popPrompt();
+        if (!pushedSource)
+            joined += line;
+        line = joined;
+    }
+    stripLineEnd(line);
+    if (isContinued(line)) {
+        line.remove_suffix(1);
+        continuationLine = line.empty() ? " " : line;
+        pushPrompt("? ");
+        return;
+    }
+
+    const size_t depth = sourceStack.size();
+    const size_t baseLevel = pushedSource && depth > 1 ? depth - 1 : depth;
+    const SourceRef current = sourceStack.back();
+    const bool readWasPending = !readVariables.isEmpty();
+    const bool loopWasRunning = current->loopRunning != 0;
+    if (commandEcho && commandEchoCallback && current->isStdIn())
+        commandEchoCallback(std::string(line).c_str(), commandEchoCallbackData);
+    const OperationScope operation;
+    if (!operation.mayRun())
+        return;
+    processInput(current, { line, nullptr });
+    drain(baseLevel, readWasPending, loopWasRunning);
+}
+
+void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunning) {
+    std::string assembled;   // a continued line, until it is whole
+    CMD_Line statement;
+    // A `read` waits for a line that only the host can bring.
+    while (readVariables.isEmpty()) {
+        const size_t depth = sourceStack.size();
+        const SourceRef top = sourceStack.back();
+        const bool isAboveBase = depth > 1 && (depth > baseLevel || baseLevel == 1 || readWasPending);
+        const bool fellInsideExecute = executeDepth != 0 && baseLevel != depth;
+        const bool closedLoop = baseLevel == 1 && top->loopRunning && (!loopWasRunning || readWasPending);
+        if (!isAboveBase && !top->hasUnfinishedCommands() && !fellInsideExecute && !closedLoop)
+            return;
+        CMD_Line line;
+        if (!top->nextLine(line)) {
+            if (sourceStack.size() == 1)
+                return;
+            popSource(1);
+            continue;
+        }
+        stripLineEnd(line.text);
+        const bool continued = isContinued(line.text);
+        if (continued)
+            line.text.remove_suffix(1);
+        if (continued || !assembled.empty()) {
+            appendJoint(assembled);
+            assembled += line.text;
+            if (continued)
+                continue;
+            line = CMD_Line::copyOf(assembled);
+            assembled.clear();
+        }
+        // Interrupted: the rest of the input is read and thrown away.
+        if (!isInterrupted())
+            processInput(top, line);
+    }
+}
+
+void CMD_Manager::processInput(const SourceRef &source, const CMD_Line &line) {
+    if (source->loop && !source->loopRunning) {
+        if (!source->loop->sendInput(line.text, source->getLineNumber()))
+            source->loopRunning = 1;
+        return;
+    }
+    if (!readVariables.isEmpty()) {
+        setReadVariables(line.text);
+        readVariables = nullptr;
+        return;
+    }
+    const bool captured = (modeBits & modeCaptureHistory) != 0;
+    if (sourceStack.size() > 1 || source->loop)
+        setModeBit(modeCaptureHistory, false);
+    internalExecute(line);
+    if (postCmdCallback)
+        postCmdCallback(postCmdCallbackData);
+    setModeBit(modeCaptureHistory, captured);
+}

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: Apache-2.0
+// The stack of sources: scripts come on top of the console and go when they are read to their end.
+#include <orvlang/engine/CMD_Manager.h>
+
+#include <algorithm>
+#include <limits>
+#include <ostream>
+
+#include <orvlang/engine/CMD_Source.h>
+#include <orvlang/flow/CMD_Loop.h>
+#include <orvlang/platform/kit/KIT_PathSearch.h>
+#include <orvlang/platform/vio/VIO_Info.h>
+#include <orvlang/platform/vio/VIO_Reader.h>
+
+namespace {
+
+// Scripts that source themselves without end stop here, while their texts still fit in memory.
+constexpr size_t theDeepestSource = 100000;
+
+}   // namespace
+
+bool CMD_Manager::findScript(KIT_String &path) const {
+    const VIO_Info info(path.c_str());
+    if (info.hasAccess(1))
+        return !info.getIsDirectory();
+    return KIT_PathSearch::getInstance(7)->orvaneFindFile(path.c_str(), path) != 0;
+}
+
+CMD_Source *CMD_Manager::pushSource(const char *filename, int echo) {
+    if (sourceStack.size() > theDeepestSource) {
+        reportNestingTooDeep();
+        return nullptr;
+    }
+    KIT_String path = filename;
+    if (!findScript(path))
+        return nullptr;
+    VIO_Reader reader(path.c_str());
+    VIO_ReaderStream *stream = reader.getStream();
+    if (reader.getLength() <= 0 || !stream || !stream->isGood())
+        return nullptr;
+    const auto length = static_cast<size_t>(reader.getLength());
+    const auto buffer = std::make_shared_for_overwrite<char[]>(length);
+    const size_t count = stream->read(buffer.get(), length);
+    if (!stream->isGood())
+        return nullptr;
+    auto source = std::make_shared<CMD_Source>(path.c_str(), 0);
+    source->setInput(buffer, count);
+    source->setEchoState(echo);
+    sourceStack.push_back(std::move(source));
+    return getSource();
+}
+
+CMD_Source *CMD_Manager::popSource(int complain) {
+    if (sourceStack.size() > 1) {
+        const SourceRef popped = std::move(sourceStack.back());
+        sourceStack.pop_back();
+        const char *filename = popped->getFilename() ? popped->getFilename() : "";
+        if (popped->loop) {
+            if (complain)
+                getError(1) << "Invalid loop nesting in " << filename << std::endl;
+            popped->setLoop(nullptr);
+        }
+        if (sourceStack.size() == 1 && theChannelBlockCount > 0) {
+            getError(1) << "Got chblockbegin without chblockend in " << filename << std::endl;
+            closeChannelBlock();
+        }
+    }
+    updateNoAliasVariable();
+    return getSource();
+}
+
+void CMD_Manager::breakAllSources() {
+    while (sourceStack.size() > 1)
+        popSource(0);
+    breakLevel =
+        breakLevel > std::numeric_limits<int>::max() / 2 ? std::numeric_limits<int>::max() : breakLevel * 2;
+}
+
+// A run that nests without end would go on at each of its levels once the deepest one has been refused, so all of
+// them end here.
+void CMD_Manager::reportNestingTooDeep() {
+    getError(1) << "Nesting too deep" << std::endl;
+    breakAllSources();
+    statusCode = 1;
+}

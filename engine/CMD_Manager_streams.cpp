@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: Apache-2.0
+// Where output goes and what the user is asked with: the two stacks of streams and the stack of prompts.
+#include <orvlang/engine/CMD_Manager.h>
+
+#include <iostream>
+
+#include <orvlang/engine/CMD_Source.h>
+#include <orvlang/platform/kit/KIT_Thread.h>
+
+namespace {
+
+using StreamStack = KIT_PtrArray<std::ostream *>;
+
+void push(StreamStack &stack, std::ostream *stream) {
+    stack.append(stream ? stream : stack.last());
+}
+
+/// The last stream stays, so that there is always one to write to.
+void pop(StreamStack &stack) {
+    if (stack.entries() >= 2)
+        stack.resize(stack.entries() - 1);
+}
+
+std::ostream &replaceTop(StreamStack &stack, std::ostream &stream) {
+    return *std::exchange(stack[stack.entries() - 1], &stream);
+}
+
+void replaceEverywhere(StreamStack &stack, const std::ostream *stream, std::ostream *replacement) {
+    for (std::ostream *&slot : stack) {
+        if (slot == stream)
+            slot = replacement;
+    }
+}
+
+}   // namespace
+
+void CMD_Manager::pushStandardOut(std::ostream *stream) {
+    push(standardOutStack, stream);
+}
+
+void CMD_Manager::pushStandardErr(std::ostream *stream) {
+    push(standardErrStack, stream);
+}
+
+void CMD_Manager::popStandardOut() {
+    pop(standardOutStack);
+}
+
+void CMD_Manager::popStandardErr() {
+    pop(standardErrStack);
+}
+
+void CMD_Manager::pushOutputStreams(std::ostream &out, std::ostream &err) {
+    pushStandardOut(&out);
+    pushStandardErr(&err);
+}
+
+void CMD_Manager::popOutputStreams() {
+    popStandardOut();
+    popStandardErr();
+}
+
+std::ostream &CMD_Manager::setStandardOut(std::ostream &stream) {
+    return replaceTop(standardOutStack, stream);
+}
+
+std::ostream &CMD_Manager::setStandardErr(std::ostream &stream) {
+    return replaceTop(standardErrStack, stream);
+}
+
+void CMD_Manager::streamDeleted(std::ostream &stream) {
+    replaceEverywhere(standardOutStack, &stream, &std::cout);
+    replaceEverywhere(standardErrStack, &stream, &std::cerr);
+}
+
+std::ostream &CMD_Manager::getError(int prefix) {
+    std::ostream &stream = *standardErrStack.last();
+    const CMD_Source &source = *getSource();
+    if (prefix && !source.isStdIn()) {
+        const char *filename = source.getFilename();
+        stream << (filename ? filename : "") << " (" << source.getLineNumber() << "): ";
+    }
+    return stream;
+}
+
+void CMD_Manager::pushPrompt(const char *text) {
+    promptStack.emplace_back(text ? text : "");
+}
+
+void CMD_Manager::popPrompt() {
+    if (promptStack.size() >= 2)
+        promptStack.pop_back();
+}
+
+void CMD_Manager::setPrompt(const char *text) {
+    if (promptStack.empty())
+        return pushPrompt(text);
+    promptStack.back() = text ? text : "";
+}
+
+const char *CMD_Manager::getPrompt(int index) const {
+    if (promptStack.empty())
+        return "";
+    const bool inside = index >= 0 && static_cast<size_t>(index) < promptStack.size();
+    return (inside ? promptStack[static_cast<size_t>(index)] : promptStack.back()).c_str();
+}
+
+CMD_Manager::Pending CMD_Manager::getPendingInput() const {
+    const CMD_Source &source = *getSource();
+    if (!continuationLine.empty())
+        return Pending::Continuation;
+    if (!readVariables.isEmpty())
+        return Pending::Read;
+    if (source.loop && !source.loopRunning)
+        return Pending::Loop;
+    return source.getIfNestLevel() > 0 ? Pending::If : Pending::Nothing;
+}
+
+void CMD_Manager::getPrompt(KIT_String &out) {
+    const CMD_Source &source = *getSource();
+    out.clear();
+    if (!source.interactive || !readVariables.isEmpty())
+        return;
+    if (source.loop) {
+        out = "> ";
+        return;
+    }
+    if (!source.getIfState() || source.getIfState() == CMD_IF_TRUE) {
+        const int thread = KIT_Thread::getMySequentialThreadIndex();
+        // A copy: an expression in the prompt can set the prompt.
+        const KIT_String prompt = getPrompt(-1);
+        expandString(prompt.c_str(), out, getEvaluateTime(thread), nullptr, thread, 3);
+        return;
+    }
+    out = "? ";
+}
+
+void CMD_Manager::doPrompt() {
+    KIT_String text;
+    getPrompt(text);
+    if (!text.isEmpty())
+        *standardOutStack.last() << text << std::flush;
+}

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+// Where the engine's lines come from: a source hands out its next line, whatever it lies in.
+#include <orvlang/engine/CMD_Source.h>
+
+#include <orvlang/flow/CMD_Loop.h>
+#include <orvlang/platform/kit/KIT_IStream.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/symbols/CMD_HistoryTable.h>
+#include <orvlang/symbols/CMD_VariableTable.h>
+
+CMD_Source::CMD_Source(const char *sourceName, int isInteractive)
+    : localVariables(std::make_unique<CMD_VariableTable>()), history(std::make_unique<CMD_HistoryTable>()),
+      filename(sourceName), interactive(isInteractive), isConsoleName(filename == "stdin") {}
+
+CMD_Source::~CMD_Source() = default;
+
+void CMD_Source::addHistory(const char *line) {
+    history->addHistory(line);
+}
+
+void CMD_Source::setInput(std::shared_ptr<const char[]> buffer, size_t length) {
+    inputBuffer = std::move(buffer);
+    inputStream = std::make_unique<KIT_IStream>(inputBuffer.get(), length, 1);
+}
+
+bool CMD_Source::nextLine(CMD_Line &line) {
+    if (hasUnfinishedCommands()) {
+        line = std::move(unfinishedCommands.back().line);
+        unfinishedCommands.pop_back();
+        return true;
+    }
+    const bool insideBlock = !unfinishedCommands.empty();
+    while (loop && loopRunning) {
+        const std::shared_ptr<CMD_Loop> running = loop;
+        if (const char *text = running->getNextLine()) {
+            line = { text, running };
+            return true;
+        }
+        // The test of the loop can have put another one in its place.
+        if (loop == running)
+            setLoop(nullptr);
+    }
+    if (insideBlock || !inputStream)
+        return false;
+    std::string_view text;
+    if (!inputStream->getLine(text, '\n'))
+        return false;
+    ++lineNumber;
+    line = { text, inputBuffer };
+    return true;
+}
+
+const char *CMD_Source::getLine(KIT_WorkBuffer &scratch) {
+    CMD_Line line;
+    if (!nextLine(line))
+        return nullptr;
+    scratch.clear();
+    scratch.write(line.text.data(), line.text.size());
+    return scratch.c_str();
+}
+
+int CMD_Source::getLineNumber() const {
+    const int loopLine = loop ? loop->getLineNumber() : -1;
+    return loopLine >= 0 ? loopLine : lineNumber;
+}
+
+void CMD_Source::setLoop(std::shared_ptr<CMD_Loop> newLoop) {
+    // Whoever is inside the old loop at the moment keeps it alive, but it gives no further line.
+    if (loop)
+        loop->cancel();
+    loop = std::move(newLoop);
+    if (!loop)
+        loopRunning = 0;
+}
+
+void CMD_Source::pushUnfinishedCommands(const char *text) {
+    pushUnfinishedCommands(CMD_Line::copyOf(text ? text : ""));
+}
+
+void CMD_Source::pushUnfinishedCommands(CMD_Line line) {
+    unfinishedCommands.push_back({ std::move(line), false });
+}
+
+void CMD_Source::startBlock() {
+    unfinishedCommands.push_back({ {}, true });
+}
+
+void CMD_Source::endBlock() {
+    // A `read` inside the block leaves text above the marker, which runs once the read is answered.
+    for (size_t i = unfinishedCommands.size(); i-- > 0;) {
+        if (unfinishedCommands[i].isMarker) {
+            unfinishedCommands.erase(unfinishedCommands.begin() + static_cast<std::ptrdiff_t>(i));
+            return;
+        }
+    }
+}
