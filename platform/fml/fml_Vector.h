@@ -4,6 +4,7 @@
 #include <orvlang/platform/kit/KIT_Export.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// A row of numbers: the value of a symbol of the type FML_VECTOR.
@@ -12,7 +13,8 @@ public:
     /// Replaces the entries by the numbers in `text`: numbers with blanks or commas between them, with or without
     /// one pair of square brackets around them all. Gives non-zero on success; 0, with the entries untouched, when
     /// `text` is null or anything else. Nothing but blanks is no vector, while `[]` is the empty one.
-    int scan(const char *text);
+    int scan(std::string_view text);
+    int scan(const char *text) { return scan(std::string_view(text ? text : "")); }
 
     int entries() const { return static_cast<int>(values.size()); }
     /// Makes it hold at least `count` entries; new ones are 0.

@@ -64,13 +64,16 @@ public:
     /// Puts into `out` the `text` with its `$name`, `${name}` and backquoted expressions replaced by their
     /// values; what has no value gives nothing. A backslash makes a following `$`, backquote or backslash
     /// literal; every other character, quotes included, stands for itself. The expressions see the time line at
-    /// `time` seconds. `what` says what is replaced: 1 variables, 2 expressions, 3 both. `collection` may be null.
+    /// `time` seconds. `what` is a sum of ExpandedPart. `collection` may be null. `text` may be null, and may be the
+    /// text of `out`.
+    enum ExpandedPart { EXPAND_VARIABLES = 1, EXPAND_EXPRESSIONS = 2 };
     void expandString(const char *text, KIT_String &out, double time, TRK_ChannelCollection *collection,
                       int thread, int what);
 
     /// The place on the time line, in seconds. All threads share one time line.
     double getEvaluateTime(int thread) const;
-    void setEvaluateTime(double seconds) { evaluateTime = seconds; }
+    /// What is not finite is ignored.
+    void setEvaluateTime(double seconds);
 
     /// Frames per second of the time line, 24 until a host says otherwise. What is not above 0, or not finite,
     /// is ignored.
@@ -86,17 +89,20 @@ public:
     /// The names that the manager answers itself (FRAME, TIME, FPS), ended by a record with a null name.
     static const TRK_LocalVariable *getLocalVariableTable();
 
-    /// Lets expressions see the variables of the current manager. Calling it again changes nothing.
+    /// Lets expressions see the time line of the current manager. Calling it again changes nothing.
     static void initExpressionLibrary();
-    /// The last step of joining a command language to the expressions: from here on the functions in place are
-    /// the ones that expressions know. Calling it again changes nothing.
+    /// Lets expressions see the variables of the current manager. Calling it again changes nothing.
     static void initLibraryGlue();
 
 private:
+    class Expansion;
+
+    static bool lookupManagerVariable(const char *name, KIT_String &value, int thread);
     bool getLocalVariable(const char *name, KIT_String &value) const;
     double localValue(int id) const;
 
     static TRK_Manager *theCurrentManager;   // borrowed
+    static unsigned theContextChoices;       // calls of setContext
 
     double evaluateTime = 0;
     float framesPerSecond = 24;

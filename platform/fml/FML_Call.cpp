@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/fml/FML_Call.h>
+
+#include <algorithm>
+
+long FML_Call::integer(std::size_t i) const {
+    // All whole numbers up to here are exact in a double, and no place in a text is farther away.
+    constexpr double theFarthest = 9007199254740992.0;
+    return static_cast<long>(std::clamp(number(i), -theFarthest, theFarthest));
+}
+
+char *FML_Call::giveRoom(std::size_t size) {
+    char *room = evaluation.allocateText(size);
+    giveShared(room ? std::string_view(room, size) : std::string_view());
+    return room;
+}
+
+void FML_Call::giveText(std::string_view text) {
+    if (char *room = giveRoom(text.size()))
+        std::copy(text.begin(), text.end(), room);
+}
+
+fml_Vector &FML_Call::giveVector() {
+    fml_Vector &vector = evaluation.newVector();
+    give(FML_Value::ofVector(&vector));
+    return vector;
+}
