@@ -366,6 +366,7 @@ private:
     static int theChannelBlockCount;
     static TRK_AutoEventHandler *theTRKEventHandler;
     static int theManagerCount;
+    static bool theLibraryGlueNeeded;          // cleared by the first manager of the process
     static KIT_SymbolTable *theCommandLists;   // never freed, like the lists in it
 
     CMD_CommandList *commandList;   // borrowed; shared with the managers of the same name
