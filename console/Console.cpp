@@ -44,8 +44,8 @@ void buildScriptLine(char **words, KIT_WorkBuffer &line) {
 
 }   // namespace
 
-Console::Console(const ConsoleOptions &theOptions)
-    : options(theOptions), onTerminal(isatty(STDIN_FILENO)), manager(options.managerName, 1),
+Console::Console(const ConsoleOptions &options)
+    : options(options), onTerminal(isatty(STDIN_FILENO)), manager(options.managerName, 1),
       reader(nullptr, nullptr) {
     manager.setSafeMode(options.safeMode);
 }

@@ -159,8 +159,7 @@ void compare(const char *what, const Lines &expected, const std::string &actual)
 
 class ScenarioTest : public testing::Test {
 public:
-    ScenarioTest(const Scenario &theScenario, const std::string &theMode)
-        : scenario(theScenario), mode(theMode) {}
+    ScenarioTest(const Scenario &scenario, const std::string &mode) : scenario(scenario), mode(mode) {}
 
     void TestBody() override {
         const TemporaryFolder folder;
