@@ -97,8 +97,8 @@ double KITatof(std::string_view text) {
         return 0;
     if (beginsHexadecimal(at, end))
         value = readHexadecimal(at + 2, end);
-    else
-        readUnsigned(at, end, value);
+    else if (readUnsigned(at, end, value) == at)
+        return 0;
     return negative ? -value : value;
 }
 

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <orvlang/platform/kit/KIT_Args.h>
+#include <orvlang/platform/kit/KIT_WorkArgs.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+
+#include <optional>
+#include <string>
+
+namespace {
+
+void fill(KIT_Args &args, const KIT_WorkArgs &words) {
+    args.clear();
+    for (int i = 0; i < words.argc(); ++i)
+        args.setArgument(i, words[i]);
+}
+
+/// The words, then each option found with its values.
+std::string show(const KIT_Args &args) {
+    if (args.argc() < 0)
+        return "refused";
+    std::string result;
+    for (int i = 0; i < args.argc(); ++i)
+        result += (i ? " " : "") + std::string(args.argv(i));
+    for (int c = 0; c < 128; ++c) {
+        const char option = static_cast<char>(c);
+        if (!args.found(option))
+            continue;
+        result += std::string(" -") + option;
+        for (int slot = 0; args.argp(option, slot); ++slot)
+            result += std::string("=") + args.argp(option, slot);
+    }
+    return result;
+}
+
+TEST(KIT_Args, StripsOptions) {
+    static const struct {
+        const char *line;
+        const char *options;
+        const char *result;
+    } theCases[] = {
+        { "c a b", "", "c a b" },
+        { "c", "a", "c" },
+        { "c -n a", "n", "c a -n" },
+        { "c -ab -c x", "abc", "c x -a -b -c" },
+        { "c a -n", "n", "c a -n" },   // behind the first word that is no option: a word, shown alike
+        { "c -a x -b", "ab", "c x -b -a" },
+        { "c -x a", "n", "refused" },
+        { "c -nx", "n", "refused" },
+        { "c -n5", "n", "refused" },
+        { "c -n", nullptr, "refused" },
+        { "c -x", "", "refused" },
+        { "c -t title x", "t:", "c x -t=title" },
+        { "c -ttitle x", "t:", "c x -t=title" },
+        { "c -at title x", "at:", "c x -a -t=title" },
+        { "c -t -a x", "at:", "c x -t=-a" },
+        { "c -t '' x", "t:", "c x -t=" },
+        { "c -t", "t:", "refused" },
+        { "c -f 1 20 x", "f::", "c x -f=1=20" },
+        { "c -f1 -20 x", "f::", "c x -f=1=-20" },
+        { "c -f 1", "f::", "refused" },
+        { "c -k 1 2 3 4", "k::::", "c -k=1=2=3=4" },
+        { "c -t 1 -t2 -t 3 -t 4 -t 5 x", "t:", "c x -t=1=2=3=4" },
+        { "c -f 1 2 -f 3 4 -f 5 6", "f::", "c -f=1=2=3=4" },
+        { "c -n -- -x y", "n", "c -x y -n" },
+        { "c --", "n", "c" },
+        { "c -- --", "n", "c --" },
+        { "c --n", "n", "c --n" },
+        { "c - -n", "n", "c - -n" },
+        { "c -1 -n", "n", "c -1 -n" },
+        { "c -1 -.5", "1", "c -.5 -1" },
+        { "c -n -.5", "n", "c -.5 -n" },
+        { "c -=x -\xe4", "n", "c -=x -\xe4" },
+        { "c -n:", "n:", "c -n=:" },
+        { "c -:", ":", "c -:" },
+        { "-n -n", "n", "-n -n" },
+    };
+    KIT_Args args;
+    KIT_WorkArgs words;
+    for (const auto &c : theCases) {
+        KIT_String(c.line).parseInPlace(words);
+        fill(args, words);
+        args.stripOptions(c.options);
+        EXPECT_EQ(show(args), c.result) << c.line << " with " << (c.options ? c.options : "null");
+    }
+    EXPECT_EQ(args.argv(1), nullptr);
+    EXPECT_EQ(args.argv(-1), nullptr);
+    EXPECT_FALSE(args.found(static_cast<char>(0xe4)));
+    EXPECT_EQ(args.argp('n', 1), nullptr);
+}
+
+TEST(KIT_Args, KeepsAnyNumberOfWords) {
+    std::optional<KIT_Args> original(std::in_place);
+    KIT_WorkArgs words;
+    KIT_String("script -t value 'a b' c").parseInPlace(words);
+    fill(*original, words);
+    original->insertFront("cmdread");
+    EXPECT_EQ(show(*original), "cmdread script -t value a b c");
+    original->setArgument(0, "x");
+    original->stripOptions("t:");
+    for (int i = original->argc(); i < 1000; ++i)
+        original->setArgument(i, "more");
+    original->insertFront("front");
+    KIT_Args copy(*original);
+    original.reset();
+    words.clear();
+    words.append("something else in the memory of the words");
+    KIT_Args assigned;
+    assigned = copy;
+    copy = assigned;
+    EXPECT_EQ(copy.argc(), 1001);
+    EXPECT_EQ(show(copy).substr(0, 31), "front x script -t value a b c m");
+    copy.setArgument(1003, "gap");
+    EXPECT_EQ(copy.argv(1002), nullptr);
+
+    KIT_WorkBuffer buffer;
+    buffer.strcpy("old");
+    copy.clear();
+    copy.fillCommandLine(buffer, 0, true);
+    EXPECT_EQ(buffer.view(), "");
+    copy.setArgument(0, "c");
+    copy.setArgument(1, "a b");
+    copy.setArgument(2, "");
+    copy.setArgument(3, "x\\");
+    copy.fillCommandLine(buffer, 1, false);
+    EXPECT_EQ(buffer.view(), "a b  x\\");
+    copy.fillCommandLine(buffer, 1, true);
+    EXPECT_EQ(buffer.view(), "'a b' '' 'x'\\\\");
+}
+
+}   // namespace

@@ -1,0 +1,339 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <orvlang/platform/kit/KIT_CshTemplate.h>
+#include <orvlang/platform/kit/KIT_StringCshIO.h>
+#include <orvlang/platform/kit/KIT_WorkArgs.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+
+#include <map>
+#include <random>
+#include <string>
+
+namespace {
+
+bool lookupVariable(const char *name, KIT_String &value) {
+    static const std::map<std::string, std::string> theVariables = {
+        { "a", "value" }, { "two", "1 2" }, { "wide", " 1\t2 " },      { "empty", "" },
+        { "blank", " " }, { "_9", "nine" }, { "quote", "'$a' \"`\\" }, { "op", ">" },
+    };
+    const auto found = theVariables.find(name);
+    if (found == theVariables.end())
+        return false;
+    value = KIT_String::borrow(found->second.c_str());
+    return true;
+}
+
+/// Gives the text in <>, two words for "two", nothing for "fail".
+bool lookupExpression(const char *text, KIT_String &value) {
+    value = std::string(text) == "two" ? "1 2" : "<" + std::string(text) + ">";
+    return std::string(text) != "fail";
+}
+
+/// The words, each in brackets.
+std::string show(const KIT_WorkArgs &words) {
+    std::string result;
+    for (int i = 0; i < words.argc(); ++i)
+        result += std::string("[") + words[i] + "]";
+    return result;
+}
+
+std::string parse(std::string_view text, KIT_CshLookup variable = lookupVariable,
+                  KIT_CshLookup expression = lookupExpression) {
+    KIT_WorkArgs words;
+    const int count = KIT_String(text).cshParse(words, variable, expression, nullptr, nullptr);
+    EXPECT_EQ(count, words.argc());
+    EXPECT_EQ(words.argv()[words.argc()], nullptr);
+    return show(words);
+}
+
+TEST(KIT_CshTemplate, MakesWords) {
+    static const struct {
+        std::string_view text;
+        const char *words;
+    } theCases[] = {
+        { "", "" },
+        { " \t\n\r\v\f", "" },
+        { "  a b\tc\n", "[a][b][c]" },
+        { std::string_view("a\0b", 3), "[a]" },
+        { "a > b >> c < d", "[a][>][b][>>][c][<][d]" },
+        { "* [x] ~ # ; ( ) \x80", "[*][[x]][~][#][;][(][)][\x80]" },
+        // single quotes
+        { "''", "[]" },
+        { "'a b'c'd'", "[a bcd]" },
+        { "'$a `e` \"'", "[$a `e` \"]" },
+        { R"('it\'s' '\\' 'a\nb' 'a\tb\')", "[it's][\\][a\nb][a\\tb']" },
+        { "'\\n'", "[\n]" },
+        { R"('a'\\)", "[a\\]" },
+        { "'open b", "[open b]" },
+        { "'open\\", "[open\\]" },
+        { "'", "[]" },
+        // double quotes
+        { "\"\"", "[]" },
+        { "\"a  b\"c", "[a  bc]" },
+        { R"("\"" "\\" "\$a" "\`e\`" "\n\'")", "[\"][\\][$a][`e`][\\n\\']" },
+        { "\"it's\"", "[it's]" },
+        { "\"open $a", "[open value]" },
+        { "\"open\\", "[open\\]" },
+        // backslash
+        { R"(a\ b \'c \$a \`e \>)", "[a b]['c][$a][`e][>]" },
+        { "\\", "[\\]" },
+        { "a\\\\", "[a\\]" },
+        { "\\n", "[n]" },
+        // variables
+        { "$a", "[value]" },
+        { "x$a.y${a}z", "[xvalue.yvaluez]" },
+        { "$_9 $9 $ $$a $-", "[nine][$9][$][$value][$-]" },
+        { "$unknown", "" },
+        { "a$unknown-b \"$unknown\"", "[a-b][]" },
+        { "$two", "[1][2]" },
+        { "a$two", "[a1][2]" },
+        { "a${two}b\"$two\"", "[a1][2b1 2]" },
+        { "$two$two", "[1][21][2]" },
+        { "a$wide-", "[a][1][2][-]" },
+        { "\"\"$wide", "[][1][2]" },
+        { "$blank $empty \"$empty\" \"\"$empty", "[][]" },
+        { "$quote", "['$a'][\"`\\]" },
+        { "${unknown:-x y} \"${unknown:-x y}\" ${empty:-'x'} ${a:-x} ${a:-}",
+          "[x][y][x y]['x'][value][value]" },
+        { "${unknown:-$a} ${unknown:-}", "[$a]" },
+        { "${a", "[${a]" },
+        { "${} ${9} ${a-b} ${a:x} ${ a}", "[${}][${9}][${a-b}][${a:x}][${][a}]" },
+        { "\"${unknown:-x\"}", "[${unknown:-x}]" },
+        { "${a:-x ${a}", "[value]" },
+        // expressions
+        { "`a + $b`", "[<a][+][$b>]" },
+        { "\"`a + 1`\"", "[<a + 1>]" },
+        { "x`two`y \"x`two`y\"", "[x1][2y][x1 2y]" },
+        { "`fail` a`fail` \"`fail`\"", "[a][]" },
+        { R"(`f("a",'b')`)", "[<f(\"a\",'b')>]" },
+        { R"("`f(\"a\" \\"x" y)`")", R"([<f("a" \"x" y)>])" },
+        { R"(`\"\'\\`)", "[<\\\"\\'\\`>]" },
+        { "`a\\`b`", "[<a`b>]" },
+        { "`open", "[<open>]" },
+        { "\"x `open\"", "[x <open\">]" },
+        { "``", "[<>]" },
+    };
+    for (const auto &c : theCases)
+        EXPECT_EQ(parse(c.text), c.words) << c.text;
+}
+
+TEST(KIT_CshTemplate, LeavesReferencesWithNullLookups) {
+    static const struct {
+        const char *text;
+        const char *words;
+        const char *again;   // the words of the words, this time with lookups
+    } theCases[] = {
+        { "$a ${a} x$unknown.", "[$a][${a}][x$unknown.]", "[value][value][x.]" },
+        { "\"$two\" '$a'", "[$two][$a]", "[1][2][value]" },
+        { "${a:-x} ${unknown:-y} ${u:-}", "[${a:-x}][${unknown:-y}][${u:-}]", "[value][y]" },
+        { "`a b`", "[`a b`]", "[<a][b>]" },
+        { R"("`f(\"a\")`")", "[`f(\"a\")`]", "[<f(\"a\")>]" },
+        { R"(`a\`b\\`)", R"([`a\`b\\`])", R"([<a`b\`>])" },
+        { R"(`f(\"a\")`)", R"([`f(\"a\")`])", R"([<f(\"a\")>])" },
+        { "x`open \\`", "[x`open \\`]", "[x<open][`>]" },
+    };
+    for (const auto &c : theCases) {
+        KIT_WorkArgs words;
+        KIT_String(c.text).cshParse(words, nullptr, nullptr, nullptr, nullptr);
+        EXPECT_EQ(show(words), c.words) << c.text;
+        std::string joined;
+        for (int i = 0; i < words.argc(); ++i)
+            joined += std::string(words[i]) + " ";
+        joined.pop_back();
+        EXPECT_EQ(parse(joined), c.again) << c.text;
+    }
+    EXPECT_EQ(parse("$a `e`", lookupVariable, nullptr), "[value][`e`]");
+    EXPECT_EQ(parse("$a `e`", nullptr, lookupExpression), "[$a][<e>]");
+}
+
+TEST(KIT_CshTemplate, TakesRedirections) {
+    static const struct {
+        const char *text;
+        const char *words;
+        const char *record;   // out, err, in
+        const char *flags;    // o: append to out, e: to err, m: a name is missing
+    } theCases[] = {
+        { "echo a > f", "[echo][a]", "f,,", "" },
+        { "a >> f b", "[a][b]", "f,,", "o" },
+        { "a >& f", "[a]", ",f,", "" },
+        { "> f a >>& g", "[a]", ",g,", "e" },
+        { "a < f > g", "[a]", "g,,f", "" },
+        { "a >> f > g", "[a]", "g,,", "" },
+        { "a >& f > g", "[a]", "g,,", "" },
+        { "a > f >& g < h < i", "[a]", ",g,i", "" },
+        { "a > $two", "[a]", "1 2,,", "" },
+        { "a > 'x y'$a\"$wide\"`two`", "[a]", "x yvalue 1\t2 1 2,,", "" },
+        { "a >", "[a]", ",,", "m" },
+        { "a > < f", "[a]", ",,f", "m" },
+        { "a > $empty b", "[a][b]", ",,", "m" },
+        { "a > '' b", "[a][b]", ",,", "m" },
+        { "a '>' \\> \">\" $op >x a>b b", "[a][>][>][>][>][>x][a>b][b]", ",,", "" },
+        { "a > '>' b", "[a][b]", ">,,", "" },
+        { "a << f <= g >= h >&& i <> j", "[a][<<][f][<=][g][>=][h][>&&][i][<>][j]", ",,", "" },
+    };
+    KIT_WorkArgs words;
+    KIT_StringCshIO io;
+    KIT_CshTemplate scratch;
+    for (const auto &c : theCases) {
+        KIT_String(c.text).cshParse(words, lookupVariable, lookupExpression, &scratch, &io);
+        EXPECT_EQ(show(words), c.words) << c.text;
+        EXPECT_EQ(std::string(io.outName.c_str()) + "," + io.errName.c_str() + "," + io.inName.c_str(),
+                  c.record)
+            << c.text;
+        const std::string flags = std::string(io.appendOut ? "o" : "") + (io.appendErr ? "e" : "");
+        EXPECT_EQ(flags + (io.missingName ? "m" : ""), c.flags) << c.text;
+        scratch.expand(words, lookupVariable, lookupExpression, nullptr);
+        EXPECT_EQ(show(words), parse(c.text)) << c.text;
+    }
+}
+
+KIT_CshTemplate *theInner = nullptr;
+
+/// Takes another text apart and expands it while an expansion is under way.
+bool lookupNested(const char *text, KIT_String &value) {
+    if (std::string(text) == "0")
+        return false;
+    KIT_WorkArgs words;
+    KIT_CshTemplate scratch;
+    KIT_String::borrow("${a}$two").cshParse(words, lookupVariable, nullptr, &scratch, nullptr);
+    theInner->expand(words, lookupVariable, lookupExpression, nullptr);
+    value = show(words);
+    return true;
+}
+
+TEST(KIT_CshTemplate, IsKeptAndReentered) {
+    KIT_CshTemplate outer;
+    KIT_CshTemplate inner;
+    inner.parse("i$a", false);
+    outer.parse("x `n` \"`n`\" $two `0` y", false);
+    theInner = &inner;
+    KIT_WorkArgs words;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(outer.expand(words, lookupVariable, lookupNested, nullptr), 6);
+        EXPECT_EQ(show(words), "[x][[ivalue]][[ivalue]][1][2][y]");
+    }
+    EXPECT_FALSE(outer.isLiteral());
+    outer.parse("'$a' b", false);
+    EXPECT_TRUE(outer.isLiteral());
+    outer.parse("", false);
+    EXPECT_EQ(outer.expand(words, nullptr, nullptr, nullptr), 0);
+}
+
+TEST(KIT_CshTemplate, IsLinearInLongTexts) {
+    constexpr std::size_t large = 10'000'000;
+    const auto repeated = [](std::string_view piece) {
+        std::string text;
+        while (text.size() < large)
+            text += piece;
+        return text;
+    };
+    const auto lookup = [](const char *name, KIT_String &value) {
+        value = KIT_String::borrow(*name == 'n' ? "" : "1 2");
+        return true;
+    };
+    static const struct {
+        std::string_view piece;
+        int words;
+    } theCases[] = {
+        { "a", 1 },           { "'a'", 1 },           { "\\", 1 },
+        { "\"${a:-", 1 },     { "${a:-", 1 },         { "${a:-$", 1 },
+        { "\"`", 1'250'001 }, { "word ", 2'000'000 }, { "$two", 2'500'001 },
+        { "$none ", 0 },
+    };
+    KIT_WorkArgs words;
+    KIT_CshTemplate scratch;
+    for (const auto &c : theCases) {
+        scratch.parse(repeated(c.piece), false);
+        EXPECT_EQ(scratch.expand(words, lookup, lookup, nullptr), c.words) << c.piece;
+    }
+    scratch.parse("a " + repeated("b") + " c", false);
+    scratch.expand(words, nullptr, nullptr, nullptr);
+    EXPECT_EQ(std::string_view(words[1]).size(), large);
+    EXPECT_STREQ(words[0], "a");
+    EXPECT_STREQ(words[2], "c");
+}
+
+/// Whether the scan for quotes that a line goes through before its words are made finds text closed, and nothing in
+/// it outside of quotes that could mean something.
+bool survivesLineScan(std::string_view text) {
+    char quote = 0;
+    char previous = 0;
+    for (const char c : text) {
+        const bool escaped = previous == '\\';
+        previous = c;
+        if (c == '"' || c == '\'' || c == '`') {
+            if (!escaped && (quote == 0 || quote == c))
+                quote = quote == 0 ? c : 0;
+            else if (quote == 0)
+                return false;
+        } else if (quote == 0 && !std::isalnum(static_cast<unsigned char>(c)) &&
+                   std::string_view("\\_-./,:+@%").find(c) == std::string_view::npos) {
+            return false;
+        }
+    }
+    return quote == 0;
+}
+
+void checkProtected(const std::string &text, bool always) {
+    KIT_WorkBuffer buffer;
+    buffer.protectedStrcat(text.c_str(), always);
+    EXPECT_EQ(parse(buffer.view()), "[" + text + "]") << buffer.view();
+    EXPECT_EQ(parse("'x y' " + std::string(buffer.view()) + " z"), "[x y][" + text + "][z]") << buffer.view();
+    EXPECT_TRUE(survivesLineScan(buffer.view())) << text << " as " << buffer.view();
+    EXPECT_EQ(buffer.view().find('\n'), std::string_view::npos) << text;
+}
+
+TEST(KIT_WorkBuffer, ProtectsAnyTextAsOneWord) {
+    static const struct {
+        const char *text;
+        bool always;
+        const char *result;
+    } theCases[] = {
+        { "a_-./,:+@%9Z", false, "a_-./,:+@%9Z" },
+        { "abc", true, "'abc'" },
+        { "", false, "''" },
+        { nullptr, false, "''" },
+        { "it's", false, "'it\\'s'" },
+        { "a\\", false, "'a'\\\\" },
+        { "\\\\", false, "''\\\\\\\\" },
+        { "a\nb", false, "'a\\nb'" },
+        { "\xc3\xa4", false, "'\xc3\xa4'" },
+    };
+    for (const auto &c : theCases) {
+        KIT_WorkBuffer buffer;
+        buffer.protectedStrcat(c.text, c.always);
+        EXPECT_EQ(buffer.view(), c.result);
+    }
+    constexpr std::string_view alphabet = "\\\\'\"`n \n\t;#!$a=>&({|\r\x01\xff";
+    for (const char a : alphabet)
+        for (const char b : alphabet)
+            for (const char c : alphabet)
+                checkProtected({ a, b, c }, false);
+    std::mt19937 random(1);
+    for (int i = 0; i < 20'000; ++i) {
+        std::string text;
+        for (auto length = random() % 12; length > 0; --length)
+            text += alphabet[random() % alphabet.size()];
+        checkProtected(text, i % 2 != 0);
+    }
+}
+
+TEST(KIT_String, SplitsOutsideOfStatements) {
+    KIT_WorkArgs words;
+    EXPECT_EQ(KIT_String("a 'b c' \"d $a\" `e f` $a\\ x it\\'s").parseInPlace(words), 7);
+    EXPECT_EQ(show(words), "[a][b c][d $a][`e][f`][$a x][it's]");
+    EXPECT_EQ(KIT_String(", 1,2 ,\t3,").tokenizeInPlace(words, ", \t"), 3);
+    EXPECT_EQ(show(words), "[1][2][3]");
+    EXPECT_EQ(KIT_String("'a,b'").tokenizeInPlace(words, ","), 2);
+    EXPECT_EQ(KIT_String().tokenizeInPlace(words, ","), 0);
+    EXPECT_EQ(words.argv()[0], nullptr);
+    EXPECT_EQ(words[0], nullptr);
+    for (int i = 0; i < 1000; ++i)   // from its own memory, while that moves
+        words.append(i == 0 ? "first" : std::string_view(words[i - 1]));
+    EXPECT_STREQ(words[999], "first");
+    EXPECT_EQ(words[-1], nullptr);
+    EXPECT_EQ(words.argv()[1000], nullptr);
+}
+
+}   // namespace
