@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <cstdio>
+#include <iostream>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_ErrorManager.h>
+#include <orvlang/platform/kit/KIT_Exit.h>
+#include <orvlang/platform/kit/KIT_File.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_OFStream.h>
+#include <orvlang/platform/kit/KIT_OStrStream.h>
+#include <orvlang/platform/kit/KIT_StopWatch.h>
+#include <orvlang/platform/kit/KIT_String.h>
+#include <orvlang/platform/kit/KIT_UndoManager.h>
+#include <orvlang/platform/osl/OSL_System.h>
+
+namespace {
+
+char theLetters[] = "abc";
+
+void writeLetter(void *letter) {
+    std::cerr << *static_cast<char *>(letter);
+}
+
+void endAgain(void *) {
+    KIT_Exit::addExitCallback(writeLetter, theLetters + 2);
+    KIT_Exit::exitWithSpecificCode(9);
+}
+
+}   // namespace
+
+TEST(Exit, RunsEachCallbackOnceTheLastFirst) {
+    EXPECT_EXIT(
+        {
+            KIT_Exit::addExitCallback(writeLetter, theLetters);
+            KIT_Exit::addExitCallback(writeLetter, theLetters + 1);
+            KIT_Exit::addExitCallback(writeLetter, theLetters);
+            KIT_Exit::exit();
+        },
+        testing::ExitedWithCode(0), "^ba$");
+    EXPECT_EXIT(
+        {
+            KIT_Exit::addExitCallback(writeLetter, theLetters);
+            KIT_Exit::addExitCallback(endAgain, nullptr);
+            KIT_Exit::exit(3);
+        },
+        testing::ExitedWithCode(9), "^ca$");
+}
+
+TEST(Interrupt, MarksTheRunningWorkOnly) {
+    KIT_Interrupt &interrupt = *KITgetInterrupt();
+    interrupt.interrupt();
+    EXPECT_TRUE(interrupt.opStart("outer", 0, 0, nullptr)) << "nothing ran";
+    EXPECT_TRUE(interrupt.opStart("inner", 0, 0, nullptr));
+    EXPECT_FALSE(interrupt.opInterrupt(-1));
+    interrupt.interrupt();
+    EXPECT_TRUE(interrupt.opInterrupt(-1));
+    interrupt.opEnd(-1);
+    EXPECT_TRUE(interrupt.opInterrupt(-1)) << "until the outermost ends";
+    EXPECT_FALSE(interrupt.opStart("second inner", 0, 0, nullptr));
+    interrupt.opEnd(-1);
+    interrupt.opEnd(-1);
+    EXPECT_FALSE(interrupt.isInterrupted());
+    EXPECT_TRUE(interrupt.opStart("next", 0, 0, nullptr));
+    interrupt.opEnd(-1);
+}
+
+TEST(ErrorManager, CollectsPendingErrors) {
+    KIT_ErrorManager &errors = *KITgetErrorManager();
+    KIT_String text("left over");
+    errors.getErrorMessages(text, 0, 1);
+    EXPECT_TRUE(text.isEmpty());
+    EXPECT_EQ(KITgetErrorSeverity(), 0);
+
+    KIT_OStrStream good;
+    KIT_OFStream failed("", false);
+    EXPECT_TRUE(KITcheckOutStream(good, "Save A", 0));
+    errors.addError(2, "careful");
+    EXPECT_FALSE(KITcheckOutStream(failed, "Save A", 0));
+    EXPECT_FALSE(KITcheckOutStream(failed, "Save A", 0));
+    EXPECT_EQ(KITgetErrorSeverity(), 4);
+    errors.getErrorMessages(text, 0, 1);
+    EXPECT_EQ(text, "careful\nSave A: write failed");
+    errors.getErrorMessages(text, 0, 0);
+    EXPECT_EQ(text, "Save A: write failed\ncareful");
+    errors.getErrorMessages(text, 3, 1);
+    EXPECT_EQ(text, "Save A: write failed");
+    errors.clearAndDestroyErrors();
+    EXPECT_EQ(KITgetErrorSeverity(), 0);
+    KITcheckOutStream(failed, "Save A", 0);
+    EXPECT_EQ(KITgetErrorSeverity(), 4) << "it is pending anew";
+    errors.clearAndDestroyErrors();
+}
+
+TEST(UndoManager, KeepsOneSwitch) {
+    KIT_UndoManager::disableUndoCreation();
+    EXPECT_FALSE(KIT_UndoManager::isUndoCreationEnabled());
+    KITgetUndoManager()->clearUndoFlags();
+    EXPECT_TRUE(KIT_UndoManager::isUndoCreationEnabled());
+}
+
+TEST(Clock, RunsInSeconds) {
+    class Clock : public OSL_System {
+    public:
+        long long getMonotonicTime() override { return time += 1500000000; }
+        long long time = 0;
+    } clock;
+    OSLsetSystem(&clock);
+    KIT_StopWatch watch;
+    watch.start();
+    EXPECT_DOUBLE_EQ(watch.lap(), 1.5);
+    EXPECT_DOUBLE_EQ(watch.lap(), 3.0);
+    OSLsetSystem(nullptr);
+    OSL_TimeVal now = {};
+    EXPECT_EQ(OSLgettimeofday(&now), 0);
+    EXPECT_GT(now.seconds, 1600000000);
+    EXPECT_LT(now.microseconds, 1000000);
+}
+
+TEST(File, CurrentDirectory) {
+    char expected[8192];
+    ASSERT_TRUE(getcwd(expected, sizeof expected));
+    char buffer[8192];
+    EXPECT_STREQ(getUnixCwd(buffer, sizeof buffer), expected);
+    EXPECT_STREQ(getUnixCwd(buffer, 1), "") << "too small";
+}
