@@ -14,6 +14,7 @@
 #include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/engine/CMD_StatementFrame.h>
+#include <orvlang/flow/CMD_IfRules.h>
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_Char.h>
@@ -23,32 +24,6 @@
 #include <orvlang/symbols/CMD_VariableTable.h>
 
 namespace {
-
-enum IfWord { noIfWord, wordIf, wordElse, wordEndif };
-
-/// Abbreviations do not count here: a skipped statement must be known without looking it up.
-IfWord ifWordOf(std::string_view word) {
-    if (word == "if")
-        return wordIf;
-    if (word == "else")
-        return wordElse;
-    return word == "endif" ? wordEndif : noIfWord;
-}
-
-/// Whether the words are expanded. A condition that will not be evaluated is not expanded either.
-bool expandsWords(IfWord word, CMD_IfState state) {
-    switch (state) {
-    case CMD_IF_FALSE:
-        return word != wordIf;
-    case CMD_IF_DONE:
-    case CMD_IF_DEAD:
-        return false;
-    case CMD_IF_TRUE:
-        return word != wordElse;
-    default:
-        return true;
-    }
-}
 
 bool isFileNameForRedirection(const KIT_String &name) {
     const std::string_view text = name.view();
@@ -112,8 +87,8 @@ namespace {
 /// skipped otherwise.
 class OpenBranch {
 public:
-    OpenBranch(CMD_Source &owner, IfWord word) : source(owner), level(owner.getIfNestLevel()) {
-        isOpen = word == wordElse && source.getIfState() == CMD_IF_FALSE;
+    OpenBranch(CMD_Source &owner, CMD_IfRules::Word word) : source(owner), level(owner.getIfNestLevel()) {
+        isOpen = word == CMD_IfRules::wordElse && source.getIfState() == CMD_IF_FALSE;
         if (isOpen)
             source.setIfState(CMD_IF_TRUE);
     }
@@ -143,15 +118,15 @@ void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
     if (isLoopLine(line))
         return startLoop(source, line);
     const std::string_view word = CMDfirstWord(line).word;
-    const IfWord ifWord = ifWordOf(word);
-    if (word.empty() || (ifWord == noIfWord && !source->doIfStatements())) {
+    const CMD_IfRules::Word ifWord = CMD_IfRules::wordOf(word);
+    if (word.empty() || (ifWord == CMD_IfRules::wordNone && !source->doIfStatements())) {
         statusCode = 1;
         return;
     }
     {
-        const bool expands = ifWord == noIfWord || expandsWords(ifWord, source->getIfState());
+        const bool expands = CMD_IfRules::expandsWords(source->getIfState(), ifWord);
         const OpenBranch branch(*source, ifWord);
-        if (!parseStatement(line, frame, expands, ifWord == noIfWord)) {
+        if (!parseStatement(line, frame, expands, ifWord == CMD_IfRules::wordNone)) {
             statusCode = 1;
             return;
         }
@@ -170,7 +145,7 @@ void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
         return;
     }
     if (CMD_Command *command = resolveCommand(frame))
-        callCommand(*command, *source, frame, ifWord == noIfWord);
+        callCommand(*command, *source, frame, ifWord == CMD_IfRules::wordNone);
 }
 
 void CMD_Manager::startLoop(const SourceRef &source, std::string_view line) {

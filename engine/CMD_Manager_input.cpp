@@ -199,7 +199,11 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
             return;
         CMD_Line line;
         if (!top->nextLine(line)) {
-            if (sourceStack.size() == 1)
+            // The test of a loop can have ended the source, or put another one on top of it.
+            if (sourceStack.back() != top)
+                continue;
+            // A loop that is being tested is left to whoever tests it.
+            if (depth == 1 || (top->loop && top->loop->isBusy()))
                 return;
             popSource(1);
             continue;

@@ -55,11 +55,9 @@ CMD_Source *CMD_Manager::popSource(int complain) {
         const SourceRef popped = std::move(sourceStack.back());
         sourceStack.pop_back();
         const char *filename = popped->getFilename() ? popped->getFilename() : "";
-        if (popped->loop) {
-            if (complain)
-                getError(1) << "Invalid loop nesting in " << filename << std::endl;
-            popped->setLoop(nullptr);
-        }
+        if (popped->loop && complain)
+            getError(1) << "Invalid loop nesting in " << filename << std::endl;
+        popped->close();
         if (sourceStack.size() == 1 && theChannelBlockCount > 0) {
             getError(1) << "Got chblockbegin without chblockend in " << filename << std::endl;
             closeChannelBlock();

@@ -32,6 +32,8 @@ bool CMD_Source::nextLine(CMD_Line &line) {
     const bool insideBlock = !unfinishedCommands.empty();
     while (loop && loopRunning) {
         const std::shared_ptr<CMD_Loop> running = loop;
+        if (running->isBusy())
+            return false;
         if (const char *text = running->getNextLine()) {
             line = { text, running };
             return true;
@@ -71,6 +73,11 @@ void CMD_Source::setLoop(std::shared_ptr<CMD_Loop> newLoop) {
     loop = std::move(newLoop);
     if (!loop)
         loopRunning = 0;
+}
+
+void CMD_Source::close() {
+    setLoop(nullptr);
+    inputStream = nullptr;
 }
 
 void CMD_Source::pushUnfinishedCommands(const char *text) {

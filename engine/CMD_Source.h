@@ -89,6 +89,8 @@ private:
     void pushUnfinishedCommands(CMD_Line line);
     /// Puts a loop, or none, in the place of the present one, which gives no further line.
     void setLoop(std::shared_ptr<CMD_Loop> newLoop);
+    /// Gives no line any more: the source is off the stack, though something may still be at work in it.
+    void close();
     /// Takes a whole text to read from; lines share it.
     void setInput(std::shared_ptr<const char[]> buffer, size_t length);
 
