@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <cstdio>
 #include <iostream>
 
 #include <gtest/gtest.h>
@@ -13,7 +12,6 @@
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_StopWatch.h>
 #include <orvlang/platform/kit/KIT_String.h>
-#include <orvlang/platform/kit/KIT_UndoManager.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {
@@ -92,13 +90,6 @@ TEST(ErrorManager, CollectsPendingErrors) {
     KITcheckOutStream(failed, "Save A", 0);
     EXPECT_EQ(KITgetErrorSeverity(), 4) << "it is pending anew";
     errors.clearAndDestroyErrors();
-}
-
-TEST(UndoManager, KeepsOneSwitch) {
-    KIT_UndoManager::disableUndoCreation();
-    EXPECT_FALSE(KIT_UndoManager::isUndoCreationEnabled());
-    KITgetUndoManager()->clearUndoFlags();
-    EXPECT_TRUE(KIT_UndoManager::isUndoCreationEnabled());
 }
 
 TEST(Clock, RunsInSeconds) {
