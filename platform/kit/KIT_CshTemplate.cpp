@@ -58,9 +58,14 @@ public:
 private:
     void plainRun() {
         openLiteral();
+        // In variables of this block, which the stores cannot change.
+        const char *from = at;
+        char *to = out;
         do
-            *out++ = *at++;
-        while (at != end && classOf(*at) == ByteClass::plain);
+            *to++ = *from++;
+        while (from != end && classOf(*from) == ByteClass::plain);
+        at = from;
+        out = to;
     }
 
     void special() {
@@ -192,17 +197,27 @@ private:
     void copyByte() { putByte(*at++); }
 
     void endWord() {
-        const bool operatorWord =
-            redirection && bare && literalStart && (*literalStart == '>' || *literalStart == '<');
-        const Redirect redirect =
-            operatorWord ? redirectOf({ literalStart, static_cast<std::size_t>(out - literalStart) })
-                         : Redirect::none;
-        closeLiteral();
+        if (target.segments.size() != firstSegment)
+            endWordOfSegments();
+        else if (literalStart)
+            endLiteralWord();
         bare = true;
-        if (target.segments.size() == firstSegment)
-            return;
+    }
+
+    void endLiteralWord() {
+        const std::string_view word(literalStart, static_cast<std::size_t>(out - literalStart));
+        const bool operatorWord = redirection && bare && (word[0] == '>' || word[0] == '<');
+        target.words.push_back({ static_cast<std::uint32_t>(literalStart - target.arena.get()),
+                                 static_cast<std::uint32_t>(word.size()),
+                                 static_cast<std::uint32_t>(firstSegment),
+                                 operatorWord ? redirectOf(word) : Redirect::none });
+        literalStart = nullptr;
+    }
+
+    void endWordOfSegments() {
+        closeLiteral();
         firstSegment = target.segments.size();
-        target.words.push_back({ static_cast<std::uint32_t>(firstSegment), redirect });
+        target.words.push_back({ 0, 0, static_cast<std::uint32_t>(firstSegment), Redirect::none });
     }
 
     static Redirect redirectOf(std::string_view word) {
@@ -260,48 +275,53 @@ class KIT_CshTemplate::Expander {
 public:
     Expander(const KIT_CshTemplate &parsed, KIT_WorkArgs &target, KIT_CshLookup variables,
              KIT_CshLookup expressions)
-        : source(parsed), words(target), variable(variables), expression(expressions) {}
+        : source(parsed), words(target), variable(variables), expression(expressions),
+          next(parsed.segments.data()) {}
 
+    void run(KIT_StringCshIO *io) {
+        const std::vector<Word> &all = source.words;
+        for (auto word = all.begin(); word != all.end(); ++word) {
+            if (word->redirect == Redirect::none || !io) {
+                addWord(*word);
+            } else if (word + 1 == all.end() || word[1].redirect != Redirect::none) {
+                io->missingName = true;
+            } else {
+                redirect(word->redirect, word[1], *io);
+                ++word;
+            }
+        }
+    }
+
+private:
     /// One word of the text: none, one or several words.
-    void addWord(std::size_t index) {
-        const auto [first, last] = segmentsOf(index);
-        if (last - first == 1 && first->kind == Kind::literal)
-            return words.append(literalText(*first));
-        for (const Segment *segment = first; segment != last; ++segment) {
-            if (segment->kind == Kind::literal)
-                addPiece(literalText(*segment));
+    void addWord(const Word &word) {
+        if (isLiteral(word))
+            return words.append(textOf(word));
+        for (; next != segmentsEnd(word); ++next) {
+            if (next->kind == Kind::literal)
+                addPiece(literalText(*next));
             else
-                addReference(*segment);
+                addReference(*next);
         }
         endWord();
     }
 
-    /// Puts the name behind a redirection into io. The number of words of the text that this took.
-    std::size_t redirect(std::size_t index, KIT_StringCshIO &io) {
-        if (index + 1 == source.words.size() || source.words[index + 1].redirect != Redirect::none) {
-            io.missingName = true;
-            return 1;
-        }
-        const auto [first, last] = segmentsOf(index + 1);
+    /// The word as one name.
+    void redirect(Redirect operation, const Word &word, KIT_StringCshIO &io) {
+        if (isLiteral(word))
+            return setName(operation, textOf(word), io);
         words.beginWord();
-        for (const Segment *segment = first; segment != last; ++segment)
-            words.appendPiece(segment->kind == Kind::literal ? literalText(*segment) : valueOf(*segment));
-        setName(source.words[index].redirect, words.pieces(), io);
+        for (; next != segmentsEnd(word); ++next)
+            words.appendPiece(next->kind == Kind::literal ? literalText(*next) : valueOf(*next));
+        setName(operation, words.pieces(), io);
         words.cancelWord();
-        return 2;
     }
 
-private:
-    struct Range {
-        const Segment *first;
-        const Segment *last;
-    };
+    bool isLiteral(const Word &word) const { return next == segmentsEnd(word); }
 
-    Range segmentsOf(std::size_t index) const {
-        const Segment *all = source.segments.data();
-        return { all + (index == 0 ? 0 : source.words[index - 1].segmentsEnd),
-                 all + source.words[index].segmentsEnd };
-    }
+    const Segment *segmentsEnd(const Word &word) const { return source.segments.data() + word.segmentsEnd; }
+
+    std::string_view textOf(const Word &word) const { return { source.arena.get() + word.start, word.length }; }
 
     std::string_view literalText(const Segment &segment) const {
         return { source.arena.get() + segment.start, segment.length };
@@ -408,7 +428,8 @@ private:
     KIT_WorkArgs &words;
     const KIT_CshLookup variable;
     const KIT_CshLookup expression;
-    bool open = false;   // a word is being made
+    const Segment *next;   // of the segments
+    bool open = false;     // a word is being made
 };
 
 int KIT_CshTemplate::expand(KIT_WorkArgs &target, KIT_CshLookup variable, KIT_CshLookup expression,
@@ -416,14 +437,6 @@ int KIT_CshTemplate::expand(KIT_WorkArgs &target, KIT_CshLookup variable, KIT_Cs
     target.clear();
     if (io)
         io->clear();
-    Expander expander(*this, target, variable, expression);
-    for (std::size_t i = 0; i < words.size();) {
-        if (io && words[i].redirect != Redirect::none) {
-            i += expander.redirect(i, *io);
-            continue;
-        }
-        expander.addWord(i);
-        ++i;
-    }
+    Expander(*this, target, variable, expression).run(io);
     return target.argc();
 }

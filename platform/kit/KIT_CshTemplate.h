@@ -68,7 +68,9 @@ private:
         bool quoted;
     };
     struct Word {
-        std::uint32_t segmentsEnd;   // the first one of the next word
+        std::uint32_t start;   // of a word that is one literal text, in the arena; such a word has no segments
+        std::uint32_t length;
+        std::uint32_t segmentsEnd;   // the first segment of the next word
         Redirect redirect;
     };
     class Parser;

@@ -185,11 +185,42 @@ std::string_view KITformatFloat(float value, KIT_NumberText &room) {
     return formatGeneral(static_cast<double>(value), 6, room);
 }
 
+namespace {
+
+/// Formats a number that has few decimals, as most have; empty for another one.
+std::string_view formatShortDecimal(double value, KIT_NumberText &room) {
+    constexpr int decimals = 6;
+    constexpr double scale = 1e6;
+    const double size = std::abs(value);
+    if (!(size >= 1e-4 && size < theExactLimit / scale))
+        return {};
+    // The division is rounded once, as reading the digits is. So when it gives back the number, they are digits of
+    // it, and as they are no more than 15 they are those that it is shown with.
+    const double scaled = std::nearbyint(size * scale);
+    if (scaled / scale != size)
+        return {};
+    char *at = room.text;
+    if (value < 0)
+        *at++ = '-';
+    const auto digits = static_cast<long long>(scaled);
+    at = std::to_chars(at, room.text + sizeof room.text, digits / static_cast<long long>(scale)).ptr;
+    *at++ = '.';
+    long long rest = digits % static_cast<long long>(scale);
+    for (int i = decimals; i-- > 0; rest /= 10)
+        at[i] = static_cast<char>('0' + rest % 10);
+    for (at += decimals; at[-1] == '0';)
+        --at;
+    return finish(room, at);
+}
+
+}   // namespace
+
 std::string_view KITformatNumber(double value, KIT_NumberText &room) {
     if (value > -theExactLimit && value < theExactLimit) {
         const auto whole = static_cast<long long>(value);
         if (static_cast<double>(whole) == value)
             return KITformatInt(whole, room);
     }
-    return formatGeneral(value, theExactDigits, room);
+    const std::string_view shortText = formatShortDecimal(value, room);
+    return shortText.empty() ? formatGeneral(value, theExactDigits, room) : shortText;
 }

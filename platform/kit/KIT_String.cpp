@@ -6,6 +6,7 @@
 #include <orvlang/platform/kit/KIT_CshTemplate.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
+#include <orvlang/platform/shim/OrvaneEnvironment.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -35,7 +36,7 @@ int hexValue(char c) {
 }   // namespace
 
 bool KITlookupEnvironment(const char *name, KIT_String &value) {
-    const char *found = std::getenv(name);
+    const char *found = OrvaneGetenv(name);
     if (found)
         value = found;
     return found != nullptr;
@@ -136,14 +137,6 @@ char *KIT_String::steal() {
     used = 0;
     capacity = 0;
     return std::exchange(chars, nullptr);
-}
-
-void KIT_String::clear() {
-    if (!capacity)
-        chars = const_cast<char *>("");
-    used = 0;
-    if (capacity)
-        chars[0] = 0;
 }
 
 char *KIT_String::data() {

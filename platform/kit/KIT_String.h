@@ -60,7 +60,13 @@ public:
     /// gives null.
     char *steal();
     /// Empty from now on, not null; keeps its memory.
-    void clear();
+    void clear() {
+        used = 0;
+        if (capacity)
+            chars[0] = 0;
+        else
+            chars = const_cast<char *>("");   // with no capacity it is never written to
+    }
 
     /// Never null; ends with a NUL.
     const char *c_str() const { return chars ? chars : ""; }

@@ -8,7 +8,14 @@
 class CMD_API KIT_StringCshIO {
 public:
     /// Back to no redirection.
-    void clear();
+    void clear() {
+        outName.clear();
+        errName.clear();
+        inName.clear();
+        appendOut = false;
+        appendErr = false;
+        missingName = false;
+    }
 
     KIT_String outName;         // behind > or >>
     KIT_String errName;         // behind >& or >>&: output and errors

@@ -3,6 +3,12 @@
 
 #include <algorithm>
 
+void KIT_WorkArgs::appendSlowly(std::string_view word) {
+    beginWord();
+    appendPiece(word);
+    endWord();
+}
+
 void KIT_WorkArgs::appendAndGrow(std::string_view piece) {
     constexpr std::size_t leastCapacity = 256;
     capacity = std::max({ leastCapacity, 2 * capacity, used + piece.size() });

@@ -34,9 +34,14 @@ public:
     }
     /// Appends one word, which may be one of this list. Words end at their first NUL for those who read them.
     void append(std::string_view word) {
-        beginWord();
-        appendPiece(word);
-        endWord();
+        if (capacity - used <= word.size() || count >= tableCapacity || word.empty())
+            return appendSlowly(word);
+        char *start = buffer.get() + used;
+        std::memcpy(start, word.data(), word.size());
+        start[word.size()] = 0;
+        used += word.size() + 1;
+        table[count] = start;
+        table[++count] = nullptr;
     }
 
     // A word made of pieces: beginWord, any number of appendPiece, endWord; nothing else in between.
@@ -64,6 +69,7 @@ public:
     KIT_String &valueRoom() { return value; }
 
 private:
+    void appendSlowly(std::string_view word);
     void appendAndGrow(std::string_view piece);
     void growTable();
 
