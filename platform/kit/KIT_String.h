@@ -76,7 +76,7 @@ public:
     bool isEmpty() const { return used == 0; }
     std::string_view view() const { return { c_str(), used }; }
     operator std::string_view() const { return view(); }
-    char operator[](std::size_t i) const { return chars[i]; }
+    char operator[](std::size_t i) const { return c_str()[i]; }
 
     /// The bytes, to be changed in place; never null. Good until the text changes its length.
     char *data();

@@ -221,7 +221,7 @@ TEST(KIT_CshTemplate, IsKeptAndReentered) {
 }
 
 TEST(KIT_CshTemplate, IsLinearInLongTexts) {
-    constexpr std::size_t large = 10'000'000;
+    constexpr std::size_t large = 1'000'000;
     const auto repeated = [](std::string_view piece) {
         std::string text;
         while (text.size() < large)
@@ -236,10 +236,8 @@ TEST(KIT_CshTemplate, IsLinearInLongTexts) {
         std::string_view piece;
         int words;
     } theCases[] = {
-        { "a", 1 },           { "'a'", 1 },           { "\\", 1 },
-        { "\"${a:-", 1 },     { "${a:-", 1 },         { "${a:-$", 1 },
-        { "\"`", 1'250'001 }, { "word ", 2'000'000 }, { "$two", 2'500'001 },
-        { "$none ", 0 },
+        { "a", 1 },      { "'a'", 1 },       { "\\", 1 },          { "\"${a:-", 1 },    { "${a:-", 1 },
+        { "${a:-$", 1 }, { "\"`", 125'001 }, { "word ", 200'000 }, { "$two", 250'001 }, { "$none ", 0 },
     };
     KIT_WorkArgs words;
     KIT_CshTemplate scratch;
@@ -247,9 +245,9 @@ TEST(KIT_CshTemplate, IsLinearInLongTexts) {
         scratch.parse(repeated(c.piece), false);
         EXPECT_EQ(scratch.expand(words, lookup, lookup, nullptr), c.words) << c.piece;
     }
-    scratch.parse("a " + repeated("b") + " c", false);
+    scratch.parse("a " + std::string(10 * large, 'b') + " c", false);
     scratch.expand(words, nullptr, nullptr, nullptr);
-    EXPECT_EQ(std::string_view(words[1]).size(), large);
+    EXPECT_EQ(std::string_view(words[1]).size(), 10 * large);
     EXPECT_STREQ(words[0], "a");
     EXPECT_STREQ(words[2], "c");
 }
@@ -278,7 +276,6 @@ bool survivesLineScan(std::string_view text) {
 void checkProtected(const std::string &text, bool always) {
     KIT_WorkBuffer buffer;
     buffer.protectedStrcat(text.c_str(), always);
-    EXPECT_EQ(parse(buffer.view()), "[" + text + "]") << buffer.view();
     EXPECT_EQ(parse("'x y' " + std::string(buffer.view()) + " z"), "[x y][" + text + "][z]") << buffer.view();
     EXPECT_TRUE(survivesLineScan(buffer.view())) << text << " as " << buffer.view();
     EXPECT_EQ(buffer.view().find('\n'), std::string_view::npos) << text;
@@ -311,7 +308,7 @@ TEST(KIT_WorkBuffer, ProtectsAnyTextAsOneWord) {
             for (const char c : alphabet)
                 checkProtected({ a, b, c }, false);
     std::mt19937 random(1);
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 5'000; ++i) {
         std::string text;
         for (auto length = random() % 12; length > 0; --length)
             text += alphabet[random() % alphabet.size()];

@@ -15,51 +15,24 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
 TEST(KIT_Number, ReadsLikeTheCLibrary) {
-    static const char *const theTexts[] = { "",
-                                            " \t\n12",
-                                            "-12x",
-                                            "+7",
-                                            "+-7",
-                                            "1.5e3",
-                                            ".5",
-                                            "5.",
-                                            ".",
-                                            "1e",
-                                            "1e+",
-                                            "-.e1",
-                                            "0x10",
-                                            "0X1p4",
-                                            "-0x.8",
-                                            "0x",
-                                            "0xg",
-                                            "0x-1",
-                                            "0xinf",
-                                            "0x1p99999",
-                                            "0x1p-99999",
-                                            "inf",
-                                            "-INF",
-                                            "e5",
-                                            "1e400",
-                                            "-1e400",
-                                            "1e-400",
-                                            "1e-310",
-                                            "0e99999999999999999999",
-                                            "0.0000001e400",
-                                            "1e-99999999999999999999",
-                                            "123456789012345678901234567890",
-                                            "99999999999999999999e-30",
-                                            "000000000000000000000000001",
-                                            "1.7976931348623159e308",
-                                            "--1",
-                                            "1,5",
-                                            "9007199254740993",
-                                            "999999999999999",
-                                            "-0" };
-    for (const char *text : theTexts) {
+    static const char *const theTexts[] = { "",      "12",   "-12x", "+7",    "+-7",    "1.5e3",    ".5",
+                                            "5.",    ".",    "1e",   "1e+",   "-.e1",   "0x10",     "0X1p4",
+                                            "-0x.8", "0x",   "0xg",  "0x-1",  "0xinf",  "0x1p9999", "0x1p-9999",
+                                            "inf",   "-INF", "e5",   "1e400", "-1e400", "1e-400",   "1e-310",
+                                            "--1",   "1,5",  "-0" };
+    static const char *const theLongTexts[] = { "0e99999999999999999999",     "0.0000001e400",
+                                                "1e-99999999999999999999",    "123456789012345678901234567890",
+                                                "99999999999999999999e-30",   "1.7976931348623159e308",
+                                                "9007199254740993",           "999999999999999",
+                                                " \t\n1e99999999999999999999" };
+    std::vector<const char *> texts(std::begin(theTexts), std::end(theTexts));
+    texts.insert(texts.end(), std::begin(theLongTexts), std::end(theLongTexts));
+    for (const char *text : texts) {
         const double expected = std::strtod(text, nullptr);
         EXPECT_EQ(KITatof(text), expected) << text;
         EXPECT_EQ(std::signbit(KITatof(text)), std::signbit(expected)) << text;
@@ -130,7 +103,7 @@ TEST(KIT_Number, FormatsLikePrintf) {
                                 std::numeric_limits<double>::denorm_min() })
         checkFormats(value);
     std::mt19937_64 random(1);
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 5'000; ++i) {
         const double value = std::bit_cast<double>(random());
         if (std::isfinite(value) && std::abs(value) < 1e38)
             checkFormats(value);
@@ -225,35 +198,16 @@ TEST(KIT_String, CutsAndReplaces) {
 }
 
 TEST(KIT_String, OrdersNumbersByValue) {
-    static const char *const theSorted[] = { "",
-                                             "0",
-                                             "00",
-                                             "1",
-                                             "01",
-                                             "2",
-                                             "10",
-                                             "A10",
-                                             "a",
-                                             "a1",
-                                             "a01",
-                                             "a1b",
-                                             "a2",
-                                             "a2b1",
-                                             "a02b2",
-                                             "a2b10",
-                                             "a10",
-                                             "a99999999999999999999999",
-                                             "a100000000000000000000000",
-                                             "b",
-                                             "b-1",
-                                             "b1",
-                                             "\xc3" };
+    static const char *const theSorted[] = { "",      "0",     "00",  "1",   "01",  "2",  "10",
+                                             "A10",   "a",     "a1",  "a01", "a1b", "a2", "a2b1",
+                                             "a02b2", "a2b10", "a10", "b",   "b-1", "b1", "\xc3" };
     constexpr int count = std::size(theSorted);
     for (int i = 0; i < count; ++i)
         for (int k = 0; k < count; ++k) {
             const int order = KIT_String::compareNumberedString(theSorted[i], theSorted[k], true);
             EXPECT_EQ((order > 0) - (order < 0), (i > k) - (i < k)) << theSorted[i] << " " << theSorted[k];
         }
+    EXPECT_LT(KIT_String::compareNumberedString("99999999999999999999", "100000000000000000000", true), 0);
     EXPECT_EQ(KIT_String::compareNumberedString("aB1", "Ab1", false), 0);
     EXPECT_LT(KIT_String::compareNumberedString("a", "B", false), 0);
     const char *table[] = { "x10", "x9" };
