@@ -1,8 +1,207 @@
 // SPDX-License-Identifier: Apache-2.0
-// Joins the command language to the expressions.
+//
+// Joins the command language to the expressions, in both directions: functions through which expressions run commands,
+// find files and test variables, and a type of variables through which a name in an expression is a variable of the
+// language.
 #include <orvlang/engine/CMD_Manager.h>
 
 #include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/fml/FML_Function.h>
+#include <orvlang/platform/fml/FML_Symbol.h>
+#include <orvlang/platform/fml/fml_Vector.h>
+#include <orvlang/platform/kit/KIT_OStrStream.h>
+#include <orvlang/platform/kit/KIT_PathSearch.h>
+#include <orvlang/platform/shim/OrvaneEnvironment.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+namespace {
+
+/// The marker between the output and the errors of executeb.
+constexpr std::string_view theErrorMarker = " ~~~~ ";
+constexpr int theGeneralPath = 0;
+
+const char *textOf(const FML_SYMBOL *symbol) {
+    return symbol->value.text ? symbol->value.text : "";
+}
+
+bool hasVariable(const FML_SYMBOL *name) {
+    const CMD_Manager *manager = CMD_Manager::getContext();
+    return manager && manager->hasVariable(textOf(name));
+}
+
+/// Output becomes one line: no newlines at its end, and a blank for each newline and tab in it. The last byte of what
+/// remains stays as it is.
+void makeOneLine(KIT_String &text) {
+    std::size_t length = text.length();
+    while (length > 0 && text[length - 1] == '\n')
+        length--;
+    text.resizeUninitialized(length);
+    if (length > 0)
+        std::replace_if(
+            text.data(), text.data() + length - 1, [](char c) { return c == '\n' || c == '\t'; }, ' ');
+}
+
+/// What execute, executee and executeb take from a command.
+enum class Capture { OUTPUT, ERRORS, BOTH };
+
+template <Capture capture>
+void executeCommand(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    CMD_Manager *manager = CMD_Manager::getContext();
+    if (!arguments[0]->value.text || !manager)
+        return;
+    KIT_OStrStream output;
+    KIT_OStrStream errors;
+    manager->echoOff();
+    manager->execute(arguments[0]->value.text, 0, &output, &errors, 1, true);
+    manager->echoOn();
+    KIT_String text(capture == Capture::ERRORS ? errors.view() : output.view());
+    if (capture == Capture::BOTH && !errors.view().empty())
+        text.append(theErrorMarker).append(errors.view());
+    makeOneLine(text);
+    result->value.text = text.steal();
+}
+
+void findFile(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    KIT_PathSearch &search = *KIT_PathSearch::getInstance(theGeneralPath);
+    const char *name = arguments[0]->value.text;
+    KIT_String found;
+    if (!search.orvaneFindFile(name, found))
+        search.orvaneFindDirectory(name, found);
+    if (found.isEmpty())
+        found = name;
+    result->value.text = found.steal();
+}
+
+void findFiles(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    KIT_PathSearch &search = *KIT_PathSearch::getInstance(theGeneralPath);
+    KIT_StringArray files;
+    KIT_StringArray directories;
+    search.findAllFiles(arguments[0]->value.text, files);
+    search.findAllDirectories(arguments[0]->value.text, directories);
+    files.merge(directories);
+    KIT_String joined("");
+    for (int i = 0; i < files.entries(); i++) {
+        if (i > 0)
+            joined.append(std::string_view(textOf(arguments[1])));
+        joined.append(std::string_view(files[i]));
+    }
+    result->value.text = joined.steal();
+}
+
+void isOrvlangVariable(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    result->value.number = hasVariable(arguments[0]) ? 1.0f : 0.0f;
+}
+
+void isVariable(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    result->value.number = hasVariable(arguments[0]) || OrvaneGetenv(textOf(arguments[0])) ? 1.0f : 0.0f;
+}
+
+constexpr int theStrings[] = { FML_STRING, FML_STRING };
+
+/// A function with what `exhelp` tells of it.
+struct BridgeFunction : FML_FUNCTION {
+    constexpr BridgeFunction(const char *name, int arguments, int result, FML_EvaluateCallback evaluate,
+                             const char *help)
+        : FML_FUNCTION(FML_VOLATILE, name, arguments, result, theStrings, evaluate, nullptr, nullptr, 1, false),
+          help(help) {}
+    const char *help;
+};
+
+constinit BridgeFunction theFunctions[] = {
+    { "execute", 1, FML_STRING, executeCommand<Capture::OUTPUT>,
+      "execute(command)\n"
+      "Runs a command and gives its output as one line.\n"
+      "Newlines at the end are dropped, other newlines and tabs become blanks. Error messages are dropped." },
+    { "executee", 1, FML_STRING, executeCommand<Capture::ERRORS>,
+      "executee(command)\n"
+      "Runs a command and gives its error messages as one line." },
+    { "executeb", 1, FML_STRING, executeCommand<Capture::BOTH>,
+      "executeb(command)\n"
+      "Runs a command and gives its output and, behind \" ~~~~ \", its error messages if it has any." },
+    { "run", 1, FML_STRING, executeCommand<Capture::OUTPUT>, "run(command)\nThe same as execute." },
+    { "rune", 1, FML_STRING, executeCommand<Capture::ERRORS>, "rune(command)\nThe same as executee." },
+    { "runb", 1, FML_STRING, executeCommand<Capture::BOTH>, "runb(command)\nThe same as executeb." },
+    { "findfile", 1, FML_STRING, findFile,
+      "findfile(name)\n"
+      "The first file, or else directory, of that name on the search path; the name itself when there is "
+      "none." },
+    { "findfiles", 2, FML_STRING, findFiles,
+      "findfiles(name, separator)\n"
+      "All files and directories of that name on the search path, with the separator between them." },
+    { "isovariable", 1, FML_FLOAT, isOrvlangVariable,
+      "isovariable(name)\n"
+      "1 when the command language has a variable of that name, else 0." },
+    { "isvariable", 1, FML_FLOAT, isVariable,
+      "isvariable(name)\n"
+      "1 when the command language or the process environment has a variable of that name, else 0." },
+};
+
+// The value of a symbol of this type is the name of the variable, which is read when the symbol is: a change in
+// between shows.
+
+void clearName(FML_SYMBOL *symbol) {
+    symbol->value.text = nullptr;
+}
+
+void freeName(FML_SYMBOL *symbol) {
+    std::free(symbol->value.text);
+    symbol->value.text = nullptr;
+}
+
+extern const FML_TYPEDEF theGlobalVariable;
+
+FML_SYMBOL *resolveName(const char *name, int thread) {
+    const CMD_Manager *manager = CMD_Manager::getContext();
+    if (!manager || !manager->hasVariable(name))
+        return nullptr;
+    FML_SYMBOL *symbol = fml_AllocSymbol(theGlobalVariable.code, thread);
+    symbol->value.text = strdup(name);
+    return symbol;
+}
+
+const char *getName(FML_SYMBOL *symbol) {
+    return symbol->value.text;
+}
+
+int castToVector(fml_Vector &vector, const CMD_Manager &manager, const char *name) {
+    KIT_String text;
+    if (manager.getVariable(name, text))
+        return vector.scan(text.c_str()) ? 0 : -1;
+    vector.grow(1);
+    vector.setValue(0, 0);
+    return 1;
+}
+
+int castVariable(FML_SYMBOL *target, FML_SYMBOL *source) {
+    const CMD_Manager *manager = CMD_Manager::getContext();
+    if (!manager)
+        return -1;
+    const char *name = textOf(source);
+    switch (target->type->code) {
+    case FML_FLOAT:
+        manager->getVariable(name, target->value.number);
+        return 0;
+    case FML_STRING: {
+        KIT_String text;
+        manager->getVariable(name, text);
+        target->value.text = text.steal();
+        return 0;
+    }
+    case FML_VECTOR:
+        return castToVector(*target->value.vector, *manager, name);
+    default:
+        return -1;
+    }
+}
+
+const FML_TYPEDEF theGlobalVariable = { 20,          "globalVar", clearName,    freeName,
+                                        resolveName, getName,     castVariable, {} };
+
+}   // namespace
 
 bool CMD_Manager::theLibraryGlueNeeded = true;
 
@@ -12,6 +211,9 @@ void CMD_Manager::initLibraryGlue() {
     theLibraryGlueNeeded = false;
     setContext();
     TRK_Manager::initExpressionLibrary();
+    fml_AddVariableType(&theGlobalVariable, 0);
+    for (BridgeFunction &function : theFunctions)
+        fml_AddFunction(&function, function.help);
     fml_SetOptimization(0);
     TRK_Manager::initLibraryGlue();
 }

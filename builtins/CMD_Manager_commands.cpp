@@ -12,6 +12,7 @@ void CMD_Manager::installBaseCommands() {
     static constexpr CommandRow theRows[] = {
         { "alias", "su", true, cmd_alias },
         { "echo", "n", true, cmd_echo },
+        { "exhelp", "k:", true, cmd_exhelp },
         { "exit", "", true, cmd_exit },
         { "help", "k:", true, cmd_help },
         { "history", "c", true, cmd_history },

@@ -10,6 +10,7 @@
 #include <orvlang/builtins/CMD_HelpFile.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_CommandList.h>
+#include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 
 namespace {
@@ -109,4 +110,11 @@ void CMD_Manager::cmd_help(CMD_Args &args) {
         manager.commandDump(args.out(), args.argp('k'), nullptr);
     for (int i = 1; i < args.argc(); ++i)
         manager.commandHelp(args.out(), args.argv(i));
+}
+
+void CMD_Manager::cmd_exhelp(CMD_Args &args) {
+    if (args.argc() == 1)
+        fml_PrintHelp(args.out(), nullptr, args.argp('k'));
+    for (int i = 1; i < args.argc(); ++i)
+        fml_PrintHelp(args.out(), args.argv(i), nullptr);
 }

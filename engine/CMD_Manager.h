@@ -158,6 +158,11 @@ public:
     /// Replaces `\n`, `\t` and their kin in the text.
     static void expandControlSequences(KIT_String &text);
 
+    /// Reads a range of frames from two options of a command: `rangeOption` has two values, `incOption` one. Without
+    /// a range both ends are the current frame; what is no number counts as 0. `inc` is never 0, and leads from
+    /// start to end.
+    void getFrameRange(CMD_Args &args, int &start, int &end, int &inc, char rangeOption, char incOption);
+
     // History, of the current source: a script sees its own empty table.
 
     void dumpHistory(std::ostream &os) const;
@@ -340,6 +345,7 @@ private:
     // The commands.
     static void cmd_alias(CMD_Args &args);
     static void cmd_echo(CMD_Args &args);
+    static void cmd_exhelp(CMD_Args &args);
     static void cmd_exit(CMD_Args &args);
     static void cmd_help(CMD_Args &args);
     static void cmd_history(CMD_Args &args);

@@ -5,6 +5,7 @@
 #include <orvlang/platform/fml/FML_Evaluation.h>
 
 #include <orvlang/platform/fml/FML_Call.h>
+#include <orvlang/platform/fml/FML_Evaluator.h>
 #include <orvlang/platform/fml/FML_Function.h>
 #include <orvlang/platform/fml/FML_Library.h>
 
@@ -448,7 +449,10 @@ void FML_Evaluation::callHost(FML_FUNCTION &function, std::size_t count) {
         return fail(FML_WRONG_TYPE);
     // Commands that the function runs begin with no error, and end with one only when nobody reported it.
     const int before = std::exchange(FML::theErrNo, 0);
+    const unsigned refusals = FML_Evaluator::get().getRefusals();
     function.evaluate(&function, result.get(), arguments.data(), thread);
+    if (refusals != FML_Evaluator::get().getRefusals())
+        FML::theErrNo = FML_NESTING_TOO_DEEP;
     const int failure = std::exchange(FML::theErrNo, before);
     if (failure != FML_NO_ERROR)
         return fail(failure);

@@ -61,8 +61,10 @@ FML_Evaluator &FML_Evaluator::get() {
 }
 
 int FML_Evaluator::evaluate(std::string_view text, KIT_String &value, int thread) {
-    if (KIT_Thread::stackLeft() < theStackReserve)
+    if (KIT_Thread::stackLeft() < theStackReserve) {
+        refusals++;
         return FML_NESTING_TOO_DEEP;
+    }
     try {
         Lease evaluation(*this);
         return evaluateIn(*evaluation, text, value, thread);
