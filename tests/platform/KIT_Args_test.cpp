@@ -22,7 +22,7 @@ std::string show(const KIT_Args &args) {
         return "refused";
     std::string result;
     for (int i = 0; i < args.argc(); ++i)
-        result += (i ? " " : "") + std::string(args.argv(i));
+        result.append(i ? " " : "").append(args.argv(i));
     for (int c = 0; c < 128; ++c) {
         const char option = static_cast<char>(c);
         if (!args.found(option))

@@ -26,7 +26,7 @@ bool lookupVariable(const char *name, KIT_String &value) {
 
 /// Gives the text in <>, two words for "two", nothing for "fail".
 bool lookupExpression(const char *text, KIT_String &value) {
-    value = std::string(text) == "two" ? "1 2" : "<" + std::string(text) + ">";
+    value = std::string(text) == "two" ? std::string("1 2") : std::string("<") + text + ">";
     return std::string(text) != "fail";
 }
 
@@ -276,7 +276,8 @@ bool survivesLineScan(std::string_view text) {
 void checkProtected(const std::string &text, bool always) {
     KIT_WorkBuffer buffer;
     buffer.protectedStrcat(text.c_str(), always);
-    EXPECT_EQ(parse("'x y' " + std::string(buffer.view()) + " z"), "[x y][" + text + "][z]") << buffer.view();
+    EXPECT_EQ(parse(std::string("'x y' ").append(buffer.view()) + " z"), "[x y][" + text + "][z]")
+        << buffer.view();
     EXPECT_TRUE(survivesLineScan(buffer.view())) << text << " as " << buffer.view();
     EXPECT_EQ(buffer.view().find('\n'), std::string_view::npos) << text;
 }

@@ -280,7 +280,7 @@ TEST(KIT_WorkBuffer, BuildsText) {
     EXPECT_EQ(buffer.view(), "abcabcabcabc");
     EXPECT_EQ(buffer.sprintf("%-*s|%s", 500, "x", buffer.c_str()), 513);
     EXPECT_EQ(buffer.view().substr(499), " |abcabcabcabc");
-    buffer.strcpy(buffer.c_str() + 501);
+    buffer.strcpy(buffer.view().substr(501));
     buffer.write("\0z", 2);
     EXPECT_EQ(buffer.length(), 14U);
     buffer.clear();
