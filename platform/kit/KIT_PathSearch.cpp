@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <dlfcn.h>
+#include <link.h>
 #include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_Immortal.h>
@@ -30,10 +31,12 @@ bool isDirectory(const std::string &path) {
 /// The folder that this code was loaded from, be it in a library or in the program. The loader knows the program
 /// by the name that it was started by, which may be a relative one of long ago.
 std::string folderOfThisCode() {
-    Dl_info info;
+    // Unlike dladdr this does not look for a symbol, which takes long in a large library.
+    dl_find_object found;
+    void *const here = &theGeneration;
     std::string path;
-    if (dladdr(reinterpret_cast<const void *>(&theGeneration), &info) && info.dli_fname)
-        path = info.dli_fname;
+    if (_dl_find_object(here, &found) == 0)
+        path = found.dlfo_link_map->l_name;
     if (path.empty() || path[0] != '/') {
         char program[4096];
         const ssize_t length = readlink("/proc/self/exe", program, sizeof program);

@@ -52,7 +52,7 @@ bool refuse() {
 }   // namespace
 
 const char *OSL_Environment::get(std::string_view name) {
-    if (!isLegalName(name))
+    if (name.empty())
         return nullptr;
     const KIT_LockHolder holder(lock);
     const char *string = nullptr;
@@ -64,10 +64,11 @@ const char *OSL_Environment::get(std::string_view name) {
 }
 
 bool OSL_Environment::set(std::string_view name, std::string_view value) {
-    if (!isLegalName(name) || value.find('\0') != value.npos || value.size() > Text::MaxValue)
-        return refuse();
     const KIT_LockHolder holder(lock);
     Text *text = findCurrent(name);
+    // A name that is known was found legal before.
+    if ((!text && !isLegalName(name)) || value.size() > Text::MaxValue)
+        return refuse();
     if (!text || text->room <= value.size())
         text = makeText(name, value.size() + 1, text);
     // The value may be the text that stands there. The last byte of the room is always a NUL.
@@ -78,10 +79,11 @@ bool OSL_Environment::set(std::string_view name, std::string_view value) {
 }
 
 bool OSL_Environment::unset(std::string_view name) {
-    if (!isLegalName(name))
-        return refuse();
     const KIT_LockHolder holder(lock);
-    if (Text *text = findCurrent(name); text && text->slot != Text::NoSlot)
+    Text *const text = findCurrent(name);
+    if (!text)
+        return isLegalName(name) || refuse();
+    if (text->slot != Text::NoSlot)
         hide(*text);
     return true;
 }

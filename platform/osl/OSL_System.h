@@ -52,7 +52,7 @@ public:
 
     /// Null when there is no such variable. The text stays readable for ever, and changes when the variable does.
     virtual const char *getEnvironment(std::string_view name);
-    /// An empty name, one that holds `=`, and a NUL anywhere are refused.
+    /// An empty name, or one that holds `=` or a NUL, is refused. Readers see the value up to its first NUL.
     virtual bool setEnvironment(std::string_view name, std::string_view value);
     virtual bool unsetEnvironment(std::string_view name);
 };
