@@ -71,7 +71,8 @@ public:
     // Commands.
 
     /// Adds a command, or puts it in front of the one of that name. The texts are not copied and must stay.
-    /// See CMD_Command for the option string; in safe mode only commands that are marked safe run.
+    /// See CMD_Command for the option string, null counts as empty; in safe mode only commands that are marked safe
+    /// run. Without a name or a callback nothing is added.
     void installCommand(const char *name, const char *options, CMD_CommandCallback callback, bool safe);
     /// Whether exactly that command is there and may run in the present mode.
     int isCommandDefined(const char *name);
@@ -333,6 +334,7 @@ private:
     void closeChannelBlock();
     void setReadVariables(std::string_view line);
     void setArgumentVariables(const CMD_Args &args);
+    void pushSource(SourceRef source);
     void updateNoAliasVariable();
 
     void pushStandardOut(std::ostream *stream);

@@ -139,7 +139,7 @@ void CMD_Manager::sendMultiLineInput(const char *text, bool asBlock) {
     std::memcpy(copy.get(), text, length);
     auto source = std::make_shared<CMD_Source>("stdin", 0);
     source->setInput(copy, length);
-    sourceStack.push_back(std::move(source));
+    pushSource(std::move(source));
     internalSendInput("", true);
 }
 

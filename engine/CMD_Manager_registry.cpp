@@ -32,6 +32,10 @@ CMD_CommandList *CMD_Manager::getCommandList(const char *managerName) {
 
 void CMD_Manager::installCommand(const char *commandName, const char *options, CMD_CommandCallback callback,
                                  bool safe) {
+    if (!commandName || !callback)
+        return;
+    if (!options)
+        options = "";
     CMD_Command *overridden = ownCommand(commandName);
     const CMD_Command wanted(commandName, options, callback, safe);
     CMD_Command *command = overridden ? nullptr : findTwin(wanted);

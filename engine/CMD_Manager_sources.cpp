@@ -46,14 +46,22 @@ CMD_Source *CMD_Manager::pushSource(const char *filename, int echo) {
     auto source = std::make_shared<CMD_Source>(path.c_str(), 0);
     source->setInput(buffer, count);
     source->setEchoState(echo);
-    sourceStack.push_back(std::move(source));
+    pushSource(std::move(source));
     return getSource();
 }
 
+void CMD_Manager::pushSource(SourceRef source) {
+    source->aliasesOff = getSource()->aliasesOff;
+    sourceStack.push_back(std::move(source));
+}
+
 CMD_Source *CMD_Manager::popSource(int complain) {
+    // A source without the name changes nothing, and asking all others each time would make a deep stack slow to end.
+    bool aliasesMayChange = sourceStack.size() <= 2;
     if (sourceStack.size() > 1) {
         const SourceRef popped = std::move(sourceStack.back());
         sourceStack.pop_back();
+        aliasesMayChange |= popped->getLocalVariables()->hasVariable("noalias");
         const char *filename = popped->getFilename() ? popped->getFilename() : "";
         if (popped->loop && complain)
             getError(1) << "Invalid loop nesting in " << filename << std::endl;
@@ -63,7 +71,7 @@ CMD_Source *CMD_Manager::popSource(int complain) {
             closeChannelBlock();
         }
     }
-    updateNoAliasVariable();
+    noAliasActive = getSource()->aliasesOff ? 1 : 0;
     return getSource();
 }
 

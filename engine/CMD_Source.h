@@ -106,6 +106,7 @@ private:
     int echoState = 0;
     int ifNestLevel = 0;
     bool isConsoleName;
+    bool aliasesOff = false;   // this source or an older one has a local `noalias`
     std::array<CMD_IfState, theIfLevels> ifStates{};
     std::vector<Leftover> unfinishedCommands;
 };

@@ -120,10 +120,14 @@ void CMD_Manager::unsetVariable(const char *variable) {
         updateNoAliasVariable();
 }
 
+// Each source notes what holds for it, so that popping one needs no walk over the others.
 void CMD_Manager::updateNoAliasVariable() {
-    noAliasActive = 0;
-    for (auto source = sourceStack.rbegin(); source != sourceStack.rend() && !noAliasActive; ++source)
-        noAliasActive = (*source)->getLocalVariables()->hasVariable("noalias") ? 1 : 0;
+    bool aliasesOff = false;
+    for (const SourceRef &source : sourceStack) {
+        aliasesOff = aliasesOff || source->getLocalVariables()->hasVariable("noalias");
+        source->aliasesOff = aliasesOff;
+    }
+    noAliasActive = aliasesOff ? 1 : 0;
 }
 
 void CMD_Manager::getVariableNames(KIT_StringArray &names, int dirtyOnly) const {
