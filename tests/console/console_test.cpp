@@ -100,7 +100,7 @@ TEST_F(ConsoleTest, ExitStatus) {
         { "quit 5\necho never", 5 },
         { "quit", 0 },
         { "quit 200", 200 & 0x7f },
-        { "exit 5; quit", 5 },   // `exit` drops what stands behind it
+        { "exit 5; quit", 5 },        // `exit` drops what stands behind it
         { "while 1 == 2\nend", 1 },   // a loop statement leaves 1
     };
     for (const auto &c : theCases) {
@@ -175,6 +175,22 @@ TEST_F(ConsoleTest, PluginThatDoesNotLoadIsNamedOnce) {
     EXPECT_EQ(outcome.out, "a\n");
     EXPECT_NE(outcome.err.find("broken.so"), std::string::npos) << outcome.err;
     EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(ConsoleTest, TheReadmeShowsWhatHappens) {
+    const auto read = [](const std::string &name) {
+        return TemporaryFolder::readFile(ORVLANG_TREE "/" + name);
+    };
+    const std::string readme = read("README.md"), tour = read("examples/tour.cmd"),
+                      shown = read("examples/tour.out");
+    folder.write("tour.cmd", tour);
+    const Outcome outcome = run({ "tour.cmd", "red", "green", "violet" });
+    EXPECT_EQ(outcome.out, shown);
+    EXPECT_EQ(outcome.err, "tour.cmd (26): Unknown command: nosuchcommand\n\r");
+    EXPECT_EQ(outcome.status, 1);
+    for (const std::string &text :
+         { tour, shown, read("examples/embed/embed.cpp"), read("tests/install/embed.out") })
+        EXPECT_NE(readme.find("\n" + text + "```\n"), std::string::npos) << text;
 }
 
 }   // namespace

@@ -118,8 +118,8 @@ void TemporaryFolder::write(const std::string &name, const std::string &text) co
     std::ofstream(path, std::ios::binary) << text;
 }
 
-std::string TemporaryFolder::read(const std::string &name) const {
-    const std::ifstream file(std::filesystem::path(folder) / name, std::ios::binary);
+std::string TemporaryFolder::readFile(const std::string &path) {
+    const std::ifstream file(path, std::ios::binary);
     if (!file)
         return "(no such file)";
     std::ostringstream text;

@@ -38,7 +38,8 @@ public:
     const std::string &path() const { return folder; }
     void write(const std::string &name, const std::string &text) const;
     /// The text of a file in it; "(no such file)" when it can't be read.
-    std::string read(const std::string &name) const;
+    std::string read(const std::string &name) const { return readFile(folder + "/" + name); }
+    static std::string readFile(const std::string &path);
 
 private:
     std::string folder;
