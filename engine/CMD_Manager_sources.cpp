@@ -56,12 +56,9 @@ void CMD_Manager::pushSource(SourceRef source) {
 }
 
 CMD_Source *CMD_Manager::popSource(int complain) {
-    // A source without the name changes nothing, and asking all others each time would make a deep stack slow to end.
-    bool aliasesMayChange = sourceStack.size() <= 2;
     if (sourceStack.size() > 1) {
         const SourceRef popped = std::move(sourceStack.back());
         sourceStack.pop_back();
-        aliasesMayChange |= popped->getLocalVariables()->hasVariable("noalias");
         const char *filename = popped->getFilename() ? popped->getFilename() : "";
         if (popped->loop && complain)
             getError(1) << "Invalid loop nesting in " << filename << std::endl;
