@@ -194,7 +194,7 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
         const SourceRef top = sourceStack.back();
         const bool isAboveBase = depth > 1 && (depth > baseLevel || baseLevel == 1 || readWasPending);
         const bool fellInsideExecute = executeDepth != 0 && baseLevel != depth;
-        const bool closedLoop = baseLevel == 1 && top->loopRunning && (!loopWasRunning || readWasPending);
+        const bool closedLoop = top->loopRunning && (readWasPending || (baseLevel == 1 && !loopWasRunning));
         if (!isAboveBase && !top->hasUnfinishedCommands() && !fellInsideExecute && !closedLoop)
             return;
         CMD_Line line;

@@ -224,11 +224,14 @@ void CMD_Loop::restoreIfNest() {
 }
 
 int CMD_Loop::getLineNumber() const {
-    for (const CMD_Loop *loop = active;; loop = loop->outer) {
-        const int number = loop->ownLineNumber();
-        if (number >= 0 || loop == this)
-            return number;
-    }
+    // While a loop inside this one runs, this one stands at that loop's line; while lines are collected, nowhere.
+    const int number = ownLineNumber();
+    if (number < 0 || active == this)
+        return number;
+    for (const CMD_Loop *loop = active; loop != this; loop = loop->outer)
+        if (const int inner = loop->ownLineNumber(); inner >= 0)
+            return inner;
+    return number;
 }
 
 int CMD_Loop::ownLineNumber() const {

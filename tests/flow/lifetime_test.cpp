@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: Apache-2.0
+// What a loop runs may do anything to it: end its source, put another loop in its place, ask for its lines. Run under
+// the address sanitizer; the fixture checks that no loop is left behind.
+#include "FlowFixture.h"
+
+#include <cstdlib>
+
+#include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/fml/FML_Function.h>
+#include <orvlang/platform/fml/FML_Symbol.h>
+
+namespace {
+
+int theRuns;   // in one script
+
+/// The function run(TEXT) of expressions: executes the text and gives 1, and 0 at last, so that each loop ends.
+void evaluateRun(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    CMD_Manager::getContext()->execute(arguments[0]->value.text, 0, nullptr, nullptr, 1, true);
+    result->value.number = ++theRuns < 50;
+}
+
+void addRunFunction() {
+    static const int types[] = { FML_STRING };
+    static FML_FUNCTION function(FML_VOLATILE, "run", 1, FML_FLOAT, types, evaluateRun, nullptr, nullptr, 1,
+                                 false);
+    fml_AddFunction(&function);
+}
+
+/// What a loop meets while it is tested, while an inner one is entered, or in its body.
+const char *const theDeeds[] = {
+    "exit",
+    "nosuch",
+    "break",
+    "break 9",
+    "continue",
+    "for z = 1 to 2",
+    "while 1",
+    "foreach q ( a",
+    "source other.cmd",
+    "source other.cmd; exit",
+    "source fails.cmd",
+    "source reads.cmd",
+    "endif",
+    "if 0",
+    "else",
+    "unset",
+    "end",
+    "source open.cmd",
+};
+
+class Lifetime : public FlowFixture {
+protected:
+    Lifetime() {
+        addRunFunction();
+        script("other.cmd", "while 1\nbreak\nend\nforeach y ( a b )\nforeach u ( c )\nend\nend\n");
+        script("fails.cmd", "foreach y ( a b )\nnosuch\nend\n");
+        script("reads.cmd", "foreach y ( a b )\nread answer\nend\n");
+        script("open.cmd", "foreach y ( a b )\n");
+        std::filesystem::current_path(folder);
+    }
+    ~Lifetime() override { std::filesystem::current_path("/"); }
+
+    /// Runs the text as a script inside a script, then from the console, and sees that the manager is sound behind it.
+    void torture(const std::string &text) {
+        SCOPED_TRACE(text);
+        script("inner.cmd", text);
+        script("outer.cmd", "for o = 1 to 2\nsource inner.cmd\nend\n");
+        theRuns = 0;
+        type("source outer.cmd");
+        recover();
+        theRuns = 0;
+        type(text);
+        recover();
+    }
+
+    /// Answers what waits, closes what is open, and forgets what was written.
+    void recover() {
+        for (int i = 0; i < 64; ++i)
+            type("1");
+        type("end\nend\nend");
+        while (manager.getSourceLevel() > 0)
+            manager.popSource(0);
+        type("end\nend");
+        for (int i = 0; i < 127 && manager.getSource()->getIfNestLevel() > 0; ++i)
+            type("endif");
+        type("alias -u set");
+        written();
+        type("foreach s ( a b )\necho sound $s\nend");
+        EXPECT_EQ(written(), "sound a|sound b|");
+        EXPECT_EQ(manager.getLoopNestLevel(), 0);
+    }
+};
+
+TEST_F(Lifetime, AnAliasOfSetDoesAnything) {
+    for (const std::string deed : theDeeds) {
+        // The rest of the statement becomes a comment. Without its end the alias would start loop after loop.
+        torture("alias set 'alias -u set; " + deed + " #'\nforeach x ( a b )\necho $x\nend\necho behind\n");
+        torture("alias set '" + deed + "; alias -u set #'\nfor i = 1 to 3\nfor k = 1 to 2\necho x\nend\nend\n");
+    }
+}
+
+TEST_F(Lifetime, AnExpressionDoesAnything) {
+    for (const std::string deed : theDeeds) {
+        const std::string run = "`run(\"" + deed + "\")`";
+        torture("while " + run + "\necho pass\nbreak\nend\necho behind\n");
+        torture("for i = 1 to " + run + "\necho pass\nend\n");
+        torture("foreach x ( a b )\nforeach y ( " + run + " b )\necho pass\nend\nend\n");
+        torture("foreach x ( a b )\nwhile " + run + "\necho pass\nbreak\nend\nend\n");
+        torture("foreach x ( a b )\nif " + run + "\necho pass\nendif\nend\n");
+    }
+}
+
+TEST_F(Lifetime, ABodyLineDoesAnything) {
+    for (const std::string deed : theDeeds) {
+        torture("foreach x ( a b )\n" + deed + "\nend\n");
+        torture("foreach x ( a b )\nfor k = 1 to 2\necho a; " + deed + "; echo b\nend\nend\n");
+    }
+}
+
+TEST_F(Lifetime, AnEndedSourceGivesNoFurtherLine) {
+    script("ends.cmd", "while `run(\"exit\")`\necho pass\nend\necho behind\n");
+    type("source ends.cmd; echo next");
+    EXPECT_EQ(written(), "next|");
+    script("ends.cmd", "alias set 'exit #'\nfor i = 1 to 3\necho pass\nend\necho behind\n");
+    type("source ends.cmd; echo next; alias -u set");
+    EXPECT_EQ(written(), "next|ends.cmd (1): Warning:  alias for 'set' overrides internal command|");
+}
+
+TEST_F(Lifetime, ATestThatRunsTextLeavesTheLoopAlone) {
+    // The text of several lines becomes a source of its own, which ends inside the test.
+    const std::string loop = "foreach x ( 'a\\necho b' c )\necho \"<$x>\"\nend\n";
+    type(loop);
+    EXPECT_EQ(written(), "b|<>|<c>|");
+    type("set -u x");
+    manager.sendMultiLineInput(loop.c_str(), false);
+    EXPECT_EQ(written(), "b|<>|<c>|");
+}
+
+TEST_F(Lifetime, EndlessNestingEnds) {
+    script("self.cmd", "alias set 'source self.cmd #'\nfor i = 1 to 3\necho pass\nend\n");
+    type("source self.cmd");
+    type("alias -u set");
+    EXPECT_NE(written().find("Nesting too deep|"), std::string::npos);
+}
+
+}   // namespace
