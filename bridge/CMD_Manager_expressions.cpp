@@ -127,8 +127,8 @@ constinit BridgeFunction theFunctions[] = {
     { "runb", 1, FML_STRING, executeCommand<Capture::BOTH>, "runb(command)\nThe same as executeb." },
     { "findfile", 1, FML_STRING, findFile,
       "findfile(name)\n"
-      "The first file, or else directory, of that name on the search path; the name itself when there is "
-      "none." },
+      "The first file, or else directory, of that name on the search path.\n"
+      "The name itself when there is none." },
     { "findfiles", 2, FML_STRING, findFiles,
       "findfiles(name, separator)\n"
       "All files and directories of that name on the search path, with the separator between them." },

@@ -161,8 +161,10 @@ bool FML_Evaluation::runRange(const FML_Program &program, std::size_t begin, std
 void FML_Evaluation::reset() {
     error = FML_NO_ERROR;
     texts.clear();
-    longTexts.clear();
-    vectors.clear();
+    if (!longTexts.empty())
+        longTexts.clear();
+    if (!vectors.empty())
+        vectors.clear();
     symbols.clear();
     if (composed.capacity() > theKeptCapacity)
         std::string().swap(composed);

@@ -35,7 +35,9 @@ void FML_TextArena::clear() {
     if (blocks.empty())
         return;
     // A first block of unusual size is not worth keeping.
-    blocks.erase(blocks.begin() + (blocks.front().size == blockSize ? 1 : 0), blocks.end());
-    cursor = blocks.empty() ? nullptr : blocks.front().bytes.get();
-    limit = blocks.empty() ? nullptr : cursor + blockSize;
+    const std::size_t kept = blocks.front().size == blockSize ? 1 : 0;
+    if (blocks.size() > kept)
+        blocks.erase(blocks.begin() + static_cast<std::ptrdiff_t>(kept), blocks.end());
+    cursor = kept ? blocks.front().bytes.get() : nullptr;
+    limit = kept ? cursor + blockSize : nullptr;
 }

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -114,8 +114,12 @@ void repeat(FML_Call &call) {
     if (__builtin_mul_overflow(text.size(), times, &size))
         return call.fail(FML_TEXT_TOO_LONG);
     char *room = call.giveRoom(size);
-    for (std::size_t i = 0; room && i < times; i++)
-        room = std::copy(text.begin(), text.end(), room);
+    if (!room || size == 0)
+        return;
+    std::copy(text.begin(), text.end(), room);
+    // What is there is copied behind itself, so that the number of steps grows with the logarithm only.
+    for (std::size_t done = text.size(); done < size; done *= 2)
+        std::memcpy(room + done, room, std::min(done, size - done));
 }
 
 void reverse(FML_Call &call) {
@@ -265,8 +269,10 @@ constexpr FML_LibraryFunction theRows[] = {
     { "lower", "t", changeBytes<toLower>, "lower(text)", "The text with small letters instead of capitals." },
     { "match", "tt", [](FML_Call &call) { call.give(matches(call.text(0), call.text(1))); },
       "match(text, pattern)",
-      "1 when the whole text fits the pattern, else 0. In the pattern * is any text, ? any byte,\n"
-      "[a-z] one of a set, [!a-z] one that is not in it, and \\ takes what follows literally." },
+      "1 when the whole text fits the pattern, else 0.\n"
+      "In the pattern * is any text, ? any byte, [a-z] one of a set, [!a-z] one that is not in it, and \\ "
+      "takes\n"
+      "what follows literally." },
     { "occurrences", "tt", occurrences, "occurrences(text, what)", "How often what occurs in the text." },
     { "padcenter", "tn|t", [](FML_Call &call) { pad(call, 1); }, "padcenter(text, width, [fill])",
       "The text with blanks, or the fill, on both sides up to the width." },
@@ -282,8 +288,8 @@ constexpr FML_LibraryFunction theRows[] = {
     { "startswith", "tt", [](FML_Call &call) { call.give(call.text(0).starts_with(call.text(1))); },
       "startswith(text, what)", "1 when the text begins with what, else 0." },
     { "substr", "tn|n", substr, "substr(text, start, [count])",
-      "The part of the text from start on, count bytes or all the rest. Places count from 0, negative ones\n"
-      "from the end." },
+      "The part of the text from start on, count bytes or all the rest.\n"
+      "Places count from 0, negative ones from the end." },
     { "trim", "t|t", [](FML_Call &call) { trimSides(call, true, true); }, "trim(text, [bytes])",
       "The text without white space, or without the given bytes, at its start and end." },
     { "trimleft", "t|t", [](FML_Call &call) { trimSides(call, true, false); }, "trimleft(text, [bytes])",

@@ -116,8 +116,8 @@ constexpr FML_LibraryFunction theRows[] = {
       "The value at that index behind it, counted from 0." },
     { "dot", "vv", dot, "dot(v, w)", "The inner product of two vectors of one size." },
     { "if", "aaa", nullptr, "if(condition, a, b)",
-      "a when the condition is true, else b; only that one is computed. A number is true when it is not 0,\n"
-      "any other text when it is not empty." },
+      "a when the condition is true, else b; only that one is computed.\n"
+      "A number is true when it is not 0, any other text when it is not empty." },
     { "ifempty", "aa", ifEmpty, "ifempty(a, b)", "a, or b when the text of a is empty." },
     { "isalpha", "t", holdsOnly<KITisAlpha>, "isalpha(text)", "1 when the text holds letters only, else 0." },
     { "isdigit", "t", holdsOnly<KITisDigit>, "isdigit(text)", "1 when the text holds digits only, else 0." },
@@ -137,7 +137,8 @@ constexpr FML_LibraryFunction theRows[] = {
       "The entries of a vector as a text, with the separator between them." },
     { "magnitude", "v", magnitude, "magnitude(v)", "The length of a vector in space." },
     { "number", "a|a", number, "number(x, [otherwise])",
-      "x as a plain number, so that 007 becomes 7. What is no number gives the second value, or an error." },
+      "x as a plain number, so that 007 becomes 7.\n"
+      "What is no number gives the second value, or without one an error." },
     { "range", "nn|n", range, "range(first, last, [step])", "The vector of the numbers from first to last." },
     { "size", "v", [](FML_Call &call) { call.give(static_cast<double>(call.vector(0).entries())); }, "size(v)",
       "How many entries a vector has." },

@@ -83,8 +83,8 @@ void wordUnique(FML_Call &call) {
 
 constexpr FML_LibraryFunction theRows[] = {
     { "word", "tn|t", word, "word(text, index, [separators])",
-      "One word of a text; empty when there is none at that index. Words count from 0, negative ones from the "
-      "end." },
+      "One word of a text; empty when there is none at that index.\n"
+      "Words count from 0, negative ones from the end." },
     { "wordcount", "t|t", [](FML_Call &call) { call.give(splitWords(call, 1).size()); },
       "wordcount(text, [separators])", "How many words a text has." },
     { "wordfind", "tt|t", wordFind, "wordfind(text, word, [separators])",
@@ -92,7 +92,8 @@ constexpr FML_LibraryFunction theRows[] = {
     { "wordrange", "tnn|t", wordRange, "wordrange(text, start, count, [separators])",
       "Some words of a text, from start on." },
     { "wordsort", "t|t", wordSort, "wordsort(text, [separators])",
-      "The words of a text in order; digits in them count by their value, so that a2 is before a10." },
+      "The words of a text in order.\n"
+      "Digits in them count by their value, so that a2 is before a10." },
     { "wordunique", "t|t", wordUnique, "wordunique(text, [separators])",
       "The words of a text, each only where it stands first." },
 };

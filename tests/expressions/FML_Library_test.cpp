@@ -198,8 +198,8 @@ TEST_F(FML_Library, PrintedHelp) {
         fml_PrintHelp(printed, name, keyword);
         return printed.str();
     };
-    EXPECT_EQ(print("mod", nullptr), "mod(x, y)\n    What is left of x after steps of y. It has the sign of y; "
-                                     "the operator % gives the sign of x.\n");
+    EXPECT_EQ(print("mod", nullptr), "mod(x, y)\n    What is left of x after steps of y.\n"
+                                     "    It has the sign of y; the operator % gives the sign of x.\n");
     EXPECT_EQ(print("nosuch", nullptr), "No expression function is called nosuch\n");
     EXPECT_EQ(print(nullptr, "COSINE"),
               "acos(x)                         The angle, in radians, whose cosine is x.\n"
