@@ -134,12 +134,7 @@ bool Console::readLineOnce() {
 void Console::dropTypedLine() {
     ConsoleSignals::forget();
     std::cout << std::endl;
-    // Inside an interrupted operation a line is not run; the manager drops it, and a pending continuation with it.
-    KIT_Interrupt &interrupt = *KITgetInterrupt();
-    interrupt.opStart("Drop a line", 0, 0, nullptr);
-    interrupt.interrupt();
-    manager.sendInput("", false);
-    interrupt.opEnd(-1);
+    manager.abandonInput();
 }
 
 bool Console::reportMissingInput() {

@@ -67,6 +67,9 @@ public:
     /// now needs none.
     enum class Pending { Nothing, Continuation, Read, Loop, If };
     Pending getPendingInput() const;
+    /// Drops all that waits for further lines, the scripts that stopped at a `read` too: for a host whose user gives
+    /// up what was half typed. Does nothing while a statement runs.
+    void abandonInput();
 
     // Commands.
 

@@ -72,6 +72,18 @@ CMD_Source *CMD_Manager::popSource(int complain) {
     return getSource();
 }
 
+void CMD_Manager::abandonInput() {
+    if (framesInUse > 0)
+        return;
+    if (!continuationLine.empty())
+        popPrompt();
+    continuationLine.clear();
+    readVariables = nullptr;
+    while (sourceStack.size() > 1)
+        popSource(0);
+    getSource()->abandon();
+}
+
 void CMD_Manager::breakAllSources() {
     while (sourceStack.size() > 1)
         popSource(0);

@@ -80,6 +80,13 @@ void CMD_Source::close() {
     inputStream = nullptr;
 }
 
+void CMD_Source::abandon() {
+    setLoop(nullptr);
+    unfinishedCommands.clear();
+    ifStates.fill(CMD_IF_NONE);
+    ifNestLevel = 0;
+}
+
 void CMD_Source::pushUnfinishedCommands(const char *text) {
     pushUnfinishedCommands(CMD_Line::copyOf(text ? text : ""));
 }

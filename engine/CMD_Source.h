@@ -93,6 +93,8 @@ private:
     void close();
     /// Takes a whole text to read from; lines share it.
     void setInput(std::shared_ptr<const char[]> buffer, size_t length);
+    /// Drops everything that is half done: leftovers, the loop and the `if` blocks.
+    void abandon();
 
     std::unique_ptr<CMD_VariableTable> localVariables;
     std::unique_ptr<CMD_HistoryTable> history;

@@ -75,11 +75,17 @@ TEST_F(TerminalTest, InterruptDropsTheLine) {
     terminal.type(theControlC);
     terminal.waitFor("orvlang -> ");
     EXPECT_EQ(answer(terminal, "echo kept"), "kept\r\n");
-    // A line that waits for its continuation goes too.
-    EXPECT_EQ(answer(terminal, "echo dropped \\", "? "), "");
-    terminal.type(theControlC);
-    terminal.waitFor("orvlang -> ");
-    EXPECT_EQ(answer(terminal, "echo kept"), "kept\r\n");
+    // What waits for further lines goes too: a continuation, a loop, skipped code.
+    const struct {
+        const char *line;
+        const char *prompt;
+    } theHalves[] = { { "echo dropped \\", "? " }, { "for i = 1 to 2", "> " }, { "if 0", "? " } };
+    for (const auto &half : theHalves) {
+        EXPECT_EQ(answer(terminal, half.line, half.prompt), "");
+        terminal.type(theControlC);
+        terminal.waitFor("orvlang -> ");
+        EXPECT_EQ(answer(terminal, "echo kept"), "kept\r\n") << half.line;
+    }
     EXPECT_EQ(answer(terminal, "exit 4"), "");
     terminal.type(theControlD);
     expectEnd(terminal, 4);
