@@ -13,15 +13,13 @@
 
 namespace {
 
-/// The place of the backquote that ends the expression beginning at `start`; past the text when there is none.
+/// The place of the backquote that ends the expression beginning at `start`: the next one without a backslash right
+/// before it, as in a statement. Past the text when there is none.
 std::size_t findBackquote(std::string_view text, std::size_t start) {
-    for (std::size_t at = start; at < text.size(); at++) {
-        if (text[at] == '`')
-            return at;
-        if (text[at] == '\\')
-            at++;
-    }
-    return text.size();
+    std::size_t at = text.find('`', start);
+    while (at != text.npos && at > start && text[at - 1] == '\\')
+        at = text.find('`', at + 1);
+    return std::min(at, text.size());
 }
 
 /// The expression between backquotes, where a backquote of its own has a backslash before it.
