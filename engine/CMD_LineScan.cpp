@@ -21,6 +21,15 @@ constexpr std::array<ByteClass, 256> makeByteClasses() {
 }
 constexpr auto theByteClasses = makeByteClasses();
 
+/// The first place from the given one on that means something; the length when there is none.
+size_t nextSpecialByte(std::string_view line, size_t place) {
+    const char *const end = line.data() + line.size();
+    const char *byte = line.data() + place;
+    while (byte != end && theByteClasses[static_cast<unsigned char>(*byte)] == plainByte)
+        ++byte;
+    return static_cast<size_t>(byte - line.data());
+}
+
 /// The length of the operator at the place; 0 when the byte stays as it is.
 size_t operatorLength(std::string_view line, size_t place) {
     const char c = line[place];
@@ -42,25 +51,30 @@ size_t operatorLength(std::string_view line, size_t place) {
     }
 }
 
+/// Whether blanks stand around the bytes already. A blank behind a backslash is part of a word.
+bool standsApart(std::string_view line, size_t place, size_t length) {
+    const size_t behind = place + length;
+    return place > 1 && line[place - 1] == ' ' && line[place - 2] != '\\' && behind < line.size() &&
+           line[behind] == ' ';
+}
+
 }   // namespace
 
 CMD_LineScan CMDscanLine(std::string_view line, std::string &buffer) {
-    buffer.clear();
     CMD_LineScan scan;
     char openQuote = '\0';
     size_t copied = 0;   // everything before this place is in the buffer, once an operator has been set apart
-    size_t i = 0;
-    for (; i < line.size(); ++i) {
-        const ByteClass byteClass = theByteClasses[static_cast<unsigned char>(line[i])];
-        if (byteClass == plainByte)
-            continue;
+    size_t i = nextSpecialByte(line, 0);
+    for (; i < line.size(); i = nextSpecialByte(line, i + 1)) {
+        const char c = line[i];
         // The plain byte before: a backslash that is itself escaped still counts.
         if (i > 0 && line[i - 1] == '\\')
             continue;
+        const ByteClass byteClass = theByteClasses[static_cast<unsigned char>(c)];
         if (byteClass == quoteByte) {
             if (openQuote == '\0')
-                openQuote = line[i];
-            else if (openQuote == line[i])
+                openQuote = c;
+            else if (openQuote == c)
                 openQuote = '\0';
             continue;
         }
@@ -75,12 +89,16 @@ CMD_LineScan CMDscanLine(std::string_view line, std::string &buffer) {
         const size_t length = operatorLength(line, i);
         if (length == 0)
             continue;
-        buffer.append(line, copied, i - copied);
-        buffer += ' ';
-        buffer.append(line, i, length);
-        buffer += ' ';
-        copied = i + length;
-        i = copied - 1;
+        if (!standsApart(line, i, length)) {
+            if (copied == 0)
+                buffer.clear();
+            buffer.append(line, copied, i - copied);
+            buffer += ' ';
+            buffer.append(line, i, length);
+            buffer += ' ';
+            copied = i + length;
+        }
+        i += length - 1;
     }
     if (copied == 0) {
         scan.statement = line.substr(0, i);
