@@ -13,16 +13,16 @@ namespace {
 
 int theRuns;   // in one script
 
-/// The function run(TEXT) of expressions: executes the text and gives 1, and 0 at last, so that each loop ends.
-void evaluateRun(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+/// The function perform(TEXT) of expressions: executes the text and gives 1, and 0 at last, so that each loop ends.
+void evaluatePerform(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
     CMD_Manager::getContext()->execute(arguments[0]->value.text, 0, nullptr, nullptr, 1, true);
     result->value.number = ++theRuns < 50;
 }
 
-void addRunFunction() {
+void addPerformFunction() {
     static const int types[] = { FML_STRING };
-    static FML_FUNCTION function(FML_VOLATILE, "run", 1, FML_FLOAT, types, evaluateRun, nullptr, nullptr, 1,
-                                 false);
+    static FML_FUNCTION function(FML_VOLATILE, "perform", 1, FML_FLOAT, types, evaluatePerform, nullptr,
+                                 nullptr, 1, false);
     fml_AddFunction(&function);
 }
 
@@ -51,7 +51,7 @@ const char *const theDeeds[] = {
 class Lifetime : public FlowFixture {
 protected:
     Lifetime() {
-        addRunFunction();
+        addPerformFunction();
         script("other.cmd", "while 1\nbreak\nend\nforeach y ( a b )\nforeach u ( c )\nend\nend\n");
         script("fails.cmd", "foreach y ( a b )\nnosuch\nend\n");
         script("reads.cmd", "foreach y ( a b )\nread answer\nend\n");
@@ -101,7 +101,7 @@ TEST_F(Lifetime, AnAliasOfSetDoesAnything) {
 
 TEST_F(Lifetime, AnExpressionDoesAnything) {
     for (const std::string deed : theDeeds) {
-        const std::string run = "`run(\"" + deed + "\")`";
+        const std::string run = "`perform(\"" + deed + "\")`";
         torture("while " + run + "\necho pass\nbreak\nend\necho behind\n");
         torture("for i = 1 to " + run + "\necho pass\nend\n");
         torture("foreach x ( a b )\nforeach y ( " + run + " b )\necho pass\nend\nend\n");
@@ -118,7 +118,7 @@ TEST_F(Lifetime, ABodyLineDoesAnything) {
 }
 
 TEST_F(Lifetime, AnEndedSourceGivesNoFurtherLine) {
-    script("ends.cmd", "while `run(\"exit\")`\necho pass\nend\necho behind\n");
+    script("ends.cmd", "while `perform(\"exit\")`\necho pass\nend\necho behind\n");
     type("source ends.cmd; echo next");
     EXPECT_EQ(written(), "next|");
     script("ends.cmd", "alias set 'exit #'\nfor i = 1 to 3\necho pass\nend\necho behind\n");

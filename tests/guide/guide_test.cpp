@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: Apache-2.0
+// What is shown to script authors runs as it is shown: the examples of the language guide and the example scripts.
+#include "Program.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string readFile(const std::filesystem::path &path) {
+    const std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::vector<std::string> linesOf(const std::string &text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line.starts_with('\r') ? line.substr(1) : line);
+    // The messages about commands end in a newline and a carriage return.
+    if (!lines.empty() && lines.back().empty() && text.ends_with('\r'))
+        lines.pop_back();
+    return lines;
+}
+
+void compare(const char *what, const std::string &expected, const std::string &actual) {
+    const std::vector<std::string> expectedLines = linesOf(expected), actualLines = linesOf(actual);
+    if (expectedLines != actualLines)
+        ADD_FAILURE() << what << " (- expected, + written):\n" << lineDifference(expectedLines, actualLines);
+}
+
+/// One fenced block of a document.
+struct Fence {
+    std::string kind;   // the first word behind the fence
+    std::string name;   // the second one
+    std::string text;
+    int line;
+};
+
+std::vector<Fence> fencesOf(const std::filesystem::path &path) {
+    std::vector<Fence> fences;
+    std::ifstream file(path);
+    bool isInside = false;
+    int number = 0;
+    for (std::string line; std::getline(file, line);) {
+        ++number;
+        if (!line.starts_with("```")) {
+            if (isInside)
+                fences.back().text += line + "\n";
+            continue;
+        }
+        isInside = !isInside;
+        if (isInside) {
+            fences.push_back({ "", "", "", number });
+            std::istringstream(line.substr(3)) >> fences.back().kind >> fences.back().name;
+        }
+    }
+    return fences;
+}
+
+// A block `orv` is a script that runs; the blocks `input`, `output` and `errors` behind it say with what and what it
+// writes. A block `orv NAME` is a script that lies beside those that follow.
+TEST(LanguageGuide, ExamplesWriteWhatTheyShow) {
+    const std::vector<Fence> fences = fencesOf(std::filesystem::path(ORVLANG_TREE) / "docs/language.md");
+    const TemporaryFolder folder;
+    int examples = 0;
+    for (size_t i = 0; i < fences.size(); ++i) {
+        const Fence &fence = fences[i];
+        if (fence.kind != "orv")
+            continue;
+        folder.write(fence.name.empty() ? "example.cmd" : fence.name, fence.text);
+        if (!fence.name.empty())
+            continue;
+        SCOPED_TRACE("docs/language.md:" + std::to_string(fence.line));
+        std::string input, output, errors;
+        for (size_t k = i + 1; k < fences.size() && fences[k].kind != "orv"; ++k) {
+            const std::string &kind = fences[k].kind;
+            ASSERT_TRUE(kind == "input" || kind == "output" || kind == "errors") << fences[k].line;
+            (kind == "input" ? input : kind == "output" ? output : errors) = fences[k].text;
+        }
+        const Outcome outcome = Program{ { ORVLANG_PROGRAM, "example.cmd" }, folder.path(), input, {} }.run();
+        compare("output", output, outcome.out);
+        compare("errors", errors, outcome.err);
+        ++examples;
+    }
+    EXPECT_GT(examples, 20);
+}
+
+// Beside the script lie what it writes (.out) and, if it reads, what it is answered (.in).
+TEST(ExampleScripts, WriteWhatLiesBesideThem) {
+    int scripts = 0;
+    for (const auto &entry :
+         std::filesystem::directory_iterator(std::filesystem::path(ORVLANG_TREE) / "examples/scripts")) {
+        std::filesystem::path path = entry.path();
+        if (path.extension() != ".cmd")
+            continue;
+        SCOPED_TRACE(path.filename());
+        const TemporaryFolder folder;
+        folder.write(path.filename(), readFile(path));
+        const std::string input = readFile(path.replace_extension(".in"));
+        const Outcome outcome =
+            Program{ { ORVLANG_PROGRAM, entry.path().filename() }, folder.path(), input, {} }.run();
+        compare("output", readFile(path.replace_extension(".out")), outcome.out);
+        compare("errors", "", outcome.err);
+        EXPECT_EQ(outcome.status, 0);
+        ++scripts;
+    }
+    EXPECT_GT(scripts, 0);
+}
+
+}   // namespace
