@@ -48,6 +48,7 @@ TEST_F(TerminalTest, PromptsFollowTheStateOfTheLanguage) {
     EXPECT_EQ(answer(terminal, "not $run"), "");
     EXPECT_EQ(answer(terminal, "echo '<'$x'>'"), "<not $run>\r\n");
     EXPECT_EQ(answer(terminal, "prompt '$x> '", "not $run> "), "");
+    EXPECT_EQ(answer(terminal, "prompt 'frame `FRAME + 1`: '", "frame 2: "), "");
     terminal.type(theControlD);
     expectEnd(terminal, 0);
 }
