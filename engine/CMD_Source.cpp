@@ -3,6 +3,7 @@
 #include <orvlang/engine/CMD_Source.h>
 
 #include <orvlang/flow/CMD_Loop.h>
+#include <orvlang/flow/CMD_LoopLine.h>
 #include <orvlang/platform/kit/KIT_IStream.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/symbols/CMD_HistoryTable.h>
@@ -34,8 +35,8 @@ bool CMD_Source::nextLine(CMD_Line &line) {
         const std::shared_ptr<CMD_Loop> running = loop;
         if (running->isBusy())
             return false;
-        if (const char *text = running->getNextLine()) {
-            line = { text, running };
+        if (const CMD_LoopLine *next = running->nextLine()) {
+            line = { next->getText(), running };
             return true;
         }
         // The test of the loop can have put another one in its place.

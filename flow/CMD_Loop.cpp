@@ -74,6 +74,8 @@ int CMD_Loop::parseArguments(int enable) {
     bodyEnabled = enable;
     if (!enable)
         return 1;
+    // A line of the body may have run something on another manager.
+    manager->setContext();
     const std::string_view head = std::string_view(arguments).substr(CMDskipWhiteSpace(arguments));
     if (!parsedArguments) {
         parsedArguments = std::make_unique<KIT_CshTemplate>();

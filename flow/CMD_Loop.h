@@ -18,7 +18,7 @@ class KIT_CshTemplate;
 /// run. A loop inside the body is a line that owns a CMD_Loop of its own.
 ///
 /// All operations are for the loop that CMD_Manager::buildLoop gave; the loops inside it are driven by it. While
-/// getNextLine or parseArguments runs, statements and expressions run, which may do anything: let the source
+/// nextLine or parseArguments runs, statements and expressions run, which may do anything: let the source
 /// go, put another loop in this one's place, ask this very loop for a line. The owner keeps the object until they
 /// return.
 class CMD_API CMD_Loop {
@@ -40,8 +40,10 @@ public:
     int sendInput(std::string_view line, int lineNumber);
     /// The same; null counts as a blank line.
     int sendInput(const char *line, int lineNumber);
-    /// The next line to run; null when the loop is over, interrupted or cancelled, and while isBusy. The text is
-    /// the loop's own and stays as long as the loop lives.
+    /// The next line to run; null when the loop is over, interrupted or cancelled, and while isBusy. It is the
+    /// loop's own and stays as long as the loop lives.
+    CMD_LoopLine *nextLine();
+    /// The text of nextLine.
     char *getNextLine();
     /// The line of the source that runs now; -1 when there is none.
     int getLineNumber() const;
@@ -51,7 +53,7 @@ public:
     /// Ends the loop for good: from now on it counts no more among the loops alive, gives no line, and touches
     /// neither manager nor source.
     void cancel();
-    /// Whether getNextLine is at work, and this is called by something that it runs. The loop is not over then,
+    /// Whether nextLine is at work, and this is called by something that it runs. The loop is not over then,
     /// and still has no line to give.
     bool isBusy() const { return busy; }
 
@@ -60,7 +62,6 @@ private:
 
     void adopt(CMD_Loop &inner);
     bool collect(std::string_view line, int lineNumber);
-    CMD_LoopLine *nextLine();
     CMD_LoopLine *takeLine();
     bool beginPass();
     void enter(CMD_Loop &inner);

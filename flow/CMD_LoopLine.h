@@ -21,6 +21,8 @@ public:
     CMD_LoopLine(const CMD_LoopLine &) = delete;
     CMD_LoopLine &operator=(const CMD_LoopLine &) = delete;
 
+    std::string_view getText() const { return text; }
+
 private:
     friend class CMD_Loop;
 
