@@ -24,11 +24,3 @@ TEST(CMD_IfRules, OneRowForEachState) {
         EXPECT_EQ(CMD_IfRules::afterElse(c.state), c.afterElse) << c.state;
     }
 }
-
-TEST(CMD_IfRules, AbbreviationsAreNoIfWords) {
-    EXPECT_EQ(CMD_IfRules::wordOf("if"), CMD_IfRules::wordIf);
-    EXPECT_EQ(CMD_IfRules::wordOf("else"), CMD_IfRules::wordElse);
-    EXPECT_EQ(CMD_IfRules::wordOf("endif"), CMD_IfRules::wordEndif);
-    for (const char *word : { "", "i", "els", "end", "endi", "If" })
-        EXPECT_EQ(CMD_IfRules::wordOf(word), CMD_IfRules::wordNone) << word;
-}
