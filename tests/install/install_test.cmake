@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # Installs to a staging folder, moves that (so that nothing can refer to where it was), and builds the example against
-# it twice: by the CMake package and by pkg-config. Both must write what embed.out says. STAGE, BUILD, EXAMPLE, EXPECTED,
-# COMPILER, SANITIZE and PKG_CONFIG come from the caller.
+# it twice: by the CMake package and by pkg-config. Both must write what embed.out says. BUILD, STAGE, EXAMPLE, EXPECTED,
+# GENERATOR, COMPILER, SANITIZE and PKG_CONFIG come from the caller.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -36,7 +36,7 @@ if(NOT output STREQUAL "installed\n")
     message(FATAL_ERROR "the installed program wrote: ${output}")
 endif()
 
-run(${CMAKE_COMMAND} -S ${EXAMPLE} -B ${STAGE}/build -DCMAKE_PREFIX_PATH=${STAGE}/system
+run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${EXAMPLE} -B ${STAGE}/build -DCMAKE_PREFIX_PATH=${STAGE}/system
     -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${flags})
 run(${CMAKE_COMMAND} --build ${STAGE}/build)
 expect_example(${STAGE}/build/embed)
