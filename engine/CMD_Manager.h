@@ -320,8 +320,8 @@ private:
     bool parseStatement(std::string_view line, CMD_StatementFrame &frame, bool expands, bool redirects);
     void echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame);
     CMD_Command *resolveCommand(CMD_StatementFrame &frame);
-    void callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
-                     bool hasOptions);
+    void callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame, bool hasOptions,
+                     StatementStreams &streams);
     void reportLateErrors();
     void updateStatusVariable();
 

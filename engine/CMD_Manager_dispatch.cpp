@@ -59,14 +59,24 @@ public:
             manager.getError(1) << "Unable to redirect output to " << name << std::endl;
             return;
         }
+        fileName = name;
         manager.setStandardOut(*file);
         if (errorsToo)
             manager.setStandardErr(*file);
     }
 
+    /// Leaves an error with the toolkit when the file did not take all that was written, as on a full disk.
+    void checkFile() {
+        if (!file)
+            return;
+        file->flush();
+        KITcheckOutStream(*file, fileName.c_str(), 0);
+    }
+
 private:
     CMD_Manager &manager;
     std::optional<KIT_OFStream> file;
+    KIT_String fileName;
 };
 
 /// Copies the status code into the variable `status`, whichever way the statement ends.
@@ -145,7 +155,7 @@ void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
         return;
     }
     if (CMD_Command *command = resolveCommand(frame))
-        callCommand(*command, *source, frame, ifWord == CMD_IfRules::wordNone);
+        callCommand(*command, *source, frame, ifWord == CMD_IfRules::wordNone, streams);
 }
 
 void CMD_Manager::startLoop(const SourceRef &source, std::string_view line) {
@@ -218,7 +228,7 @@ CMD_Command *CMD_Manager::resolveCommand(CMD_StatementFrame &frame) {
 }
 
 void CMD_Manager::callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
-                              bool hasOptions) {
+                              bool hasOptions, StatementStreams &streams) {
     CMD_Args &args = frame.args;
     args.init(standardOutStack.last(), standardErrStack.last(), source);
     args.command = &command;
@@ -233,6 +243,7 @@ void CMD_Manager::callCommand(CMD_Command &command, const CMD_Source &source, CM
         getError(1) << "Invalid option for command\n";
     else
         command.getCallback()(args);
+    streams.checkFile();
     reportLateErrors();
     standardOutStack.last()->flush();
     standardErrStack.last()->flush();
