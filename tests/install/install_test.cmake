@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # Installs to a staging folder, moves that (so that nothing can refer to where it was), and builds the example against
 # it twice: by the CMake package and by pkg-config. Both must write what embed.out says. BUILD, STAGE, EXAMPLE, EXPECTED,
-# GENERATOR, COMPILER, SANITIZE and PKG_CONFIG come from the caller.
+# GENERATOR, COMPILER, NM, SANITIZE and PKG_CONFIG come from the caller.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -34,6 +34,13 @@ file(RENAME ${STAGE}/first ${STAGE}/system)
 run(${STAGE}/system/bin/orvlang -c "echo installed")
 if(NOT output STREQUAL "installed\n")
     message(FATAL_ERROR "the installed program wrote: ${output}")
+endif()
+
+# " u ": what the standard library must have once in a process.
+run(${NM} --dynamic --defined-only --demangle ${STAGE}/system/lib/liborvlang.so)
+string(REGEX REPLACE "[^\n]*( u |CMD|KIT|VIO|OSL|TRK|FML|fml_|Orvane|getUnixCwd)[^\n]*\n" "" foreign "${output}")
+if(foreign)
+    message(FATAL_ERROR "the library exports what is none of its own:\n${foreign}")
 endif()
 
 run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${EXAMPLE} -B ${STAGE}/build -DCMAKE_PREFIX_PATH=${STAGE}/system
