@@ -35,14 +35,15 @@ KIT_String readExpression(std::string_view quoted) {
 class TRK_Manager::Expansion {
 public:
     Expansion(TRK_Manager &manager, double time)
-        : manager(manager), currentBefore(theCurrentManager), timeBefore(manager.evaluateTime) {
+        : manager(manager), currentBefore(theCurrentManager), timeBefore(manager.evaluateTime), time(time) {
         theCurrentManager = &manager;
         choiceBefore = theContextChoices;
         manager.evaluateTime = time;
     }
     ~Expansion() {
-        manager.evaluateTime = timeBefore;
-        // A command in an expression may have chosen a manager of its own, which then stays.
+        // A command in an expression may have chosen a place on the time line or a manager, which then stays.
+        if (manager.evaluateTime == time)
+            manager.evaluateTime = timeBefore;
         if (choiceBefore == theContextChoices)
             theCurrentManager = currentBefore;
     }
@@ -53,6 +54,7 @@ private:
     TRK_Manager &manager;
     TRK_Manager *currentBefore;   // borrowed
     double timeBefore;
+    double time;
     unsigned choiceBefore;
 };
 

@@ -130,6 +130,15 @@ TEST_F(CMD_Expressions, InstalledOnceForAllManagers) {
     EXPECT_EQ(FML_Registry::get().getOptimization(), 0);
 }
 
+TEST_F(CMD_Expressions, WhatAnExpandedTextSetsStays) {
+    manager.installCommand(
+        "goto", "", [](CMD_Args &) { CMD_Manager::getContext()->setEvaluateTime(5); }, true);
+    KIT_String out;
+    manager.expandString("`TIME` `execute('goto')``TIME`", out, 1, nullptr, 0, 3);
+    EXPECT_EQ(out, "1 5");
+    EXPECT_EQ(manager.getEvaluateTime(0), 5);
+}
+
 TEST_F(CMD_Expressions, EveryFunctionHasHelp) {
     for (const auto &[function, entry] : FML_Registry::get().getHelp())
         EXPECT_TRUE(entry.starts_with(function + "(") && entry.ends_with(".")) << function << ": " << entry;
