@@ -9,6 +9,17 @@ long FML_Call::integer(std::size_t i) const {
     return static_cast<long>(std::clamp(number(i), -theFarthest, theFarthest));
 }
 
+long FML_Call::place(std::size_t i, std::size_t count) const {
+    return integer(i) < 0 ? static_cast<long>(count) + integer(i) : integer(i);
+}
+
+bool FML_Call::extend(std::string &text, std::string_view piece) {
+    if (!evaluation.allowText(text.size() + piece.size()))
+        return false;
+    text += piece;
+    return true;
+}
+
 char *FML_Call::giveRoom(std::size_t size) {
     char *room = evaluation.allocateText(size);
     giveShared(room ? std::string_view(room, size) : std::string_view());

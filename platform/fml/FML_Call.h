@@ -23,6 +23,8 @@ public:
     double numberOr(std::size_t i, double otherwise) const { return has(i) ? number(i) : otherwise; }
     /// The number without its fraction, and within what any text or vector can hold.
     long integer(std::size_t i) const;
+    /// A place or index that counts from 0, or from the end at `count` when it is negative. May lie outside.
+    long place(std::size_t i, std::size_t count) const;
     long integerOr(std::size_t i, long otherwise) const { return has(i) ? integer(i) : otherwise; }
     std::string_view text(std::size_t i) const { return arguments[i].text; }
     std::string_view textOr(std::size_t i, std::string_view otherwise) const {
@@ -40,6 +42,8 @@ public:
     void giveShared(std::string_view text) { result = FML_Value::ofText(text); }
     /// `text` is copied.
     void giveText(std::string_view text);
+    /// Adds `piece` to a text that is being made; false, and the call has failed, when it becomes too long.
+    bool extend(std::string &text, std::string_view piece);
     /// Room for a text of `size` bytes, which is the result; null, and the call has failed, when that is too long.
     char *giveRoom(std::size_t size);
     /// An empty vector, which is the result.

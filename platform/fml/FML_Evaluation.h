@@ -23,7 +23,7 @@ public:
     FML_Evaluation(const FML_Evaluation &) = delete;
     FML_Evaluation &operator=(const FML_Evaluation &) = delete;
 
-    /// Room for a program that is run once.
+    /// An empty program, for one that is run once. Good until reset.
     FML_Program &getScratchProgram() { return scratch; }
 
     /// True with `result` set, or false with the error that getError tells. `result` is good until reset.
@@ -45,6 +45,8 @@ public:
     /// Turns a value of a host's type into one of ours; other values stay.
     void settle(FML_Value &value);
     bool isTrue(FML_Value &value);
+    /// Whether a text may have that many bytes; false, and the evaluation has failed, when that is too long.
+    bool allowText(std::size_t size);
     /// Null, and the evaluation has failed, when that is too long for a text.
     char *allocateText(std::size_t size);
     fml_Vector &newVector();

@@ -90,7 +90,6 @@ int FML_Evaluator::evaluateIn(FML_Evaluation &evaluation, std::string_view text,
         if (cache.isWorthStoring(text, hash))
             toStore = std::make_shared<FML_Program>(theStoredTextBlock);
         FML_Program &compiled = toStore ? *toStore : evaluation.getScratchProgram();
-        compiled.clear();
         const FML_ERROR error = FML_Compiler(compiled, evaluation).compile(text);
         if (error != FML_NO_ERROR)
             return error;

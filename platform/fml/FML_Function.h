@@ -22,9 +22,9 @@ using FML_FunctionCallback = void (*)(FML_FUNCTION *function);
 
 /// A function of expressions that a host brings. The record must stay in place once it has been added.
 struct CMD_API FML_FUNCTION {
-    constexpr FML_FUNCTION(unsigned flags, const char *name, int argumentCount, int resultType, const int *argumentTypes,
-                 FML_EvaluateCallback evaluate, FML_FunctionCallback added, FML_FunctionCallback replaced,
-                 int version, bool openEnded)
+    constexpr FML_FUNCTION(unsigned flags, const char *name, int argumentCount, int resultType,
+                           const int *argumentTypes, FML_EvaluateCallback evaluate, FML_FunctionCallback added,
+                           FML_FunctionCallback replaced, int version, bool openEnded)
         : flags(flags), name(name), argumentCount(argumentCount), resultType(resultType),
           argumentTypes(argumentTypes), evaluate(evaluate), added(added), replaced(replaced), version(version),
           openEnded(openEnded) {}

@@ -62,12 +62,11 @@ fml_Vector collectNumbers(FML_Call &call) {
         fml_Vector scanned;
         if (value.isNumber())
             all.append(value.number);
-        else if (value.kind == FML_Value::VECTOR)
-            std::for_each(value.vector->begin(), value.vector->end(), [&](double x) { all.append(x); });
-        else if (scanned.scan(value.text))
-            std::for_each(scanned.begin(), scanned.end(), [&](double x) { all.append(x); });
-        else
+        else if (value.kind != FML_Value::VECTOR && !scanned.scan(value.text))
             call.fail(FML_WRONG_TYPE);
+        else
+            for (const double x : value.kind == FML_Value::VECTOR ? *value.vector : scanned)
+                all.append(x);
     }
     if (all.entries() == 0)
         call.fail(FML_OUT_OF_RANGE);

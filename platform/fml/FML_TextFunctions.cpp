@@ -8,16 +8,17 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstring>
 
 namespace {
 
 constexpr std::string_view theBlanks = " \t\n\r\f\v";
 
-/// A place in a text of `length` bytes that a script gave.
-std::size_t placeIn(std::size_t length, long place) {
-    const long signedLength = static_cast<long>(length);
-    return static_cast<std::size_t>(std::clamp(place < 0 ? signedLength + place : place, 0L, signedLength));
+/// The place in argument 0 that argument `i` tells; its nearer end when it lies outside.
+std::size_t placeIn(const FML_Call &call, std::size_t i) {
+    const std::size_t length = call.text(0).size();
+    return static_cast<std::size_t>(std::clamp(call.place(i, length), 0L, static_cast<long>(length)));
 }
 
 std::size_t countOf(long count) {
@@ -45,7 +46,7 @@ char toLower(char c) {
 
 void substr(FML_Call &call) {
     const std::string_view text = call.text(0);
-    const std::size_t start = placeIn(text.size(), call.integer(1));
+    const std::size_t start = placeIn(call, 1);
     call.giveShared(text.substr(start, call.has(2) ? countOf(call.integer(2)) : std::string_view::npos));
 }
 
@@ -59,7 +60,7 @@ void right(FML_Call &call) {
 }
 
 void find(FML_Call &call) {
-    givePlace(call, call.text(0).find(call.text(1), placeIn(call.text(0).size(), call.integerOr(2, 0))));
+    givePlace(call, call.text(0).find(call.text(1), call.has(2) ? placeIn(call, 2) : 0));
 }
 
 void findLast(FML_Call &call) {
@@ -87,14 +88,14 @@ void replace(FML_Call &call) {
         const std::size_t at = text.find(what, from);
         if (at == text.npos)
             break;
-        replaced += text.substr(from, at - from);
-        replaced += with;
+        if (!call.extend(replaced, text.substr(from, at - from)) || !call.extend(replaced, with))
+            return;
         from = at + what.size();
     }
     if (from == 0)
         return call.giveShared(text);
-    replaced += text.substr(from);
-    call.giveText(replaced);
+    if (call.extend(replaced, text.substr(from)))
+        call.giveText(replaced);
 }
 
 void trimSides(FML_Call &call, bool atStart, bool atEnd) {
@@ -150,7 +151,8 @@ void pad(FML_Call &call, int before) {
 void concat(FML_Call &call) {
     std::string all;
     for (std::size_t i = 0; i < call.count(); i++)
-        all += call.textOfAny(i);
+        if (!call.extend(all, call.textOfAny(i)))
+            return;
     call.giveText(all);
 }
 
@@ -241,7 +243,7 @@ void fixed(FML_Call &call) {
 
 void hexadecimal(FML_Call &call) {
     const long value = call.integer(0);
-    if (value < 0)
+    if (value < 0 || static_cast<double>(value) != std::trunc(call.number(0)))
         return call.fail(FML_OUT_OF_RANGE);
     char room[32];
     const auto written = std::to_chars(room, room + sizeof room, value, 16);

@@ -64,8 +64,8 @@ void type(FML_Call &call) {
 }
 
 void item(FML_Call &call) {
-    const long count = call.vector(0).entries();
-    const long index = call.integer(1) < 0 ? count + call.integer(1) : call.integer(1);
+    const int count = call.vector(0).entries();
+    const long index = call.place(1, static_cast<std::size_t>(count));
     if (index < 0 || index >= count)
         return call.fail(FML_OUT_OF_RANGE);
     call.give(call.vector(0).getValue(static_cast<int>(index)));
@@ -91,8 +91,8 @@ void join(FML_Call &call) {
     KIT_NumberText room;
     std::string joined;
     for (int i = 0; i < call.vector(0).entries(); i++) {
-        if (i > 0)
-            joined += call.text(1);
+        if (i > 0 && !call.extend(joined, call.text(1)))
+            return;
         joined += KITformatNumber(call.vector(0).getValue(i), room);
     }
     call.giveText(joined);

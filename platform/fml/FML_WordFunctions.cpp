@@ -43,10 +43,10 @@ void giveWords(FML_Call &call, std::size_t separatorArgument, const Words &words
 
 void word(FML_Call &call) {
     const Words words = splitWords(call, 2);
-    const long count = static_cast<long>(words.size());
-    const long index = call.integer(1) < 0 ? count + call.integer(1) : call.integer(1);
-    call.giveShared(index >= 0 && index < count ? words[static_cast<std::size_t>(index)]
-                                                : std::string_view(""));
+    const long index = call.place(1, words.size());
+    call.giveShared(index >= 0 && index < static_cast<long>(words.size())
+                        ? words[static_cast<std::size_t>(index)]
+                        : std::string_view(""));
 }
 
 void wordFind(FML_Call &call) {
@@ -58,18 +58,18 @@ void wordFind(FML_Call &call) {
 void wordRange(FML_Call &call) {
     const Words words = splitWords(call, 3);
     const long count = static_cast<long>(words.size());
-    const long start = std::clamp(call.integer(1) < 0 ? count + call.integer(1) : call.integer(1), 0L, count);
+    const long start = std::clamp(call.place(1, words.size()), 0L, count);
     const long taken = std::clamp(call.integer(2), 0L, count - start);
     giveWords(call, 3, Words(words.begin() + start, words.begin() + start + taken));
 }
 
 void wordSort(FML_Call &call) {
-    Words words = splitWords(call, 1);
-    const auto isBefore = [](std::string_view a, std::string_view b) {
-        return KIT_String::compareNumberedString(KIT_String(a).c_str(), KIT_String(b).c_str(), true) < 0;
-    };
-    std::sort(words.begin(), words.end(), isBefore);
-    giveWords(call, 1, words);
+    const Words words = splitWords(call, 1);
+    std::vector<std::string> sorted(words.begin(), words.end());   // what is compared ends with a NUL
+    std::sort(sorted.begin(), sorted.end(), [](const std::string &a, const std::string &b) {
+        return KIT_String::compareNumberedString(a.c_str(), b.c_str(), true) < 0;
+    });
+    giveWords(call, 1, Words(sorted.begin(), sorted.end()));
 }
 
 void wordUnique(FML_Call &call) {

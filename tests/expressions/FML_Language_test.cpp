@@ -189,6 +189,7 @@ TEST_F(FML_Language, LongTexts) {
     manager.variables["big"] = big;
     EXPECT_EQ(evaluate("length(\"" + repeated("$big", 64) + "\")"), std::to_string(64 << 20));
     EXPECT_EQ(evaluate("repeat($big, 256) + \"y\""), error(FML_TEXT_TOO_LONG));
+    EXPECT_EQ(evaluate("replace(repeat(\"a\", 1e6), \"a\", $big)"), error(FML_TEXT_TOO_LONG));
 }
 
 TEST_F(FML_Language, FirstErrorStays) {

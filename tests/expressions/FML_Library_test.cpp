@@ -94,6 +94,8 @@ TEST_F(FML_Library, Texts) {
         { "fixed(1, 31)", error(FML_OUT_OF_RANGE) },
         { "hex(255)", "ff" },
         { "hex(-1)", error(FML_OUT_OF_RANGE) },
+        { "hex(2 ^ 53) + hex(15.9)", "20000000000000f" },
+        { "hex(1e17)", error(FML_OUT_OF_RANGE) },
     });
 }
 
