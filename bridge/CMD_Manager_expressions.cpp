@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Joins the command language to the expressions, in both directions: functions through which expressions run commands,
-// find files and test variables, and a type of variables through which a name in an expression is a variable of the
+// Joins the command language to the expressions, in both directions: functions through which expressions run commands
+// and Python, find files and test variables, and a type of variables through which a name in an expression is a variable of the
 // language.
 #include <orvlang/engine/CMD_Manager.h>
 
+#include <orvlang/bridge/CMD_PythonLanguage.h>
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/fml/FML_Function.h>
 #include <orvlang/platform/fml/FML_Symbol.h>
@@ -12,10 +13,13 @@
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/snk/SNK_Language.h>
+#include <orvlang/platform/snk/SNK_Python.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <iostream>
 #include <string_view>
 
 namespace {
@@ -65,6 +69,27 @@ void executeCommand(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, 
     result->value.text = text.steal();
 }
 
+void evaluatePythonText(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    const char *code = textOf(arguments[0]);
+    if (!*code)
+        return;
+    SNK_Result value = SNKrunPythonExpression(code, SNK_Result::String, nullptr);
+    KIT_String &text = value.kind == SNK_Result::Exception ? value.detailText : value.stringValue;
+    if (!text.isEmpty())
+        result->value.text = text.steal();
+}
+
+void evaluatePythonNumber(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    const char *code = textOf(arguments[0]);
+    if (!*code)
+        return;
+    const SNK_Result value = SNKrunPythonExpression(code, SNK_Result::Float, nullptr);
+    if (value.kind == SNK_Result::Float)
+        result->value.number = static_cast<float>(value.doubleValue);
+    else if (value.kind == SNK_Result::Exception)
+        std::cerr << "Error from pythonexprf:\n" << value.detailText << '\n' << std::flush;
+}
+
 void findFile(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
     KIT_PathSearch &search = *KIT_PathSearch::getInstance(theGeneralPath);
     const char *name = arguments[0]->value.text;
@@ -105,8 +130,8 @@ constexpr int theStrings[] = { FML_STRING, FML_STRING };
 /// A function with what `exhelp` tells of it.
 struct BridgeFunction : FML_FUNCTION {
     constexpr BridgeFunction(const char *name, int arguments, int result, FML_EvaluateCallback evaluate,
-                             const char *help)
-        : FML_FUNCTION(FML_VOLATILE, name, arguments, result, theStrings, evaluate, nullptr, nullptr, 1, false),
+                             const char *help, unsigned flags = 0)
+        : FML_FUNCTION(FML_VOLATILE | flags, name, arguments, result, theStrings, evaluate, nullptr, nullptr, 1, false),
           help(help) {}
     const char *help;
 };
@@ -122,6 +147,16 @@ constinit BridgeFunction theFunctions[] = {
     { "executeb", 1, FML_STRING, executeCommand<Capture::BOTH>,
       "executeb(command)\n"
       "Runs a command and gives its output and, behind \" ~~~~ \", its error messages if it has any." },
+    { "pythonexprs", 1, FML_STRING, evaluatePythonText,
+      "pythonexprs(code)\n"
+      "Evaluates a Python expression and gives its value as a text, that of an exception if it raises one.\n"
+      "Refused in safe mode.",
+      FML_UNSAFE },
+    { "pythonexprf", 1, FML_FLOAT, evaluatePythonNumber,
+      "pythonexprf(code)\n"
+      "Evaluates a Python expression and gives its value as a number, 0 if it is none.\n"
+      "Refused in safe mode.",
+      FML_UNSAFE },
     { "run", 1, FML_STRING, executeCommand<Capture::OUTPUT>, "run(command)\nThe same as execute." },
     { "rune", 1, FML_STRING, executeCommand<Capture::ERRORS>, "rune(command)\nThe same as executee." },
     { "runb", 1, FML_STRING, executeCommand<Capture::BOTH>, "runb(command)\nThe same as executeb." },
@@ -216,4 +251,5 @@ void CMD_Manager::initLibraryGlue() {
         fml_AddFunction(&function, function.help);
     fml_SetOptimization(0);
     TRK_Manager::initLibraryGlue();
+    SNKsetLanguage(&CMDgetPythonLanguage());
 }

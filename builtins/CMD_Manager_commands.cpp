@@ -18,6 +18,7 @@ void CMD_Manager::installBaseCommands() {
         { "history", "c", true, cmd_history },
         { "job", "", true, cmd_job },
         { "prompt", "", true, cmd_prompt },
+        { "python", "c", false, cmd_python },   // runs any code
         { "quit", "", true, cmd_quit },
         { "read", "g", true, cmd_read },
         { "set", "uslgp", true, cmd_set },

@@ -9,6 +9,7 @@
 
 #include <unistd.h>
 
+#include <orvlang/bridge/CMD_Python.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 
 #include "ConsoleSignals.h"
@@ -47,6 +48,8 @@ void buildScriptLine(char **words, KIT_WorkBuffer &line) {
 Console::Console(const ConsoleOptions &options)
     : options(options), onTerminal(isatty(STDIN_FILENO)), manager(options.managerName, 1),
       reader(nullptr, nullptr) {
+    for (const ConsoleOptions::PythonCommand &command : options.pythonCommands)
+        manager.installCommand(command.name, command.options, CMDpythonCommandCallback, false);
     manager.setSafeMode(options.safeMode);
 }
 

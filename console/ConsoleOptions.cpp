@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ConsoleOptions.h"
 
+#include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <iostream>
 
 #include <getopt.h>
@@ -15,6 +18,10 @@ Runs a script, or the lines of standard input when there is none.
   -c TEXT     run TEXT, which may have several lines
   -s          safe mode: only commands that are marked safe, no redirection
   -n NAME     name of the command manager (orvlang)
+  -P NAME[=OPTIONS]
+              installs the command NAME, which the Python module
+              orvlang_commands implements; OPTIONS are its option letters,
+              with a `:` behind each that takes a value; repeatable
   --help      show this text
   --version   show the version
 
@@ -42,12 +49,25 @@ ConsoleOptions refused() {
     return ended(2);
 }
 
+/// NAME or NAME=OPTIONS, which is cut in two where it stands. False when Python could have nothing of that name.
+bool addPythonCommand(char *text, std::vector<ConsoleOptions::PythonCommand> &commands) {
+    char *const end = text + std::strcspn(text, "=");
+    const bool isNamed = end != text && !(text[0] >= '0' && text[0] <= '9') &&
+                         std::all_of(text, end, [](char c) { return std::isalnum(c & 0xff) || c == '_'; });
+    if (!isNamed)
+        return false;
+    const char *const options = *end ? end + 1 : end;
+    *end = '\0';
+    commands.push_back({ text, options });
+    return true;
+}
+
 }   // namespace
 
 ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
     ConsoleOptions options;
     // "+": the options end at the script, so that its own arguments are left alone.
-    for (int letter; (letter = getopt_long(argc, argv, "+c:sn:", theLongOptions, nullptr)) != -1;) {
+    for (int letter; (letter = getopt_long(argc, argv, "+c:sn:P:", theLongOptions, nullptr)) != -1;) {
         switch (letter) {
         case 'c':
             options.action = Action::Text;
@@ -58,6 +78,12 @@ ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
             break;
         case 'n':
             options.managerName = optarg;
+            break;
+        case 'P':
+            if (!addPythonCommand(optarg, options.pythonCommands)) {
+                std::cerr << "orvlang: no name for a Python command: " << optarg << "\n";
+                return refused();
+            }
             break;
         case optionHelp:
             std::cout << theHelp;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <vector>
+
 /// What the words behind the program's name ask for. Borrows them from `main`.
 struct ConsoleOptions {
     enum class Action {
@@ -15,7 +17,14 @@ struct ConsoleOptions {
 
     Action action = Action::Lines;
     int status = 0;
+    /// A command written in Python; the texts stay as long as the process.
+    struct PythonCommand {
+        const char *name;
+        const char *options;
+    };
+
     bool safeMode = false;
+    std::vector<PythonCommand> pythonCommands;
     const char *managerName = "orvlang";
     const char *text = nullptr;
     char **words = nullptr;   // the script and its arguments, null-terminated

@@ -3,6 +3,8 @@
 
 #include <atomic>
 
+#include <pthread.h>
+
 #include <orvlang/platform/kit/KIT_Export.h>
 
 /// Lets a person stop what is running. Work is bracketed by opStart and opEnd, brackets may nest, and asks
@@ -14,8 +16,10 @@ public:
     /// interrupted already. An opEnd must follow either way. Least and most value of the progress; data is not used.
     int opStart(const char *, int, int, void *) {
         const int around = depth.load(std::memory_order_relaxed);
-        if (around == 0)
+        if (around == 0) {
+            worker.store(pthread_self(), std::memory_order_relaxed);
             marked.store(false, std::memory_order_relaxed);
+        }
         depth.store(around + 1, std::memory_order_relaxed);
         return !marked.load(std::memory_order_relaxed);
     }
@@ -32,12 +36,25 @@ public:
     void interrupt() {
         if (depth.load(std::memory_order_relaxed) > 0)
             marked.store(true, std::memory_order_relaxed);
+        if (void (*const call)() = listener.load(std::memory_order_acquire))
+            call();
     }
     bool isInterrupted() const { return marked.load(std::memory_order_relaxed); }
+
+    /// Has a function told of each interrupt, also while nothing runs that is marked: for what cannot ask. It is
+    /// called where interrupt is, so it may do only what a signal handler may. Null for none.
+    void setListener(void (*function)()) { listener.store(function, std::memory_order_release); }
+    /// Whether the calling thread runs the work, or nobody does.
+    bool isMine() const {
+        return depth.load(std::memory_order_relaxed) == 0 ||
+               worker.load(std::memory_order_relaxed) == pthread_self();
+    }
 
 private:
     std::atomic<int> depth{ 0 };   // changed only by the thread that runs the work
     std::atomic<bool> marked{ false };
+    std::atomic<pthread_t> worker{};   // of the latest work
+    std::atomic<void (*)()> listener{ nullptr };
     static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
 };
 

@@ -49,7 +49,7 @@ std::string folderOfThisCode() {
 /// in the build tree itself. Empty when there is none.
 const std::string &shareFolder() {
     static KIT_Immortal<const std::string> folder([] {
-        const std::string base = folderOfThisCode();
+        const std::string &base = KIT_PathSearch::getCodeFolder();
         if (!base.empty())
             for (const char *way : { "/../share/orvlang", "/../../share/orvlang", "/share/orvlang" })
                 if (isDirectory(base + way))
@@ -74,6 +74,11 @@ const char *KIT_PathSearch::getHomeOrvane() {
     path.object = environmentText("HOME");
     path.object += path.object.empty() ? ".orvane" : "/.orvane";
     return path.object.c_str();
+}
+
+const std::string &KIT_PathSearch::getCodeFolder() {
+    static KIT_Immortal<const std::string> folder(folderOfThisCode());
+    return folder.object;
 }
 
 int KIT_PathSearch::orvaneFindFile(const char *name, KIT_String &found) {

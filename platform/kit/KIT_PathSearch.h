@@ -24,6 +24,8 @@ public:
     static void rehashAll();
     /// $HOME/.orvane, the folder of the user's own files; `.orvane` when there is no $HOME. Valid until the next call.
     static const char *getHomeOrvane();
+    /// The folder that the library was loaded from, or that of the program which has it inside; no slash at its end.
+    static const std::string &getCodeFolder();
 
     /// Looks for a readable file that is no directory. Non-zero when there is one: found is its name with the
     /// directory in front; otherwise found is left alone. An absolute name is tested as it is. The name may be the

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/bridge/CMD_PythonLanguage.h>
+
+#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_OStrStream.h>
+#include <orvlang/platform/snk/SNK_Language.h>
+
+namespace {
+
+CMD_Manager &manager() {
+    return *CMD_Manager::getContext();
+}
+
+const char *refusal() {
+    if (!CMD_Manager::getContextExists())
+        return "there is no command manager";
+    if (!KITgetInterrupt()->isMine())
+        return "the command language runs on another thread";
+    return nullptr;
+}
+
+/// The status that was there before stays: the statement that called Python has one of its own.
+int execute(const char *text, const SNK_TextTaker &output, const SNK_TextTaker &errors) {
+    CMD_Manager &runner = manager();
+    const int statusBefore = runner.getStatusCode();
+    KIT_OStrStream out, err;
+    runner.echoOff();
+    runner.execute(text, 0, &out, &err, 1, true);
+    runner.echoOn();
+    const int status = runner.getStatusCode();
+    runner.setStatusCode(statusBefore);
+    output(out.view().data(), out.view().size());
+    errors(err.view().data(), err.view().size());
+    return status;
+}
+
+bool getVariable(const char *name, const SNK_TextTaker &value) {
+    KIT_String text;
+    if (!manager().getVariable(name, text))
+        return false;
+    value(text.c_str(), text.length());
+    return true;
+}
+
+bool setVariable(const char *name, const char *value, bool local) {
+    if (!manager().isVariableNameOk(name))
+        return false;
+    manager().setVariable(name, value, local, 0);
+    return true;
+}
+
+void listVariables(const SNK_TextTaker &name) {
+    KIT_StringArray names;
+    manager().getVariableNames(names, 0);
+    for (const char *text : names)
+        name(text, std::char_traits<char>::length(text));
+}
+
+}   // namespace
+
+const SNK_Language &CMDgetPythonLanguage() {
+    static constexpr SNK_Language language = {
+        refusal,
+        execute,
+        getVariable,
+        setVariable,
+        [](const char *name) { manager().unsetVariable(name); },
+        listVariables,
+    };
+    return language;
+}

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/snk/SNK_Component.h>
+
+#include <atomic>
+#include <iostream>
+#include <vector>
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_Exit.h>
+#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_PathSearch.h>
+#include <orvlang/platform/kit/KIT_StandardInput.h>
+#include <orvlang/platform/kit/KIT_Thread.h>
+#include <orvlang/platform/osl/OSL_System.h>
+#include <orvlang/platform/snk/SNK_ComponentTable.h>
+
+#define SNK_TEXT_OF(name) #name
+#define SNK_NAME_OF(macro) SNK_TEXT_OF(macro)
+
+namespace {
+
+// Python counts its own depth and stops at a thousand calls; with them its C code needs less than this.
+constexpr size_t theStackReserve = 512 * 1024;
+
+constexpr const char *theFileName = "liborvlang_python.so";
+
+std::atomic<const SNK_Language *> theLanguage{ nullptr };
+
+std::string reasonOfLoader() {
+    const char *const text = dlerror();
+    return text ? text : "unknown error of the loader";
+}
+
+/// Where modules are looked up behind everything else. Like plug-in libraries they are code, so that folders which
+/// follow the user's working folder are left out. The texts stay for good.
+const char *const *moduleFolders() {
+    static KIT_Immortal<std::vector<std::string>> folders;
+    static KIT_Immortal<std::vector<const char *>> table;
+    for (const std::string &directory : KIT_PathSearch::getInstance(0)->getTrustedDirectories())
+        folders.object.push_back(directory + "/python");
+    for (const std::string &folder : folders.object)
+        table.object.push_back(folder.c_str());
+    table.object.push_back(nullptr);
+    return table.object.data();
+}
+
+void flushStreams() {
+    std::cout.flush();
+    std::cerr.flush();
+    std::clog.flush();
+}
+
+bool isInterrupted() {
+    const KIT_Interrupt &interrupt = *KITgetInterrupt();
+    return interrupt.isMine() && interrupt.isInterrupted();
+}
+
+bool readLine(const SNK_TextTaker &line) {
+    KIT_StandardInput &input = KIT_StandardInput::inst();
+    std::string text;
+    if (!input.readLine(text))
+        return false;
+    text += '\n';
+    line(text.data(), text.size());
+    return true;
+}
+
+/// The component, in the library's own tree or, for a program that has the library inside, in the one around it.
+std::string findFile() {
+    const std::string &folder = KIT_PathSearch::getCodeFolder();
+    for (const char *way : { "/orvlang/", "/../lib/orvlang/" }) {
+        const std::string path = folder + way + theFileName;
+        if (OSLsystem().access(path.c_str(), R_OK) == 0)
+            return path;
+    }
+    return {};
+}
+
+const SNK_ComponentTable *load(std::string &failure) {
+    const std::string path = findFile();
+    if (path.empty()) {
+        failure =
+            std::string(theFileName) + " is not installed in " + KIT_PathSearch::getCodeFolder() + "/orvlang";
+        return nullptr;
+    }
+    // Visible to all: the modules of Python that are shared objects themselves are not linked with it.
+    if (!dlopen(ORVLANG_PYTHON_LIBRARY, RTLD_NOW | RTLD_GLOBAL)) {
+        failure = reasonOfLoader();
+        return nullptr;
+    }
+    void *const component = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    void *const start = component ? dlsym(component, SNK_NAME_OF(SNK_START_FUNCTION)) : nullptr;
+    if (!start) {
+        failure = reasonOfLoader();
+        return nullptr;
+    }
+    static const SNK_ComponentHost host = { moduleFolders(), flushStreams, isInterrupted, readLine,
+                                            [] { return theLanguage.load(); } };
+    const auto take = [](void *target, const char *text, size_t length) {
+        static_cast<std::string *>(target)->assign(text, length);
+    };
+    return reinterpret_cast<SNK_StartFunction *>(start)(host, { &failure, take });
+}
+
+/// The component once it was looked for.
+struct Component {
+    Component() : table(load(failure)) {
+        if (!table)
+            return;
+        KITgetInterrupt()->setListener(table->interrupt);
+        KIT_Exit::addExitCallback([](void *data) { static_cast<const SNK_ComponentTable *>(data)->finish(); },
+                                  const_cast<SNK_ComponentTable *>(table));
+    }
+
+    std::string failure;               // before what fills it in
+    const SNK_ComponentTable *table;   // null with a failure
+};
+
+}   // namespace
+
+void SNKsetLanguage(const SNK_Language *language) {
+    theLanguage = language;
+}
+
+const SNK_ComponentTable *SNK_Component::get(std::string *reason) {
+    // Before loading, which takes stack as well.
+    if (KIT_Thread::stackLeft() < theStackReserve) {
+        if (reason)
+            *reason = "RecursionError: the stack has no room left for Python";
+        return nullptr;
+    }
+    static KIT_Immortal<const Component> component{ Component() };
+    if (!component.object.table && reason)
+        *reason = "Python is not available: " + component.object.failure;
+    return component.object.table;
+}

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+struct SNK_ComponentTable;
+
+/// The component around Python. It lies in the folder `orvlang` beside the library and is loaded, with Python's own
+/// library, when it is first asked for, so that a host without Python pays nothing.
+class SNK_Component {
+public:
+    /// Null when Python cannot run now: `reason`, unless null, is then the text to show.
+    static const SNK_ComponentTable *get(std::string *reason = nullptr);
+};

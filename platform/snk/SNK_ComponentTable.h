@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <orvlang/platform/snk/SNK_Language.h>
+
+// The seam between the library and the component around Python, a shared object that is loaded at the first use. Each
+// side knows of the other these tables of plain functions and nothing else, so that neither needs the other's symbols.
+
+/// What the component can ask of the library.
+struct SNK_ComponentHost {
+    /// Folders that modules are looked up in behind all others; ended by null.
+    const char *const *folders;
+    /// Flushes the standard streams of C++.
+    void (*flush)();
+    /// Whether the work of the calling thread was interrupted.
+    bool (*isInterrupted)();
+    /// A line of standard input with its newline; false at the end, and when an interrupt stopped the waiting.
+    bool (*readLine)(const SNK_TextTaker &line);
+    /// The language offered at present, or null.
+    const SNK_Language *(*language)();
+};
+
+/// What the library can ask of the component. All but interrupt take the interpreter lock themselves. The runs give
+/// the kind of the result (SNK_Result::Type), and hand out its texts: the value, the entries, or the exception in
+/// short and in full.
+struct SNK_ComponentTable {
+    int (*runExpression)(const char *code, int wanted, double &number, const SNK_TextTaker &texts);
+    int (*runStatements)(const char *code, const SNK_TextTaker &texts);
+    int (*runFile)(int argc, char **argv, const SNK_TextTaker &texts);
+    int (*lock)();
+    void (*unlock)(int state);
+    /// Raises KeyboardInterrupt in the code that runs, if any does. May be called from a signal handler.
+    void (*interrupt)();
+    /// Runs what Python code has registered for the end of the process.
+    void (*finish)();
+};
+
+/// Starts the interpreter and gives the table; null, with the reason, when that fails. The host stays for good.
+using SNK_StartFunction = const SNK_ComponentTable *(const SNK_ComponentHost &host,
+                                                     const SNK_TextTaker &reason);
+
+/// The name that the component exports it by. The number changes with the tables: a component that was made for
+/// others is refused, not misread.
+#define SNK_START_FUNCTION SNKstartPython1

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "SNK_PythonReference.h"
+
+#include <string>
+
+#include <orvlang/platform/snk/SNK_ComponentTable.h>
+
+/// The interpreter of the process and what the component keeps in it.
+class SNK_Interpreter {
+public:
+    /// Starts Python, unless the program has done so before, and prepares it. False, with the reason, when that fails;
+    /// it is not to be tried again. Leaves the interpreter lock free.
+    static bool start(const SNK_ComponentHost &host, std::string &reason);
+
+    static const SNK_ComponentHost &host();
+    /// The namespace of `__main__`, borrowed.
+    static PyObject *mainNamespace();
+    /// Calls a function of support.py; takes over its argument, if it has one. Empty, with an exception set, when it fails.
+    static SNK_PythonReference support(const char *function, SNK_PythonReference argument = {});
+
+    /// Flushes sys.stdout and sys.stderr; false, with an exception set, when one of them does not take its text.
+    static bool flush();
+    /// Whether the calling thread is inside of a call that the library made.
+    static bool isInsideCall();
+    /// Raises KeyboardInterrupt in the innermost call that runs. May be called from a signal handler.
+    static void interrupt();
+
+    /// One call of the library into Python, with the interpreter lock.
+    class Call {
+    public:
+        Call();
+        ~Call();
+        Call(const Call &) = delete;
+        Call &operator=(const Call &) = delete;
+
+    private:
+        const PyGILState_STATE state;
+    };
+};

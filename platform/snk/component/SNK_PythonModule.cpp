@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "SNK_PythonModule.h"
+
+#include <string>
+
+#include <structseq.h>
+
+#include "SNK_Interpreter.h"
+
+namespace {
+
+PyObject *theError = nullptr;             // the class orvlang.Error
+PyTypeObject *theExecuteType = nullptr;   // what execute gives; both stay for good
+
+/// The language, when the calling thread may use it now; otherwise null, with orvlang.Error set.
+const SNK_Language *language() {
+    const SNK_Language *const found = SNK_Interpreter::host().language();
+    const char *refusal = "there is no command language in this program";
+    if (found && !SNK_Interpreter::isInsideCall())
+        refusal = "the command language can't be used from a thread that it did not call";
+    else if (found)
+        refusal = found->refusal();
+    if (!refusal)
+        return found;
+    PyErr_SetString(theError, refusal);
+    return nullptr;
+}
+
+/// Takes texts into a string, one behind the other.
+SNK_TextTaker into(std::string &text) {
+    return { &text, [](void *target, const char *part, size_t length) {
+                static_cast<std::string *>(target)->append(part, length);
+            } };
+}
+
+PyObject *decode(const std::string &text) {
+    return PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), nullptr);
+}
+
+/// Behind something that took time without the lock: true when an interrupt came meanwhile, with the exception set.
+/// Code of Python inside may have caught that interrupt; the work it was meant for ends all the same.
+bool wasInterrupted() {
+    if (PyErr_CheckSignals() != 0)
+        return true;
+    if (!SNK_Interpreter::host().isInterrupted())
+        return false;
+    PyErr_SetNone(PyExc_KeyboardInterrupt);
+    return true;
+}
+
+PyObject *makeExecuteResult(const std::string &output, const std::string &errors, int status) {
+    SNK_PythonReference result(PyStructSequence_New(theExecuteType));
+    if (!result)
+        return nullptr;
+    PyStructSequence_SetItem(result, 0, decode(output));
+    PyStructSequence_SetItem(result, 1, decode(errors));
+    PyStructSequence_SetItem(result, 2, PyLong_FromLong(status));
+    return PyErr_Occurred() ? nullptr : result.release();
+}
+
+PyObject *execute(PyObject *, PyObject *arguments) {
+    const char *text = nullptr;
+    if (!PyArg_ParseTuple(arguments, "s:execute", &text))
+        return nullptr;
+    const SNK_Language *const target = language();
+    if (!target || !SNK_Interpreter::flush())
+        return nullptr;
+    std::string output, errors;
+    int status = 0;
+    // The language can take long; other threads of Python go on meanwhile.
+    Py_BEGIN_ALLOW_THREADS status = target->execute(text, into(output), into(errors));
+    SNK_Interpreter::host().flush();
+    Py_END_ALLOW_THREADS return wasInterrupted() ? nullptr : makeExecuteResult(output, errors, status);
+}
+
+PyObject *get(PyObject *, PyObject *arguments, PyObject *keywords) {
+    static const char *names[] = { "name", "default", nullptr };
+    const char *name = nullptr;
+    PyObject *missing = Py_None;
+    if (!PyArg_ParseTupleAndKeywords(arguments, keywords, "s|O:get", const_cast<char **>(names), &name,
+                                     &missing))
+        return nullptr;
+    const SNK_Language *const target = language();
+    if (!target)
+        return nullptr;
+    std::string value;
+    return target->getVariable(name, into(value)) ? decode(value) : Py_NewRef(missing);
+}
+
+PyObject *set(PyObject *, PyObject *arguments, PyObject *keywords) {
+    static const char *names[] = { "name", "value", "local", nullptr };
+    const char *name = nullptr;
+    PyObject *value = nullptr;
+    int local = 0;
+    if (!PyArg_ParseTupleAndKeywords(arguments, keywords, "sO|$p:set", const_cast<char **>(names), &name,
+                                     &value, &local))
+        return nullptr;
+    const SNK_PythonReference text(PyObject_Str(value));
+    const char *bytes = nullptr;
+    if (!text || !PyArg_Parse(text, "s", &bytes))
+        return nullptr;
+    const SNK_Language *const target = language();
+    if (!target)
+        return nullptr;
+    if (!target->setVariable(name, bytes, local != 0))
+        return PyErr_Format(theError, "no name for a variable: %s", name);
+    Py_RETURN_NONE;
+}
+
+PyObject *unset(PyObject *, PyObject *arguments) {
+    const char *name = nullptr;
+    if (!PyArg_ParseTuple(arguments, "s:unset", &name))
+        return nullptr;
+    const SNK_Language *const target = language();
+    if (!target)
+        return nullptr;
+    target->unsetVariable(name);
+    Py_RETURN_NONE;
+}
+
+PyObject *listNames(PyObject *, PyObject *) {
+    const SNK_Language *const target = language();
+    SNK_PythonReference list(target ? PyList_New(0) : nullptr);
+    if (!list)
+        return nullptr;
+    const auto take = [](void *names, const char *text, size_t length) {
+        const SNK_PythonReference name(PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(length), nullptr));
+        if (name)
+            PyList_Append(static_cast<PyObject *>(names), name);
+    };
+    target->listVariables({ static_cast<PyObject *>(list), take });
+    return PyErr_Occurred() ? nullptr : list.release();
+}
+
+/// A line of standard input; empty at its end. Without a language nobody else reads, so any thread may.
+PyObject *readLine(PyObject *, PyObject *) {
+    const SNK_ComponentHost &host = SNK_Interpreter::host();
+    if (host.language() && !language())
+        return nullptr;
+    std::string line;
+    Py_BEGIN_ALLOW_THREADS host.readLine(into(line));
+    Py_END_ALLOW_THREADS if (wasInterrupted()) return nullptr;
+    return PyUnicode_DecodeUTF8(line.data(), static_cast<Py_ssize_t>(line.size()), "surrogateescape");
+}
+
+template <typename Function>
+PyCFunction asFunction(Function function) {
+    return reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(function));
+}
+
+PyMethodDef theFunctions[] = {
+    { "execute", execute, METH_VARARGS,
+      "execute(text)\n--\n\n"
+      "Runs text of the command language. The result holds .output and .error, what it wrote, and .status, "
+      "that of its\n"
+      "last statement." },
+    { "get", asFunction(get), METH_VARARGS | METH_KEYWORDS,
+      "get(name, default=None)\n--\n\nThe value of a variable of the language, a str; default when there is "
+      "none." },
+    { "set", asFunction(set), METH_VARARGS | METH_KEYWORDS,
+      "set(name, value, *, local=False)\n--\n\n"
+      "Sets a variable of the language to str(value): a global one, or a local of the current script." },
+    { "unset", unset, METH_VARARGS, "unset(name)\n--\n\nRemoves a variable of the language." },
+    { "_names", listNames, METH_NOARGS, nullptr },
+    { "_read_line", readLine, METH_NOARGS, nullptr },
+    {},
+};
+
+PyModuleDef theModule = {
+    PyModuleDef_HEAD_INIT,
+    "orvlang",
+    "The command language of the program that this Python runs in.",
+    -1,
+    theFunctions,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+};
+
+PyStructSequence_Field theFields[] = {
+    { "output", "what was written to the output stream" },
+    { "error", "what was written to the error stream" },
+    { "status", "of the last statement" },
+    {},
+};
+PyStructSequence_Desc theExecuteResult = { "orvlang.Result", "What execute gives.", theFields, 3 };
+
+}   // namespace
+
+SNK_PythonReference SNKmakePythonModule() {
+    SNK_PythonReference module(PyModule_Create(&theModule));
+    theError =
+        PyErr_NewExceptionWithDoc("orvlang.Error", "The language refuses what is asked.", nullptr, nullptr);
+    theExecuteType = PyStructSequence_NewType(&theExecuteResult);
+    if (!module || !theError || !theExecuteType || PyModule_AddObjectRef(module, "Error", theError) != 0 ||
+        PyModule_AddObjectRef(module, "Result", reinterpret_cast<PyObject *>(theExecuteType)) != 0)
+        return {};
+    return module;
+}

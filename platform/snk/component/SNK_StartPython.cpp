@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the component offers: each call goes through SNK_Interpreter::Call, runs its code in `__main__`, hands out what
+// came of it and flushes Python's streams. Exceptions of Python end here.
+#include <cstring>
+#include <string>
+
+#include <orvlang/platform/snk/SNK_Result.h>
+
+#include "SNK_Interpreter.h"
+#include "SNK_PythonValue.h"
+
+namespace {
+
+/// Runs one call: `work` gives a kind, or a negative number with an exception set.
+template <typename Work>
+int run(const SNK_TextTaker &texts, Work work) {
+    const SNK_ComponentHost &host = SNK_Interpreter::host();
+    host.flush();
+    const SNK_Interpreter::Call call;
+    int kind = -1;
+    if (host.isInterrupted())
+        PyErr_SetNone(PyExc_KeyboardInterrupt);
+    else
+        kind = work();
+    if (kind < 0)
+        kind = SNKgiveException(texts);
+    if (SNK_Interpreter::flush())
+        return kind;
+    // What was printed is not lost silently; but the first thing that went wrong is what is told.
+    if (kind != SNK_Result::None) {
+        PyErr_Clear();
+        return kind;
+    }
+    return SNKgiveException(texts);
+}
+
+SNK_PythonReference evaluate(PyObject *code) {
+    PyObject *const space = SNK_Interpreter::mainNamespace();
+    return SNK_PythonReference(code ? PyEval_EvalCode(code, space, space) : nullptr);
+}
+
+SNK_PythonReference evaluate(const char *code, int start) {
+    // The compiler would tell nothing but that the text is wrong.
+    if (!SNK_PythonReference(PyUnicode_DecodeUTF8(code, static_cast<Py_ssize_t>(std::strlen(code)), nullptr)))
+        return {};
+    PyCompilerFlags flags = _PyCompilerFlags_INIT;
+    flags.cf_flags = PyCF_SOURCE_IS_UTF8 | PyCF_IGNORE_COOKIE;
+    return evaluate(SNK_PythonReference(Py_CompileStringFlags(code, "<string>", start, &flags)));
+}
+
+int runExpression(const char *code, int wanted, double &number, const SNK_TextTaker &texts) {
+    return run(texts, [&] {
+        // As eval does: blanks in front are no indentation.
+        const SNK_PythonReference value = evaluate(code + std::strspn(code, " \t"), Py_eval_input);
+        return value ? SNKgiveValue(value, wanted, number, texts) : -1;
+    });
+}
+
+int runStatements(const char *code, const SNK_TextTaker &texts) {
+    return run(texts, [&] { return evaluate(code, Py_file_input) ? int(SNK_Result::None) : -1; });
+}
+
+/// The words as a list of Python; what is no UTF-8 in them survives as Python has it with names of files.
+SNK_PythonReference makeWords(int argc, char **argv) {
+    SNK_PythonReference words(PyList_New(argc));
+    for (int i = 0; words && i < argc; ++i) {
+        PyObject *const word = PyUnicode_DecodeFSDefault(argv[i]);
+        if (!word)
+            return {};
+        PyList_SET_ITEM((PyObject *)words, i, word);
+    }
+    return words;
+}
+
+/// Undoes what begin_script did, and keeps the exception that is set.
+void endScript(SNK_PythonReference saved) {
+    PyObject *type, *value, *traceback;
+    PyErr_Fetch(&type, &value, &traceback);
+    if (!SNK_Interpreter::support("end_script", std::move(saved)))
+        PyErr_WriteUnraisable(nullptr);
+    PyErr_Restore(type, value, traceback);
+}
+
+int runFile(int argc, char **argv, const SNK_TextTaker &texts) {
+    return run(texts, [&] {
+        SNK_PythonReference words = makeWords(argc, argv);
+        if (!words)
+            return -1;
+        const SNK_PythonReference begun = SNK_Interpreter::support("begin_script", std::move(words));
+        PyObject *code = nullptr, *saved = nullptr;   // borrowed
+        if (!begun || !PyArg_ParseTuple(begun, "OO", &code, &saved))
+            return -1;
+        const bool done = static_cast<bool>(evaluate(code));
+        endScript(SNK_PythonReference::share(saved));
+        return done ? int(SNK_Result::None) : -1;
+    });
+}
+
+int lock() {
+    return PyGILState_Ensure();
+}
+
+void unlock(int state) {
+    PyGILState_Release(static_cast<PyGILState_STATE>(state));
+}
+
+/// The interpreter itself stays: threads of Python may be running, and waiting for them could take for ever.
+void finish() {
+    const SNK_Interpreter::Call call;
+    if (!SNK_Interpreter::support("finish"))
+        PyErr_WriteUnraisable(nullptr);
+}
+
+}   // namespace
+
+extern "C" CMD_API SNK_StartFunction SNK_START_FUNCTION;
+
+const SNK_ComponentTable *SNK_START_FUNCTION(const SNK_ComponentHost &host, const SNK_TextTaker &reason) {
+    static constexpr SNK_ComponentTable table = { runExpression, runStatements, runFile,
+                                                  lock,          unlock,        SNK_Interpreter::interrupt,
+                                                  finish };
+    std::string text;
+    if (SNK_Interpreter::start(host, text))
+        return &table;
+    reason(text.data(), text.size());
+    return nullptr;
+}
