@@ -257,6 +257,9 @@ public:
     int evaluateCondition(int argc, const char *const argv[]);
     int evaluateCondition(const char *text);
 
+    /// The callback of `python`, for a host that offers it under a name of its own.
+    static void cmd_python(CMD_Args &args);
+
 protected:
     bool getVariableString(const char *name, KIT_String &value, int &flags, int thread) override;
 
