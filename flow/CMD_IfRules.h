@@ -33,8 +33,6 @@ public:
         }
     }
 
-    /// Whether a statement `else if` evaluates its condition.
-    static constexpr bool asksElseIf(CMD_IfState state) { return state == CMD_IF_FALSE; }
     /// The state behind an `else`, which is an error in state CMD_IF_NONE.
     static constexpr CMD_IfState afterElse(CMD_IfState state) {
         return state == CMD_IF_TRUE ? CMD_IF_DONE : state == CMD_IF_FALSE ? CMD_IF_TRUE : state;
