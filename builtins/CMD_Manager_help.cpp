@@ -89,9 +89,9 @@ void CMD_Manager::searchHelp(KIT_PtrArray<CMD_Command *> &found, const char *fil
     wanted.toLower();
     for (const char *path : findHelpFiles(filename)) {
         CMDsearchHelpFile(path, wanted.view(), [&](const char *heading) {
-            const int index = findCommand(heading, 1);
-            if (index >= 0)
-                found.append((*commandList)[index]);
+            CMD_Command *command = nullptr;
+            if (findCommand(heading, 1, &command) == commandFound)
+                found.append(command);
         });
     }
     found.sort([](const CMD_Command *a, const CMD_Command *b) {

@@ -49,7 +49,7 @@ void CMD_Manager::cmd_alias(CMD_Args &args) {
             args.out() << value << std::endl;
         return;
     }
-    if (manager.findCommand(alias, 1) >= 0)
+    if (manager.findCommand(alias, 1) == commandFound)
         args.err(1) << "Warning:  alias for '" << alias << "' overrides internal command\n";
     KIT_WorkBuffer text;
     CMDjoinArgs(args, 2, text);

@@ -1,9 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/engine/CMD_Command.h>
 
+#include <string_view>
+
 #include <orvlang/platform/kit/KIT_DSO.h>
 
 CMD_Command::CMD_Command(const char *commandName, const char *optionString, CMD_CommandCallback body,
-                         bool isSafeCommand)
+                         bool isSafeCommand, CMD_Command *overridden)
     : name(commandName), options(optionString), dsoLocation(KIT_DSO::getRunningFile()), callback(body),
-      safe(isSafeCommand) {}
+      chainCommand(overridden), safe(isSafeCommand) {}
+
+CMD_Command *CMD_Command::findTwin(const CMD_Command &wanted) {
+    const auto isTwin = [&](const CMD_Command &other) {
+        return other.callback == wanted.callback && other.safe == wanted.safe &&
+               other.chainCommand == wanted.chainCommand && std::string_view(other.options) == wanted.options &&
+               other.dsoLocation == wanted.dsoLocation;
+    };
+    CMD_Command *twin = this;
+    while (twin && !isTwin(*twin))
+        twin = twin->older;
+    return twin;
+}

@@ -29,16 +29,25 @@ public:
     bool isSafe() const { return safe; }
 
 private:
+    friend class CMD_CommandList;
     friend class CMD_Manager;
 
-    CMD_Command(const char *name, const char *options, CMD_CommandCallback callback, bool safe);
+    CMD_Command(const char *name, const char *options, CMD_CommandCallback callback, bool safe,
+                CMD_Command *chainCommand);
     ~CMD_Command() = default;
+
+    /// A command that was made before and is the same in everything, looked for from this one on; null if none.
+    ///
+    /// A program that makes one manager of a name after the other installs the same commands again and again.
+    CMD_Command *findTwin(const CMD_Command &wanted);
 
     const char *name;      // borrowed
     const char *options;   // borrowed
     KIT_String dsoLocation;
     CMD_CommandCallback callback;
-    CMD_Command *chainCommand = nullptr;   // borrowed; lives as long as this one: for ever
-    int index = -1;                        // place in the command list, good only while that is sorted
+    CMD_Command *chainCommand;   // borrowed; lives as long as this one: for ever
+    CMD_Command *older =
+        nullptr;      // borrowed; the one of this name that any manager made before, overridden or not
+    int index = -1;   // place in the command list, of the command that is in it
     bool safe;
 };

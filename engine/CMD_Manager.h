@@ -17,12 +17,12 @@
 
 class CMD_AliasTable;
 class CMD_Args;
+class CMD_CommandList;
 class CMD_Loop;
 class CMD_Source;
 class CMD_VariableTable;
 class KIT_SymbolTable;
 class TRK_AutoEventHandler;
-struct CMD_CommandList;
 struct CMD_StatementFrame;
 
 /// The object that a host creates to have a command language.
@@ -274,8 +274,8 @@ private:
         modeSafe = 8,
         modeBrowser = 16,
     };
-    /// What findCommand gives instead of an index.
-    enum : int { commandMissing = -1, commandAmbiguous = -2, commandUnsafe = -3 };
+    /// What findCommand gives.
+    enum : int { commandFound = 0, commandMissing = -1, commandAmbiguous = -2, commandUnsafe = -3 };
 
     using SourceRef = std::shared_ptr<CMD_Source>;
 
@@ -328,12 +328,8 @@ private:
     void reportLateErrors();
     void updateStatusVariable();
 
-    void overrideCommand(CMD_Command &overridden, CMD_Command &command);
-    void appendCommand(CMD_Command &command);
-    CMD_Command *findTwin(const CMD_Command &wanted) const;
     CMD_Command *ownCommand(std::string_view name) const;
-    int findCommand(std::string_view name, int exact) const;
-    void sortCommands() const;
+    int findCommand(std::string_view name, int exact, CMD_Command **command = nullptr) const;
     bool findScript(KIT_String &path) const;
     void breakAllSources();
     void reportNestingTooDeep();
@@ -341,7 +337,7 @@ private:
     void setReadVariables(std::string_view line);
     void setArgumentVariables(const CMD_Args &args);
     void pushSource(SourceRef source);
-    void updateNoAliasVariable();
+    void updateNoAliasVariable(size_t place);
 
     void pushStandardOut(std::ostream *stream);
     void pushStandardErr(std::ostream *stream);

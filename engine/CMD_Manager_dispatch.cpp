@@ -205,20 +205,19 @@ CMD_Command *CMD_Manager::resolveCommand(CMD_StatementFrame &frame) {
     for (int i = 0; i < frame.words.argc(); ++i)
         args.setArgument(i, frame.words[i]);
     const char *word = args.argv(0);
-    int index = findCommand(word, 0);
-    if (index == commandMissing) {
+    CMD_Command *command = nullptr;
+    const int result = findCommand(word, 0, &command);
+    if (result == commandMissing) {
         // A word that is no command but names a script sources it.
         KIT_String path = word;
-        if (findScript(path) && (index = findCommand("cmdread", 0)) >= 0)
+        if (findScript(path) && findCommand("cmdread", 0, &command) == commandFound)
             args.insertFront("cmdread");
-        else
-            index = commandMissing;
     }
-    if (index >= 0)
-        return (*commandList)[index];
-    if (index == commandUnsafe)
+    if (command)
+        return command;
+    if (result == commandUnsafe)
         getError(1) << "Command '" << word << "' is not a safe command and cannot be run\n\r";
-    else if (index == commandAmbiguous)
+    else if (result == commandAmbiguous)
         getError(1) << "Command '" << word << "' not specific enough\n\r";
     else
         getError(1) << "Unknown command: " << word << "\n\r";

@@ -36,44 +36,14 @@ void CMD_Manager::installCommand(const char *commandName, const char *options, C
         return;
     if (!options)
         options = "";
-    CMD_Command *overridden = ownCommand(commandName);
-    const CMD_Command wanted(commandName, options, callback, safe);
-    CMD_Command *command = overridden ? nullptr : findTwin(wanted);
+    const CMD_Command wanted(commandName, options, callback, safe, ownCommand(commandName));
+    CMD_Command *newest = commandList->find(commandName);
+    CMD_Command *command = newest ? newest->findTwin(wanted) : nullptr;
     if (!command) {
         command = new CMD_Command(wanted);
-        if (overridden)
-            overrideCommand(*overridden, *command);
-        else
-            appendCommand(*command);
+        commandList->put(*command, newest);
     }
     commandTable->addSymbol(commandName, KIT_Thing(command));
-}
-
-void CMD_Manager::overrideCommand(CMD_Command &overridden, CMD_Command &command) {
-    command.chainCommand = &overridden;
-    command.index = overridden.index;
-    (*commandList)[command.index] = &command;
-    commandList->newest.addSymbol(command.name, KIT_Thing(&command));
-}
-
-void CMD_Manager::appendCommand(CMD_Command &command) {
-    command.index = commandList->entries();
-    commandList->append(&command);
-    commandList->sorted = false;
-    commandList->newest.addSymbol(command.name, KIT_Thing(&command));
-}
-
-// Lists outlive their managers. A program that makes one manager of a name after the other would otherwise see
-// the list grow for ever, and each abbreviation become ambiguous.
-CMD_Command *CMD_Manager::findTwin(const CMD_Command &wanted) const {
-    KIT_Thing thing;
-    if (!commandList->newest.findSymbol(wanted.name, thing))
-        return nullptr;
-    auto *other = thing.as<CMD_Command>();
-    const bool isTwin = other->callback == wanted.callback && other->safe == wanted.safe &&
-                        std::string_view(other->options) == wanted.options &&
-                        other->dsoLocation == wanted.dsoLocation;
-    return isTwin ? other : nullptr;
 }
 
 CMD_Command *CMD_Manager::ownCommand(std::string_view commandName) const {
@@ -81,48 +51,37 @@ CMD_Command *CMD_Manager::ownCommand(std::string_view commandName) const {
     return commandTable->findSymbol(commandName, thing) ? thing.as<CMD_Command>() : nullptr;
 }
 
-int CMD_Manager::findCommand(std::string_view commandName, int exact) const {
-    sortCommands();
-    const CMD_Command *found = ownCommand(commandName);
+int CMD_Manager::findCommand(std::string_view commandName, int exact, CMD_Command **command) const {
+    CMD_Command *found = ownCommand(commandName);
     if (!found) {
         if (exact)
             return commandMissing;
-        const auto begins = [&](const CMD_Command *command) {
-            return nameOf(command).starts_with(commandName);
-        };
+        commandList->sort();
+        const auto begins = [&](const CMD_Command *other) { return nameOf(other).starts_with(commandName); };
         const auto end = commandList->end();
-        auto place = std::lower_bound(commandList->begin(), end, commandName, nameIsBelow);
+        const auto place = std::lower_bound(commandList->begin(), end, commandName, nameIsBelow);
         if (place == end || !begins(*place))
             return commandMissing;
-        const std::string_view fullName = nameOf(*place);
-        // An earlier manager of this name may have left a command of the same name: that is no second candidate.
-        const auto other =
-            std::find_if(place, end, [&](CMD_Command *next) { return nameOf(next) != fullName; });
-        if (other != end && begins(*other))
+        if (place + 1 != end && begins(place[1]))
             return commandAmbiguous;
-        const CMD_Command *own = ownCommand(fullName);
+        CMD_Command *own = ownCommand(nameOf(*place));
         found = own ? own : *place;
     }
-    return isInSafeMode() && !found->isSafe() ? commandUnsafe : found->index;
-}
-
-void CMD_Manager::sortCommands() const {
-    if (commandList->sorted)
-        return;
-    commandList->sort([](const CMD_Command *a, const CMD_Command *b) { return nameOf(a).compare(nameOf(b)); });
-    int index = 0;
-    for (CMD_Command *command : *commandList)
-        command->index = index++;
-    commandList->sorted = true;
+    if (isInSafeMode() && !found->isSafe())
+        return commandUnsafe;
+    if (command)
+        *command = found;
+    return commandFound;
 }
 
 int CMD_Manager::isCommandDefined(const char *commandName) {
-    return commandName && findCommand(commandName, 1) >= 0 ? 1 : 0;
+    return commandName && findCommand(commandName, 1) == commandFound ? 1 : 0;
 }
 
 const char *CMD_Manager::getOptions(const char *commandName) {
-    const int index = commandName ? findCommand(commandName, 0) : commandMissing;
-    return index < 0 ? nullptr : (*commandList)[index]->getOptions();
+    CMD_Command *command = nullptr;
+    const bool found = commandName && findCommand(commandName, 0, &command) == commandFound;
+    return found ? command->getOptions() : nullptr;
 }
 
 void CMD_Manager::getDSOCommands(KIT_PtrArray<CMD_Command *> &list) {

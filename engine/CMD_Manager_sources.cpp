@@ -68,7 +68,7 @@ CMD_Source *CMD_Manager::popSource(int complain) {
             closeChannelBlock();
         }
     }
-    noAliasActive = getSource()->aliasesOff ? 1 : 0;
+    updateNoAliasVariable(sourceStack.size() - 1);
     return getSource();
 }
 

@@ -39,11 +39,11 @@ bool CMD_Manager::isLoopLine(std::string_view line) {
     const std::string_view word = CMDfirstWord(line).word;
     if (!CMD_LoopHead::canOpenLoop(word))
         return false;
-    const int index = findCommand(word, 0);
-    if (index < 0)
+    CMD_Command *command = nullptr;
+    if (findCommand(word, 0, &command) != commandFound)
         return false;
-    const std::string_view command = (*commandList)[index]->getName();
-    return command == "for" || command == "while" || command == "foreach";
+    const std::string_view fullName = command->getName();
+    return fullName == "for" || fullName == "while" || fullName == "foreach";
 }
 
 CMD_Loop *CMD_Manager::buildLoop(const char *line) {

@@ -108,7 +108,7 @@ void CMD_Manager::setVariable(const char *variable, const char *value, int local
     else
         globalVariables->setVariable(variable, value, true);
     if (isNoAlias)
-        updateNoAliasVariable();
+        updateNoAliasVariable(level - 1);
     if (std::strcmp(variable, "ORP") == 0)
         KIT_PathSearch::rehashAll();
 }
@@ -117,15 +117,17 @@ void CMD_Manager::unsetVariable(const char *variable) {
     if (!getSource()->getLocalVariables()->destroyVariable(variable))
         globalVariables->destroyVariable(variable);
     if (variable && std::strcmp(variable, "noalias") == 0)
-        updateNoAliasVariable();
+        updateNoAliasVariable(sourceStack.size() - 1);
 }
 
-// Each source notes what holds for it, so that popping one needs no walk over the others.
-void CMD_Manager::updateNoAliasVariable() {
-    bool aliasesOff = false;
-    for (const SourceRef &source : sourceStack) {
-        aliasesOff = aliasesOff || source->getLocalVariables()->hasVariable("noalias");
-        source->aliasesOff = aliasesOff;
+// Each source notes what holds for it and those below, so that a change needs no walk over those: from the source at
+// the given place on.
+void CMD_Manager::updateNoAliasVariable(size_t place) {
+    bool aliasesOff = place > 0 && sourceStack[place - 1]->aliasesOff;
+    for (; place < sourceStack.size(); ++place) {
+        CMD_Source &source = *sourceStack[place];
+        aliasesOff = aliasesOff || source.getLocalVariables()->hasVariable("noalias");
+        source.aliasesOff = aliasesOff;
     }
     noAliasActive = aliasesOff ? 1 : 0;
 }
