@@ -205,7 +205,8 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
             // A loop that is being tested is left to whoever tests it.
             if (depth == 1 || (top->loop && top->loop->isBusy()))
                 return;
-            popSource(1);
+            // The line that ends a loop may be among those that an interrupt threw away.
+            popSource(isInterrupted() ? 0 : 1);
             continue;
         }
         stripLineEnd(line.text);

@@ -75,4 +75,17 @@ TEST_F(Interrupt, EndsLoops) {
     expectEnd("while 1\nif 0\nelse\ntick\nif 1\ntick\ncontinue\nendif\nendif\nend");
 }
 
+TEST_F(Interrupt, OfALoopThatIsCollectedIsNoMistakeInIt) {
+    manager.installCommand(
+        "cut", "",
+        [](CMD_Args &) {
+            CMD_Manager::getContext()->execute("while 1", 0, nullptr, nullptr, 1, true);
+            KITgetInterrupt()->interrupt();
+        },
+        true);
+    script("cut.cmd", "cut\necho never\nend\n");
+    type("source " + folder + "/cut.cmd; echo never");
+    EXPECT_EQ(written(), "");
+}
+
 }   // namespace
