@@ -23,7 +23,7 @@
 namespace {
 
 // Python counts its own depth and stops at a thousand calls; with them its C code needs less than this.
-constexpr size_t theStackReserve = 512 * 1024;
+constexpr size_t theStackReserve = 1024 * 1024;
 
 constexpr const char *theFileName = "liborvlang_python.so";
 

@@ -65,31 +65,43 @@ std::vector<Fence> fencesOf(const std::filesystem::path &path) {
 }
 
 // A block `orv` is a script that runs; the blocks `input`, `output` and `errors` behind it say with what and what it
-// writes. A block `orv NAME` is a script that lies beside those that follow.
-TEST(LanguageGuide, ExamplesWriteWhatTheyShow) {
-    const std::vector<Fence> fences = fencesOf(std::filesystem::path(ORVLANG_TREE) / "docs/language.md");
+// writes. A block `orv NAME` or `python NAME` is a file that lies beside those that follow.
+void runExamples(const std::string &guide, const std::vector<std::string> &options, int fewest) {
+    const std::vector<Fence> fences = fencesOf(std::filesystem::path(ORVLANG_TREE) / guide);
     const TemporaryFolder folder;
+    std::vector<std::string> words = { ORVLANG_PROGRAM };
+    words.insert(words.end(), options.begin(), options.end());
+    words.push_back("example.cmd");
     int examples = 0;
     for (size_t i = 0; i < fences.size(); ++i) {
         const Fence &fence = fences[i];
-        if (fence.kind != "orv")
+        if (fence.kind != "orv" && fence.kind != "python")
             continue;
         folder.write(fence.name.empty() ? "example.cmd" : fence.name, fence.text);
         if (!fence.name.empty())
             continue;
-        SCOPED_TRACE("docs/language.md:" + std::to_string(fence.line));
+        SCOPED_TRACE(guide + ":" + std::to_string(fence.line));
         std::string input, output, errors;
-        for (size_t k = i + 1; k < fences.size() && fences[k].kind != "orv"; ++k) {
+        for (size_t k = i + 1; k < fences.size() && fences[k].kind != "orv" && fences[k].kind != "python";
+             ++k) {
             const std::string &kind = fences[k].kind;
             ASSERT_TRUE(kind == "input" || kind == "output" || kind == "errors") << fences[k].line;
             (kind == "input" ? input : kind == "output" ? output : errors) = fences[k].text;
         }
-        const Outcome outcome = Program{ { ORVLANG_PROGRAM, "example.cmd" }, folder.path(), input, {} }.run();
+        const Outcome outcome = Program{ words, folder.path(), input, { "PYTHONPATH=" + folder.path() } }.run();
         compare("output", output, outcome.out);
         compare("errors", errors, outcome.err);
         ++examples;
     }
-    EXPECT_GT(examples, 20);
+    EXPECT_GE(examples, fewest);
+}
+
+TEST(LanguageGuide, ExamplesWriteWhatTheyShow) {
+    runExamples("docs/language.md", {}, 20);
+}
+
+TEST(PythonGuide, ExamplesWriteWhatTheyShow) {
+    runExamples("docs/python.md", { "-P", "lamp=c:" }, 4);
 }
 
 // Beside the script lie what it writes (.out) and, if it reads, what it is answered (.in).

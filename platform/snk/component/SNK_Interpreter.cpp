@@ -64,8 +64,11 @@ bool prepareInterrupt() {
     return static_cast<bool>(done);
 }
 
-bool runText(const char *text, const char *name, PyObject *space) {
-    const SNK_PythonReference code(Py_CompileString(text, name, Py_file_input));
+/// Runs a part of the component itself in a namespace.
+bool runText(const char *text, PyObject *space) {
+    if (PyDict_SetItemString(space, "__builtins__", PyEval_GetBuiltins()) != 0)
+        return false;
+    const SNK_PythonReference code(Py_CompileString(text, SNK_SupportFile, Py_file_input));
     return code && SNK_PythonReference(PyEval_EvalCode(code, space, space));
 }
 
@@ -73,13 +76,13 @@ bool prepareSupport() {
     theSupport = PyDict_New();
     PyObject *const main = PyImport_AddModule("__main__");   // borrowed, like its namespace: it stays
     theMain = main ? PyModule_GetDict(main) : nullptr;
-    return theSupport && theMain && runText(SNK_supportText, SNK_SupportFile, theSupport);
+    return theSupport && theMain && runText(SNK_supportText, theSupport);
 }
 
 /// `orvlang`, put where an import finds it before it looks for a file.
 bool prepareModule() {
     const SNK_PythonReference module(SNKmakePythonModule());
-    return module && runText(SNK_orvlangText, SNK_SupportFile, PyModule_GetDict(module)) &&
+    return module && runText(SNK_orvlangText, PyModule_GetDict(module)) &&
            PyDict_SetItemString(PyImport_GetModuleDict(), "orvlang", module) == 0;
 }
 

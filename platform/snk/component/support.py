@@ -38,7 +38,7 @@ def begin_script(words):
     if not words:
         raise TypeError("no file to run")
     name = words[0]
-    with io.open_code(os.path.abspath(name)) as file:
+    with open(name, "rb") as file:
         code = compile(file.read(), name, "exec", dont_inherit=True)
     import __main__
 
