@@ -3,7 +3,7 @@
 for i = 0 to 1 step 0.1
     echo -n $i ''
 end
-echo                   # expect: 0 0.1 0.2 0.3 0.4 0.5 0.6 0.7 0.8 0.9 1 
+echo                   # expect: 0 0.1 0.2 0.3 0.4 0.5 0.6 0.7 0.8 0.9 1<20>
 for i=3 to 1 step -1; echo $i
 end
 # expect: 3

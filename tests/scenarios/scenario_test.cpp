@@ -84,14 +84,19 @@ Scenario readScenario(const std::filesystem::path &path) {
     Scenario scenario;
     scenario.name = path.filename();
     std::ifstream file(path);
+    int number = 0;
     for (std::string line; std::getline(file, line);) {
+        ++number;
         scenario.text += line + "\n";
         const std::string comment = commentOf(line);
         const size_t colon = comment.find(':');
         if (colon == std::string::npos)
             continue;
         const size_t start = comment.compare(colon, 2, ": ") == 0 ? colon + 2 : colon + 1;
-        const bool known = takeDirective(scenario, comment.substr(0, colon), comment.substr(start));
+        std::string value = comment.substr(start);
+        if (const size_t place = value.find("%n"); place != std::string::npos)
+            value.replace(place, 2, std::to_string(number));
+        const bool known = takeDirective(scenario, comment.substr(0, colon), value);
         if (!known && comment.starts_with("expect "))
             ADD_FAILURE() << path << ": no such expectation: " << comment;
     }
@@ -132,7 +137,8 @@ std::string visible(char c) {
 }
 
 /// Output as lines that a script can expect: a line that ends in newline and carriage return shows a <CR>, a last line
-/// without an end says so, other control characters show their number.
+/// without an end says so, other control characters show their number, and so does a blank at the end of a line, which
+/// an editor might take away.
 Lines visibleLines(const std::string &text) {
     Lines lines;
     std::string line;
@@ -141,6 +147,8 @@ Lines visibleLines(const std::string &text) {
             line += visible(text[i]);
             continue;
         }
+        if (line.ends_with(' '))
+            line.replace(line.size() - 1, 1, "<20>");
         if (i + 1 < text.size() && text[i + 1] == '\r')
             line += "<CR>", ++i;
         lines.push_back(line);

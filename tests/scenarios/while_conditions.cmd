@@ -5,7 +5,7 @@ while $i<3
     set i = `$i + 1`
     echo -n $i ''
 end
-echo                   # expect: 1 2 3 
+echo                   # expect: 1 2 3<20>
 while 1
 end
 while 1 2
