@@ -43,6 +43,9 @@ TEST_F(ConsoleTest, Options) {
         { { "-c", "echo a\necho b" }, 0, "a\nb\n", "" },
         { { "-c", "" }, 0, "", "" },
         { { "-n", "lamps", "-c", "prompt" }, 0, "prompt 'lamps -> '\n", "" },
+        { { "-P", "2nd=a", "-c", "echo a" }, 2, "", "no name for a Python command: 2nd=a" },
+        { { "-P", "=a", "-c", "echo a" }, 2, "", "Try 'orvlang --help'" },
+        { { "-P", "first", "-P", "second=ab:", "-c", "firs -x" }, 0, "", "Invalid option for command\n" },
         { { "-s", "-c", "echo a > f" }, 0, "a\n", "Application doesn't support I/O redirection\n" },
     };
     for (const auto &c : theCases) {
