@@ -333,16 +333,23 @@ private:
     bool findScript(KIT_String &path) const;
     void breakAllSources();
     void reportNestingTooDeep();
+    bool isNestingOver() const;
     void closeChannelBlock();
     void setReadVariables(std::string_view line);
     void setArgumentVariables(const CMD_Args &args);
     void pushSource(SourceRef source);
     void updateNoAliasVariable(size_t place);
 
-    void pushStandardOut(std::ostream *stream);
-    void pushStandardErr(std::ostream *stream);
-    void popStandardOut();
-    void popStandardErr();
+    /// The places on the stacks at which a run has its own streams.
+    struct StreamSlots {
+        int out;
+        int err;
+    };
+    /// A null stream means the current one.
+    StreamSlots pushStreams(std::ostream *out, std::ostream *err);
+    /// Takes the streams of a run off, and those that a callback has pushed on top of them and left there: nobody
+    /// else would before they are gone.
+    void popStreams(StreamSlots slots);
 
     void setModeBit(unsigned bit, bool on) { modeBits = on ? modeBits | bit : modeBits & ~bit; }
 
@@ -396,6 +403,8 @@ private:
     int continueLevel = 0;
     int loopNestLevel = 0;
     int executeDepth = 0;
+    bool nestingRefused = false;       // the stack was used up since the outermost `execute` began
+    unsigned refusedExpressions = 0;   // those before it
     int statusCode = 0;
     unsigned modeBits = modeExpandAliases | modeExpandHistory | modeCaptureHistory;
     KIT_String name;

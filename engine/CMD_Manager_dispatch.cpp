@@ -35,11 +35,9 @@ bool isFileNameForRedirection(const KIT_String &name) {
 /// The streams of one statement: it runs on top slots of its own, which a redirection replaces by a file.
 class CMD_Manager::StatementStreams {
 public:
-    explicit StatementStreams(CMD_Manager &owner) : manager(owner) {
-        manager.pushStandardOut(nullptr);
-        manager.pushStandardErr(nullptr);
-    }
-    ~StatementStreams() { manager.popOutputStreams(); }
+    explicit StatementStreams(CMD_Manager &owner)
+        : manager(owner), slots(owner.pushStreams(nullptr, nullptr)) {}
+    ~StatementStreams() { manager.popStreams(slots); }
     StatementStreams(const StatementStreams &) = delete;
     StatementStreams &operator=(const StatementStreams &) = delete;
 
@@ -75,6 +73,7 @@ public:
 
 private:
     CMD_Manager &manager;
+    const StreamSlots slots;
     std::optional<KIT_OFStream> file;
     KIT_String fileName;
 };

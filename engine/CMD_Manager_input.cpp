@@ -12,6 +12,7 @@
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/fml/FML_Evaluator.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_Thread.h>
 
@@ -62,17 +63,19 @@ bool isInterrupted() {
 class CMD_Manager::ExecuteScope {
 public:
     ExecuteScope(CMD_Manager &owner, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases)
-        : manager(owner), bits(owner.modeBits & theBits), pendingError(FML::theErrNo) {
-        ++manager.executeDepth;
-        manager.pushStandardOut(out);
-        manager.pushStandardErr(err);
+        : manager(owner), slots(owner.pushStreams(out, err)), bits(owner.modeBits & theBits),
+          pendingError(FML::theErrNo) {
+        if (manager.executeDepth++ == 0) {
+            manager.nestingRefused = false;
+            manager.refusedExpressions = FML_Evaluator::get().getRefusals();
+        }
         manager.setModeBit(modeExpandAliases, (expandAliases & 1) != 0);
         manager.setModeBit(modeExpandHistory, (expandHistory & 1) != 0);
         manager.setModeBit(modeCaptureHistory, false);
     }
     ~ExecuteScope() {
         manager.modeBits = (manager.modeBits & ~theBits) | bits;
-        manager.popOutputStreams();
+        manager.popStreams(slots);
         --manager.executeDepth;
         // The statement that this one is nested in has yet to report its own expression error.
         if (pendingError)
@@ -85,6 +88,7 @@ private:
     static constexpr unsigned theBits = modeExpandAliases | modeExpandHistory | modeCaptureHistory;
 
     CMD_Manager &manager;
+    const StreamSlots slots;
     const unsigned bits;
     const int pendingError;
 };
@@ -92,26 +96,43 @@ private:
 void CMD_Manager::execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err,
                           int expandAliases, bool asBlock) {
     const ExecuteScope scope(*this, expandHistory, out, err, expandAliases);
-    if (KIT_Thread::stackLeft() < theStackReserve)
+    if (isNestingOver()) {
+        statusCode = 1;
+        return;
+    }
+    if (KIT_Thread::stackLeft() < theStackReserve) {
+        nestingRefused = true;
         return reportNestingTooDeep();
+    }
     if (text && std::strchr(text, '\n'))
         sendMultiLineInput(text, asBlock);
     else
         sendInput(text, asBlock);
 }
 
-/// Fences the leftovers of an enclosing statement off from a run. Without it a callback that calls `execute` in
-/// `a; b` would run `b` inside `a`.
+/// Whether a run has been refused for want of stack, here or in an expression. Until the outermost `execute` has
+/// ended nothing more of what nests is run then: a command that executes itself twice would otherwise come back to the
+/// limit from each of its levels, which takes for ever.
+bool CMD_Manager::isNestingOver() const {
+    return executeDepth > 0 && (nestingRefused || refusedExpressions != FML_Evaluator::get().getRefusals());
+}
+
+/// The place of a run on its source. As a block it fences the leftovers of an enclosing statement off: without that a
+/// callback that calls `execute` in `a; b` would run `b` inside `a`.
 class CMD_Manager::BlockScope {
 public:
-    BlockScope(CMD_Manager &owner, bool asBlock) : manager(owner), place(owner.sourceStack.size() - 1) {
-        if (!asBlock)
-            return;
-        source = manager.sourceStack.back();
-        source->startBlock();
+    BlockScope(CMD_Manager &owner, bool asBlock)
+        : manager(owner), place(owner.sourceStack.size() - 1), source(owner.sourceStack.back()),
+          leftovers(source->unfinishedCommands.size()), isBlock(asBlock) {
+        if (isBlock)
+            source->startBlock();
     }
     ~BlockScope() {
-        if (source && place < manager.sourceStack.size() && manager.sourceStack[place] == source)
+        if (place >= manager.sourceStack.size() || manager.sourceStack[place] != source)
+            return;
+        if (manager.isNestingOver())
+            source->dropLeftovers(leftovers);
+        else if (isBlock)
             source->endBlock();
     }
     BlockScope(const BlockScope &) = delete;
@@ -120,7 +141,9 @@ public:
 private:
     CMD_Manager &manager;
     const size_t place;
-    SourceRef source;   // null when the run is no block
+    const SourceRef source;
+    const size_t leftovers;   // those of enclosing runs
+    const bool isBlock;
 };
 
 void CMD_Manager::sendInput(const char *line, bool asBlock) {
@@ -187,11 +210,12 @@ void CMD_Manager::internalSendInput(std::string_view line, bool pushedSource) {
 
 void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunning) {
     std::string assembled;   // a continued line, until it is whole
-    CMD_Line statement;
     // A `read` waits for a line that only the host can bring.
     while (readVariables.isEmpty()) {
         const size_t depth = sourceStack.size();
         const SourceRef top = sourceStack.back();
+        if (isNestingOver())
+            return;
         const bool isAboveBase = depth > 1 && (depth > baseLevel || baseLevel == 1 || readWasPending);
         const bool fellInsideExecute = executeDepth != 0 && baseLevel != depth;
         const bool closedLoop = top->loopRunning && (readWasPending || (baseLevel == 1 && !loopWasRunning));

@@ -2,6 +2,7 @@
 // Where output goes and what the user is asked with: the two stacks of streams and the stack of prompts.
 #include <orvlang/engine/CMD_Manager.h>
 
+#include <algorithm>
 #include <iostream>
 
 #include <orvlang/engine/CMD_Source.h>
@@ -11,14 +12,16 @@ namespace {
 
 using StreamStack = KIT_PtrArray<std::ostream *>;
 
-void push(StreamStack &stack, std::ostream *stream) {
+/// Gives the place of the stream.
+int push(StreamStack &stack, std::ostream *stream) {
     stack.append(stream ? stream : stack.last());
+    return stack.entries() - 1;
 }
 
-/// The last stream stays, so that there is always one to write to.
-void pop(StreamStack &stack) {
-    if (stack.entries() >= 2)
-        stack.resize(stack.entries() - 1);
+/// Takes one stream off, and all that lie above the given place. The last stream stays, so that there is always one to
+/// write to.
+void pop(StreamStack &stack, int place) {
+    stack.resize(std::max(1, std::min(place, stack.entries() - 1)));
 }
 
 std::ostream &replaceTop(StreamStack &stack, std::ostream &stream) {
@@ -34,30 +37,21 @@ void replaceEverywhere(StreamStack &stack, const std::ostream *stream, std::ostr
 
 }   // namespace
 
-void CMD_Manager::pushStandardOut(std::ostream *stream) {
-    push(standardOutStack, stream);
+CMD_Manager::StreamSlots CMD_Manager::pushStreams(std::ostream *out, std::ostream *err) {
+    return { push(standardOutStack, out), push(standardErrStack, err) };
 }
 
-void CMD_Manager::pushStandardErr(std::ostream *stream) {
-    push(standardErrStack, stream);
-}
-
-void CMD_Manager::popStandardOut() {
-    pop(standardOutStack);
-}
-
-void CMD_Manager::popStandardErr() {
-    pop(standardErrStack);
+void CMD_Manager::popStreams(StreamSlots slots) {
+    pop(standardOutStack, slots.out);
+    pop(standardErrStack, slots.err);
 }
 
 void CMD_Manager::pushOutputStreams(std::ostream &out, std::ostream &err) {
-    pushStandardOut(&out);
-    pushStandardErr(&err);
+    pushStreams(&out, &err);
 }
 
 void CMD_Manager::popOutputStreams() {
-    popStandardOut();
-    popStandardErr();
+    popStreams({ standardOutStack.entries(), standardErrStack.entries() });
 }
 
 std::ostream &CMD_Manager::setStandardOut(std::ostream &stream) {

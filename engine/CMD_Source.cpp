@@ -2,6 +2,8 @@
 // Where the engine's lines come from: a source hands out its next line, whatever it lies in.
 #include <orvlang/engine/CMD_Source.h>
 
+#include <algorithm>
+
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/flow/CMD_LoopLine.h>
 #include <orvlang/platform/kit/KIT_IStream.h>
@@ -94,6 +96,10 @@ void CMD_Source::pushUnfinishedCommands(const char *text) {
 
 void CMD_Source::pushUnfinishedCommands(CMD_Line line) {
     unfinishedCommands.push_back({ std::move(line), false });
+}
+
+void CMD_Source::dropLeftovers(size_t kept) {
+    unfinishedCommands.resize(std::min(kept, unfinishedCommands.size()));
 }
 
 void CMD_Source::startBlock() {

@@ -87,6 +87,8 @@ private:
     };
 
     void pushUnfinishedCommands(CMD_Line line);
+    /// Forgets the newest leftovers and fences, as far as there are more than so many.
+    void dropLeftovers(size_t kept);
     /// Puts a loop, or none, in the place of the present one, which gives no further line.
     void setLoop(std::shared_ptr<CMD_Loop> newLoop);
     /// Gives no line any more: the source is off the stack, though something may still be at work in it.
