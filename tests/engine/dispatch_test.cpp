@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: Apache-2.0
+// One statement: its messages, its streams, its status, and what its callback is given.
+#include "EngineFixture.h"
+
+#include <orvlang/engine/CMD_Command.h>
+#include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/kit/KIT_ErrorManager.h>
+#include <orvlang/platform/kit/KIT_Number.h>
+#include <orvlang/symbols/CMD_VariableTable.h>
+
+namespace {
+
+/// give STATUS [late] [expression]: a status and errors that come to light behind the callback.
+void give(CMD_Args &args) {
+    CMD_Manager::getContext()->setStatusCode(KITatoi(args.argv(1)));
+    for (int i = 2; i < args.argc(); ++i) {
+        if (std::string_view(args.argv(i)) == "late") {
+            KITgetErrorManager()->addError(KIT_ErrorManager::Warning, "late one");
+            KITgetErrorManager()->addError(KIT_ErrorManager::Failure, "late two");
+        } else {
+            fml_Fail(FML_DIVISION_BY_ZERO);
+        }
+    }
+}
+
+/// options [-a] [-b VALUE] WORD...: shows what it is given.
+void options(CMD_Args &args) {
+    args.out() << (args.found('a') ? "a " : "") << (args.found('b') ? args.argp('b') : "-");
+    for (int i = 0; i < args.argc(); ++i)
+        args.out() << " [" << args.argv(i) << ']';
+    args.out() << (args.argv(args.argc()) || args.argv(-1) ? " beyond" : "") << '\n';
+}
+
+void both(CMD_Args &args) {
+    args.out() << "out\n";
+    args.err(1) << "err\n";
+    CMD_Manager::getContext()->execute("echo nested", 0, nullptr, nullptr, 1, true);
+}
+
+class Dispatch : public EngineFixture {
+protected:
+    Dispatch() {
+        install("give", give);
+        install("options", options, "ab:");
+        install("both", both);
+        install("risky", both, "", false);
+        folder.write("empty.cmd", "");
+        folder.write("named.cmd", "echo $arg0 $arg1 $argc\n");
+        std::filesystem::create_directory("dir");
+    }
+};
+
+/// A text whose `@` are the position of a statement.
+std::string at(const std::string &position, std::string text) {
+    for (size_t i = 0; (i = text.find('@', i)) != std::string::npos; i += position.size())
+        text.replace(i, 1, position);
+    return text;
+}
+
+TEST_F(Dispatch, MessagesAndStatus) {
+    static const struct {
+        const char *line;
+        const char *written;
+        int status;
+    } theCases[] = {
+        { "echo a", "a\n", 0 },
+        { "give 5", "", 5 },
+        { "give -3 ; echo $status", "-3\n", 0 },
+        { "give 5 late", "{@late one\nlate two\n}", 1 },
+        { "give 5 expression", "{@Expression error: Division by zero\n}", 1 },
+        { "give 5 late expression", "{@late one\nlate two\n@Expression error: Division by zero\n}", 1 },
+        { "echo a`1/0`b; echo $status", "ab\n{@Expression error: Division by zero\n}1\n", 0 },
+        { "options -x", "{@Invalid option for command\n}", 0 },
+        { "options -b", "{@Invalid option for command\n}", 0 },
+        { "options -x `1/0`", "{@Invalid option for command\n@Expression error: Division by zero\n}", 1 },
+        { "options -ab c d -a", "a c [options] [d] [-a]\n", 0 },
+        { "opti '-b' \"x y\" '' z", "x y [opti] [] [z]\n", 0 },
+        { "give 5; # nothing runs", "", 5 },
+        { "give 5;", "", 5 },
+        { "give 5;;", "", 1 },
+        { "give 5; $nosuch", "", 1 },
+        { "echo a < in", "{@Application doesn't support input redirection\n}", 1 },
+        { "nosuch < in > dir",
+          "{@Unable to redirect output to dir\n@Application doesn't support input redirection\n}", 1 },
+        { "echo a >", "{@Missing name for redirect\n}", 1 },
+        { "echo a >& $nosuch", "{@Missing name for redirect\n}", 1 },
+        { "nosuch a b", "{@Unknown command: nosuch\n\r}", 1 },
+        { "\"no such\"", "{@Unknown command: no such\n\r}", 1 },
+        { "'' a", "{@Command '' not specific enough\n\r}", 1 },
+        { "e", "{@Command 'e' not specific enough\n\r}", 1 },
+        { "dir", "{@Unknown command: dir\n\r}", 1 },
+        { "./dir", "{@Unknown command: ./dir\n\r}", 1 },
+        // A redirection that fails changes nothing but the message.
+        { "give 4 > /no/such/x", "{@Unable to redirect output to /no/such/x\n}", 4 },
+        { "echo a > dir", "{@Unable to redirect output to dir\n}a\n", 0 },
+        { "echo a > \"b\tc\"", "{@Invalid file specified for I/O redirection: b\tc}a\n", 0 },
+        { "echo a >& \"b\x7f\"", "{@Invalid file specified for I/O redirection: b\x7f}a\n", 0 },
+        { "echo a > \"b\xe9\"", "{@Invalid file specified for I/O redirection: b\xe9}a\n", 0 },
+    };
+    for (const auto &c : theCases) {
+        for (const bool inScript : { false, true }) {
+            SCOPED_TRACE(inScript ? "in a script" : c.line);
+            EXPECT_EQ(inScript ? script(c.line) : type(c.line), at(inScript ? "s.cmd (1): " : "", c.written));
+            EXPECT_EQ(manager.getStatusCode(), c.status);
+            EXPECT_EQ(value("status"), std::to_string(c.status));
+            EXPECT_EQ(manager.getSourceLevel(), 0);
+        }
+    }
+}
+
+TEST_F(Dispatch, WhatLeavesTheStatusAlone) {
+    type("give 7");
+    EXPECT_EQ(type("\n   \n# comment\n  #"), "");
+    EXPECT_EQ(value("status"), "7");
+    type("if 0\necho skipped");
+    EXPECT_EQ(manager.getStatusCode(), 1);
+    type("els\nendif");
+    EXPECT_EQ(value("status"), "0");
+    // A local `status` takes it over, where it was made.
+    type("set status = x\ngive 9");
+    KIT_String global;
+    EXPECT_TRUE(manager.getGlobalVariables()->getVariable("status", global));
+    EXPECT_STREQ(global.c_str(), "0");
+    EXPECT_EQ(value("status"), "9");
+}
+
+TEST_F(Dispatch, CountsEveryStatement) {
+    const unsigned before = manager.getCommandsRun();
+    type("nosuch\nif 0\nskipped\nendif\n# none\n\n;\necho a; echo b");
+    EXPECT_EQ(manager.getCommandsRun() - before, 7u);
+}
+
+TEST_F(Dispatch, AFailedLookUpEndsAllScripts) {
+    folder.write("outer.cmd", "source s.cmd\necho never\n");
+    for (const char *line : { "nosuch", "e", "risky" }) {
+        folder.write("s.cmd", std::string(line) + "; echo never\necho never\n");
+        manager.setSafeMode(std::string_view(line) == "risky");
+        const std::string written = type("source outer.cmd; echo console");
+        EXPECT_TRUE(written.starts_with("{s.cmd (1): ")) << written;
+        EXPECT_TRUE(written.ends_with("\n\r}console\n")) << written;
+    }
+    EXPECT_EQ(type("risky\n"), "{Command 'risky' is not a safe command and cannot be run\n\r}");
+}
+
+TEST_F(Dispatch, Redirection) {
+    static const struct {
+        const char *line;
+        const char *written;
+        const char *file;
+    } theCases[] = {
+        { "both > f", "{err\n}", "out\nnested\n" },
+        { "both >>f", "{err\n}", "out\nnested\nout\nnested\n" },
+        { "both >& f", "", "out\nerr\nnested\n" },
+        { "both>>&f; echo $status", "0\n", "out\nerr\nnested\nout\nerr\nnested\n" },
+        { "> f echo a", "", "a\n" },
+        { "echo a >$f b > \"$f\"", "", "a b\n" },
+        { "echo a > x >& f", "", "a\n" },
+        { "echo '>' \">\" \\>f $arrow f", "> > >f > f\n", "a\n" },
+        { "nosuch >& f", "", "Unknown command: nosuch\n\r" },
+        { "options -x >& f", "", "Invalid option for command\n" },
+        { "give 1 late >& f", "", "late one\nlate two\n" },
+        { "echo `1/0` >&f", "", "\nExpression error: Division by zero\n" },
+        { "if 2 > f", "", "\nExpression error: Division by zero\n" },
+        { "endif > f", "", "\nExpression error: Division by zero\n" },
+        { "time echo a > f", "", "time" },
+        { "$nosuch > f", "", "" },
+    };
+    type("set f = f\nset arrow = \">\"");
+    for (const auto &c : theCases) {
+        SCOPED_TRACE(c.line);
+        EXPECT_EQ(type(c.line), c.written);
+        if (std::string_view(c.file) == "time")
+            EXPECT_TRUE(folder.read("f").starts_with("a\n") && folder.read("f").ends_with("r\n"));
+        else if (std::string_view(c.line).starts_with("$"))
+            EXPECT_TRUE(folder.read("f").ends_with("r\n"));   // no command, no file
+        else
+            EXPECT_EQ(folder.read("f"), c.file);
+    }
+    EXPECT_EQ(folder.read("x"), "(no such file)");
+    for (const int safe : { 0, 1 }) {
+        manager.setSafeMode(safe);
+        manager.setIORedirection(safe);
+        EXPECT_EQ(type("echo a >& f"), "{Application doesn't support I/O redirection\n}a\n");
+    }
+    manager.setSafeMode(0);
+    EXPECT_EQ(type("echo a > f"), "");
+}
+
+TEST_F(Dispatch, EchoOfStatements) {
+    // Expanded, before the redirection, and silent inside an expression.
+    folder.write(
+        "s.cmd",
+        "set a = 'x y'\necho $a \"$a\" > f  # comment\nif 0\necho b\nendif\necho `run(\"echo c\")`; foo\n");
+    EXPECT_EQ(type("source -v s.cmd z\nsource s.cmd"), "s.cmd (1): set a = x y\n"
+                                                       "s.cmd (2): echo x y x y\n"
+                                                       "s.cmd (3): if 0\n"
+                                                       "s.cmd (5): endif\n"
+                                                       "s.cmd (6): echo c\n"
+                                                       "c\n"
+                                                       "s.cmd (6): foo\n"
+                                                       "{s.cmd (6): Unknown command: foo\n\r}"
+                                                       "c\n"
+                                                       "{s.cmd (6): Unknown command: foo\n\r}");
+    EXPECT_EQ(folder.read("f"), "x y x y\n");
+}
+
+TEST_F(Dispatch, ScriptsByTheirName) {
+    folder.write("named.cmd", "echo $arg0 $arg1 $argc\nshift; echo $arg0\n");
+    folder.write("empty.cmd", "");
+    std::filesystem::create_directory("scripts");
+    folder.write("scripts/found.cmd", "echo $arg0\nnosuch");
+    manager.setJob(folder.path().c_str());
+    type("alias aliased named.cmd 1");
+    EXPECT_EQ(type("named.cmd 'a b' c; echo \"[$argc]\""), "named.cmd a b 3\na b\n[]\n");
+    EXPECT_EQ(type("./named.cmd\naliased 2"), "./named.cmd 1\n\nnamed.cmd 1 3\n1\n");
+    EXPECT_EQ(type("empty.cmd\nsource dir\nsource -q dir\nsource"), "{Can't open empty.cmd\nCan't open dir\n}");
+    // Off the search path the name stays as it was typed, the position has the file.
+    EXPECT_EQ(type("found.cmd"),
+              "found.cmd\n{" + folder.path() + "/scripts/found.cmd (2): Unknown command: nosuch\n\r}");
+    manager.setSafeMode(1);
+    EXPECT_EQ(type("named.cmd"), "named.cmd 1\n\n");
+    // A manager without `cmdread` has no scripts.
+    CMD_Manager bare("bare");
+    bare.pushOutputStreams(transcript.out(), transcript.err());
+    bare.sendInput("named.cmd", false);
+    EXPECT_EQ(transcript.take(), "{Unknown command: named.cmd\n\r}");
+}
+
+TEST_F(Dispatch, ErrorsHaveTheirPositionOnce) {
+    install("three", [](CMD_Args &args) {
+        args.err(0) << "plain ";
+        args.err(1) << "one ";
+        args.err(1) << "two\n";
+    });
+    install("quiet", [](CMD_Args &args) {
+        args.quietErrors();
+        args.err(1) << "quiet\n";
+    });
+    install("misused", [](CMD_Args &args) { args.showUsage(); });
+    static const char *const text = "three\n\nthree; quiet\nmis\n";
+    EXPECT_EQ(script(text), "{plain s.cmd (1): one two\nplain s.cmd (3): one two\nquiet\n"
+                            "s.cmd (4): misused:  Invalid usage\nmisused\n}");
+    EXPECT_EQ(type(text), "{plain one two\nplain one two\nquiet\nmisused:  Invalid usage\nmisused\n}");
+    // A position is that of the statement, and text from the host has none, inside a script neither.
+    manager.sendMultiLineInput("three\nthree", false);
+    EXPECT_EQ(transcript.take(), "{plain one two\nplain one two\n}");
+    install("text",
+            [](CMD_Args &) { CMD_Manager::getContext()->execute("nosuch\n", 0, nullptr, nullptr, 1, true); });
+    EXPECT_EQ(script("text\necho never\n"), "{Unknown command: nosuch\n\r}");
+}
+
+TEST_F(Dispatch, ACallbackKeepsACopyOfItsWords) {
+    static CMD_Args kept;
+    install(
+        "keep", [](CMD_Args &args) { kept = args; }, "b:");
+    type("keep -b value one \"two\"");
+    type("keep_nothing");
+    EXPECT_STREQ(kept.argv(2), "two");
+    EXPECT_STREQ(kept.argp('b'), "value");
+    EXPECT_TRUE(kept.commandName() == "keep");
+    kept = CMD_Args();
+}
+
+}   // namespace

@@ -1,0 +1,272 @@
+// SPDX-License-Identifier: Apache-2.0
+// Input that nobody writes on purpose, and commands that take away what they stand on. The sanitizers watch; each test
+// ends with a manager that still works.
+#include "EngineFixture.h"
+
+#include <memory>
+#include <optional>
+
+#include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+
+namespace {
+
+class Hostile : public EngineFixture {
+protected:
+    ~Hostile() override {
+        manager.sendInput("echo sound", false);
+        EXPECT_EQ(transcript.take(), "sound\n");
+        EXPECT_EQ(manager.getSourceLevel(), 0);
+        EXPECT_EQ(manager.getPendingInput(), CMD_Manager::Pending::Nothing);
+    }
+};
+
+std::string repeat(const std::string &text, size_t count) {
+    std::string result;
+    result.reserve(text.size() * count);
+    while (count-- > 0)
+        result += text;
+    return result;
+}
+
+size_t count(const std::string &text, const std::string &part) {
+    size_t found = 0;
+    for (size_t i = 0; (i = text.find(part, i)) != std::string::npos; i += part.size())
+        ++found;
+    return found;
+}
+
+constexpr size_t tenMegabytes = 10 * 1000 * 1000;
+
+TEST_F(Hostile, LongLines) {
+    const std::string word(tenMegabytes, 'w');
+    EXPECT_EQ(type("echo " + word).size(), tenMegabytes + 1);
+    EXPECT_EQ(type(word), "{Unknown command: " + word + "\n\r}");
+    EXPECT_EQ(type("echo " + repeat("a ", tenMegabytes / 2)).size(), tenMegabytes);
+    type("set x = " + word);
+    EXPECT_EQ(type("echo \"$x$x\"").size(), 2 * tenMegabytes + 1);
+    EXPECT_EQ(type("echo a > " + word), "{Unable to redirect output to " + word + "\n}a\n");
+    type("alias long echo " + word);
+    EXPECT_EQ(type("long a").size(), tenMegabytes + 3);
+    const std::string statement = "echo " + std::string(94, 's') + ";";
+    EXPECT_EQ(type(repeat(statement, tenMegabytes / 100)).size(), tenMegabytes / 100 * 95);
+    EXPECT_EQ(script(repeat(statement, tenMegabytes / 100)).size(), tenMegabytes / 100 * 95);
+    EXPECT_EQ(type(repeat(";", 100000) + repeat("=", 1000000)).substr(0, 21), "{Unknown command: ==\n");
+}
+
+TEST_F(Hostile, ManyContinuedLines) {
+    EXPECT_EQ(script("echo " + repeat("aaaaaaaaa\\\n", 99999) + "a\n").size(), 999992u);
+    for (int i = 0; i < 10000; ++i)
+        manager.sendInput("z\\", false);
+    EXPECT_EQ(type("\n"), "{Unknown command: z\n\r}");
+}
+
+TEST_F(Hostile, BytesThatAreNoText) {
+    std::string bytes;
+    for (int i = 1; i < 256; ++i)
+        if (i != '\n')
+            bytes += static_cast<char>(i);
+    type(bytes + "\n\"" + bytes + "\n'" + bytes + "\n`" + bytes);
+    std::string nul = "echo a_b; echo c_\necho d_\\\n_\n_echo e\necho f";
+    std::replace(nul.begin(), nul.end(), '_', '\0');
+    EXPECT_EQ(script(nul), "a\nd\nf\n");   // a NUL ends its line
+    EXPECT_EQ(script(std::string(100, '\0')), "");
+    EXPECT_EQ(script("\xef\xbb\xbf"
+                     "echo a"),
+              "{s.cmd (1): Unknown command: \xef\xbb\xbf"
+              "echo\n\r}");
+    // Open quotes run to the end of their line, and nobody says a word.
+    EXPECT_EQ(type("echo \"a; b # c\necho 'a; b\necho `1+1\necho a\\\\;\n"), "a; b # c\na; b\n2\na\\;\n");
+}
+
+TEST_F(Hostile, ScriptsAndTextWithoutEnd) {
+    folder.write("self.cmd", "source self.cmd\n");
+    EXPECT_EQ(type("source self.cmd; echo behind"), "{self.cmd (1): Nesting too deep\n}behind\n");
+    EXPECT_EQ(manager.getStatusCode(), 0);
+    folder.write("name.cmd", "set noalias = 1; name.cmd $argc\n");
+    EXPECT_EQ(type("name.cmd"), "{name.cmd (1): Nesting too deep\n}");
+    EXPECT_EQ(manager.getStatusCode(), 1);
+    EXPECT_EQ(type("alias ok 'echo ok'\nok"), "ok\n");   // `noalias` went with its scripts
+}
+
+TEST_F(Hostile, ExecuteWithoutEnd) {
+    // Each would come back to the limit from every level that it went down, if the levels went on.
+    static const char *const theLines[] = {
+        "alias x 'time x'\nx; echo behind",
+        "alias x 'time \"x; time x; echo never\"'\nx; echo behind",
+        "alias x 'echo `run(\"x\")` `run(\"x\")`'\nx; echo behind",
+        "alias x 'time x > f; time x >> f'\nx; echo behind",
+        "alias x 'source twice.cmd'\nx; echo behind",
+        "nest; echo behind",
+        "nestlines; echo behind",
+        "for i = 1 to 2\nnest; echo behind\nend",
+    };
+    install("nest", [](CMD_Args &) {
+        CMD_Manager::getContext()->execute("nest; nest; echo never", 0, nullptr, nullptr, 1, true);
+    });
+    install("nestlines", [](CMD_Args &) {
+        CMD_Manager::getContext()->execute("while 1\nnestlines\nend\nnestlines\necho never", 0, nullptr,
+                                           nullptr, 1, true);
+    });
+    folder.write("twice.cmd", "time x; time x\ntime x; echo never\n");
+    for (const char *lines : theLines) {
+        const std::string written = type(lines);
+        EXPECT_GE(count(written + folder.read("f"), "Nesting too deep"), 1u) << lines;
+        EXPECT_EQ(count(written, "never"), 0u) << lines;
+        EXPECT_GE(count(written, "behind\n"), 1u) << lines;
+        folder.write("f", "");
+    }
+    // A prompt that shows itself, and what is deep without being endless.
+    install("shown", [](CMD_Args &) {
+        KIT_String text;
+        CMD_Manager::getContext()->getPrompt(text);
+    });
+    EXPECT_EQ(type("prompt '`run(\"shown\")`'\nshown"), "");
+    EXPECT_EQ(count(type(repeat("time ", 20) + "echo deep"), "deep"), 1u);
+    EXPECT_EQ(count(type(repeat("time ", 10000) + "echo deep"), "Nesting too deep"), 1u);
+}
+
+/// deed NAME: does to its manager what the table below says.
+struct Deed {
+    const char *name;
+    void (*act)(CMD_Manager &manager, CMD_Args &args);
+};
+
+std::optional<std::ostringstream> theStream;
+
+const Deed theDeeds[] = {
+    { "pop", [](CMD_Manager &manager, CMD_Args &) { manager.popSource(0); } },
+    { "popall",
+      [](CMD_Manager &manager, CMD_Args &) { manager.execute("nosuch", 0, nullptr, nullptr, 0, true); } },
+    { "push", [](CMD_Manager &manager, CMD_Args &) { manager.pushSource("other.cmd", 1); } },
+    { "again",
+      [](CMD_Manager &manager, CMD_Args &) {
+          manager.pushSource("s.cmd", 0);
+          manager.popSource(1);
+      } },
+    { "poppush",
+      [](CMD_Manager &manager, CMD_Args &) {
+          manager.popSource(1);
+          manager.pushSource("other.cmd", 0);
+      } },
+    { "text",
+      [](CMD_Manager &manager, CMD_Args &) {
+          manager.popSource(1);
+          manager.sendMultiLineInput("echo t\n", true);
+      } },
+    { "install",
+      [](CMD_Manager &manager, CMD_Args &args) {
+          manager.installCommand(
+              "install", "", [](CMD_Args &inner) { inner.callBaseClassCommand(); }, true);
+          args.callBaseClassCommand();
+      } },
+    { "unalias", [](CMD_Manager &manager, CMD_Args &) { manager.destroyAliases(); } },
+    { "reset", [](CMD_Manager &manager, CMD_Args &) { manager.resetVariables(); } },
+    { "streams",
+      [](CMD_Manager &manager, CMD_Args &) {
+          theStream.emplace();
+          manager.pushOutputStreams(*theStream, *theStream);
+          manager.execute("echo into; unstream; echo out", 0, nullptr, nullptr, 1, true);
+      } },
+    { "unstream",
+      [](CMD_Manager &manager, CMD_Args &) {
+          if (theStream)
+              manager.streamDeleted(*theStream);
+          theStream.reset();
+          manager.popOutputStreams();
+          manager.popOutputStreams();
+          manager.popOutputStreams();
+      } },
+    { "clear",
+      [](CMD_Manager &manager, CMD_Args &) {
+          manager.clearHistory();
+          manager.popPrompt();
+      } },
+    { "manager",
+      [](CMD_Manager &, CMD_Args &) {
+          CMD_Manager other("inside");
+          other.sendInput("nothing", true);
+      } },
+    { "read",
+      [](CMD_Manager &manager, CMD_Args &) {
+          manager.sendInput("read x", false);
+          manager.sendInput("1", true);
+      } },
+    { "half", [](CMD_Manager &manager, CMD_Args &) { manager.sendInput("half a line\\", true); } },
+    { "loop", [](CMD_Manager &manager, CMD_Args &) { manager.sendInput("for i = 1 to 3", true); } },
+};
+
+TEST_F(Hostile, CommandsTakeAwayWhatTheyStandOn) {
+    install("deed", [](CMD_Args &args) {
+        for (const Deed &deed : theDeeds)
+            if (std::string_view(deed.name) == args.argv(1))
+                deed.act(*CMD_Manager::getContext(), args);
+    });
+    install("install", [](CMD_Args &) {});
+    folder.write("other.cmd", "echo other; echo more\nnosuch\n");
+    static const char *const theForms[] = {
+        "deed %; echo behind\necho next\n",
+        "echo `run(\"deed %\")` `run(\"deed %\")`; echo behind\n",
+        "alias a 'deed %; a2'\nalias a2 'echo a2'\na; a\necho next\n",
+        "time 'deed %; echo inner'\necho next\n",
+        "deed % > f; echo behind\n",
+        "if 1\ndeed %\nendif\nfor i = 1 to 2\ndeed %\nend\n",
+    };
+    for (const Deed &deed : theDeeds)
+        for (std::string form : theForms) {
+            while (form.find('%') != std::string::npos)
+                form.replace(form.find('%'), 1, deed.name);
+            SCOPED_TRACE(form);
+            folder.write("outer.cmd", "source s.cmd; echo outer\necho last\n");
+            script(form);
+            type("source outer.cmd\n" + form);
+            manager.execute(form.c_str(), 0, nullptr, nullptr, 1, true);
+            // Whatever is still open or waits is given what it wants.
+            type("end\nend\nend\nend\nendif\nendif\n1\n1\n");
+            while (manager.getSourceLevel() > 0)
+                manager.popSource(0);
+            type("\n\n\nend\nend\nend\nendif\nendif");
+            for (int i = 0; i < 9; ++i)
+                manager.popOutputStreams();
+            manager.setStandardOut(transcript.out());
+            manager.setStandardErr(transcript.err());
+            transcript.take();
+            manager.sendInput("echo sound", false);
+            ASSERT_EQ(transcript.take(), "sound\n");
+        }
+}
+
+TEST(HostileEnd, AManagerGoesWithOpenInput) {
+    const TemporaryFolder folder;
+    folder.write("s.cmd", "for i = 1 to 2\nread x\nend\n");
+    folder.write("loop.cmd", "for i = 1 to 2\nsource s.cmd\nend\n");
+    const std::string sources[] = { "source " + folder.path() + "/s.cmd", "for i = 1 to 2",
+                                    "source " + folder.path() + "/loop.cmd", "end" };
+    for (const std::string text :
+         { "read a; echo b", "for i = 1 to 2\nfor k = 1 to 2", "echo a\\", "if 0\nfor i = 1 to 2", "1", "3" }) {
+        CMD_Manager manager("gone");
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);)
+            manager.sendInput(line.c_str(), false);
+        EXPECT_EQ(CMD_Manager::getContext(), &manager);
+    }
+    for (const std::string &source : sources) {
+        CMD_Manager manager("gone");
+        std::ostringstream out;
+        manager.pushOutputStreams(out, out);
+        manager.sendInput(source.c_str(), false);
+    }
+    EXPECT_EQ(CMD_Manager::getContext(), nullptr);
+}
+
+TEST_F(Hostile, AnInterruptDropsTheRest) {
+    install("stop", [](CMD_Args &) { KITgetInterrupt()->interrupt(); });
+    folder.write("s.cmd", "echo a\nstop; echo never\necho never\n");
+    EXPECT_EQ(type("source s.cmd; echo never\necho next"), "a\nnext\n");
+    EXPECT_EQ(type("time 'stop; echo never'; echo never\necho next").find("never"), std::string::npos);
+    EXPECT_EQ(type("stop\\"), "");
+    manager.sendMultiLineInput("echo b\n", false);
+    EXPECT_EQ(transcript.take(), "b\n");
+}
+
+}   // namespace

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: Apache-2.0
+// Installing commands and finding them by name, by prefix and in safe mode, for one manager and for several.
+#include "EngineFixture.h"
+
+#include <list>
+#include <memory>
+
+#include <orvlang/engine/CMD_Command.h>
+
+namespace {
+
+void tellName(CMD_Args &args) {
+    args.out() << args.commandName() << '/' << args.argv(0) << ' ';
+}
+
+void tellFirst(CMD_Args &args) {
+    args.out() << "first ";
+}
+void tellSecond(CMD_Args &args) {
+    args.out() << "second(";
+    args.callBaseClassCommand();
+    args.out() << args.commandName() << ") ";
+}
+void tellThird(CMD_Args &args) {
+    args.callBaseClassCommand();
+    args.callBaseClassCommand();
+    args.out() << "third ";
+}
+
+class Registry : public EngineFixture {
+protected:
+    /// What the word runs; the message in one word when it runs nothing.
+    std::string find(CMD_Manager &which, const std::string &word) {
+        which.pushOutputStreams(transcript.out(), transcript.err());
+        which.sendInput(word.c_str(), false);
+        which.popOutputStreams();
+        const std::string text = transcript.take();
+        return text.starts_with("{Unknown")                   ? "unknown"
+               : text.find("specific") != std::string::npos   ? "ambiguous"
+               : text.find("not a safe") != std::string::npos ? "unsafe"
+                                                              : text;
+    }
+    std::string listing(const CMD_Manager &which) {
+        std::ostringstream text;
+        which.commandDump(text, nullptr, nullptr);
+        return text.str();
+    }
+};
+
+TEST_F(Registry, ExactNamesAndPrefixes) {
+    CMD_Manager other("ExactNamesAndPrefixes");
+    EXPECT_EQ(find(other, "a"), "unknown");   // a list without a command
+    other.installCommand("set", "", tellName, true);
+    EXPECT_EQ(find(other, "s"), "set/s ");   // lists of one and two are found in like any other
+    EXPECT_EQ(find(other, "\"\""), "set/ ");
+    other.installCommand("setenv", "x", tellName, true);
+    EXPECT_EQ(find(other, "\"\""), "ambiguous");
+    for (const char *command : { "zoo", "pare", "par", "pareach", "S", "x-y", "\xe4" })
+        other.installCommand(command, "", tellName, true);
+    static const struct {
+        const char *word, *found;
+    } theCases[] = {
+        { "set", "set/set " },    { "sete", "setenv/sete " },
+        { "s", "ambiguous" },     { "setenvx", "unknown" },
+        { "par", "par/par " },    { "pa", "ambiguous" },
+        { "pare", "pare/pare " }, { "parea", "pareach/parea " },
+        { "S", "S/S " },          { "z", "zoo/z " },
+        { "x", "x-y/x " },        { "\xe4", "\xe4/\xe4 " },
+        { "zoop", "unknown" },    { "A", "unknown" },
+        { "\xff", "unknown" },    { "\"\"", "ambiguous" },
+    };
+    for (const auto &c : theCases)
+        EXPECT_EQ(find(other, c.word), c.found) << c.word;
+    EXPECT_STREQ(other.getOptions("sete"), "x");
+    EXPECT_EQ(other.getOptions("s"), nullptr);
+    EXPECT_EQ(other.getOptions(nullptr), nullptr);
+    EXPECT_TRUE(other.isCommandDefined("set"));
+    EXPECT_FALSE(other.isCommandDefined("sete"));
+    EXPECT_FALSE(other.isCommandDefined(nullptr));
+}
+
+TEST_F(Registry, SafeMode) {
+    install("risky", tellName, "r", false);
+    install("riskless", tellName);
+    install("rocket", tellName, "", false);
+    install("rodeo", tellName, "", false);
+    manager.setSafeMode(1);
+    static const struct {
+        const char *word, *found;
+    } theCases[] = { { "risky", "unsafe" },
+                     { "risk", "ambiguous" },
+                     { "ro", "ambiguous" },
+                     { "roc", "unsafe" },
+                     { "riskl", "riskless/riskl " } };
+    for (const auto &c : theCases)
+        EXPECT_EQ(find(manager, c.word), c.found) << c.word;
+    EXPECT_FALSE(manager.isCommandDefined("risky"));
+    EXPECT_EQ(manager.getOptions("risky"), nullptr);
+    // An override in safe mode is one all the same.
+    install("rocket", tellFirst);
+    EXPECT_EQ(find(manager, "roc"), "first ");
+    manager.setSafeMode(0);
+    EXPECT_STREQ(manager.getOptions("risky"), "r");
+}
+
+TEST_F(Registry, OverridesCallWhatTheyOverride) {
+    install("over", tellFirst);
+    install("over", tellSecond);
+    EXPECT_EQ(find(manager, "over"), "second(first over) ");
+    install("over", tellThird, "q");
+    EXPECT_EQ(find(manager, "ov"), "second(first over) second(first over) third ");
+    EXPECT_STREQ(manager.getOptions("ov"), "q");
+    install("alone", tellThird);
+    EXPECT_EQ(find(manager, "alone"), "third ");
+}
+
+TEST_F(Registry, ManagersOfOneNameOneAfterTheOther) {
+    std::string first;
+    for (int i = 0; i < 50; ++i) {
+        manager.setContext();   // else the next one would be the first of the process, with the base commands
+        CMD_Manager again("ManagersOfOneName");
+        again.installCommand("over", "", tellFirst, true);
+        again.installCommand("over", "", tellSecond, true);
+        again.installCommand("other", "", tellName, true);
+        if (i == 0)
+            first = listing(again);
+        ASSERT_EQ(listing(again), first) << i;
+        ASSERT_EQ(find(again, "ov"), "second(first over) ") << i;
+        ASSERT_EQ(find(again, "ot"), "other/ot ") << i;
+    }
+    // One that does without the override sees what it installed itself.
+    manager.setContext();
+    CMD_Manager plain("ManagersOfOneName");
+    plain.installCommand("over", "", tellFirst, true);
+    EXPECT_EQ(find(plain, "over"), "first ");
+    EXPECT_EQ(find(plain, "ov"), "first ");
+    EXPECT_EQ(listing(plain), first);
+}
+
+TEST_F(Registry, ManagersOfOneNameAtTheSameTime) {
+    auto one = std::make_unique<CMD_Manager>("twins");
+    CMD_Manager two("twins");
+    one->installCommand("mine", "", tellFirst, true);
+    one->installCommand("own", "", tellFirst, true);
+    // By its full name a manager finds only what it installed, by a prefix what any of that name did.
+    EXPECT_FALSE(two.isCommandDefined("mine"));
+    EXPECT_EQ(find(two, "min"), "first ");
+    two.installCommand("own", "", tellName, true);
+    EXPECT_EQ(find(two, "own"), "own/own ");
+    EXPECT_EQ(find(two, "ow"), "own/ow ");
+    EXPECT_EQ(find(*one, "own"), "first ");
+    EXPECT_EQ(find(*one, "ow"), "first ");
+    one.reset();
+    EXPECT_EQ(find(two, "min"), "first ");
+    EXPECT_EQ(find(two, "ow"), "own/ow ");
+}
+
+TEST_F(Registry, OnlyTheFirstManagerHasTheBaseCommands) {
+    CMD_Manager second("another name");
+    EXPECT_TRUE(manager.isCommandDefined("echo"));
+    EXPECT_FALSE(second.isCommandDefined("echo"));
+    KIT_PtrArray<CMD_Command *> commands;
+    manager.getDSOCommands(commands);
+    EXPECT_EQ(commands.entries(), 0);   // none comes from a plug-in
+}
+
+TEST_F(Registry, ManyCommands) {
+    static std::list<std::string> names;   // the names are borrowed for good
+    const auto word = [](int i) { return std::string(1, 'c').append(std::to_string(i)); };
+    for (int i = 0; i < 2000; ++i)
+        install(names.emplace_back(word((i * 7919) % 2000 + 1000) + "x").c_str(), tellName);
+    for (int i = 1000; i < 3000; ++i)
+        ASSERT_EQ(find(manager, word(i)), word(i) + "x/" + word(i) + " ");
+    EXPECT_EQ(find(manager, "c100"), "ambiguous");
+}
+
+}   // namespace

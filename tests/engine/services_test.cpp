@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the manager keeps for its host: streams, prompts, modes, sources and their ends, channel blocks, contexts.
+#include "EngineFixture.h"
+
+#include <memory>
+
+#include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/trk/TRK_EventManager.h>
+#include <orvlang/symbols/CMD_VariableTable.h>
+
+namespace {
+
+class Services : public EngineFixture {
+protected:
+    explicit Services(bool interactive = false) : EngineFixture(interactive) {
+        install("begin", [](CMD_Args &args) { args.out() << CMD_Manager::getContext()->beginChannelBlock(); });
+        install("finish", [](CMD_Args &args) { args.out() << CMD_Manager::getContext()->endChannelBlock(); });
+    }
+};
+
+TEST_F(Services, Streams) {
+    std::ostringstream one, two;
+    manager.pushOutputStreams(one, one);
+    manager.pushOutputStreams(two, one);
+    manager.sendInput("echo a; nosuch", false);
+    EXPECT_EQ(two.str(), "a\n");
+    EXPECT_EQ(one.str(), "Unknown command: nosuch\n\r");
+    // A stream that goes leaves every slot, however deep, to the process's own.
+    manager.streamDeleted(one);
+    std::ostream &bottomErr = manager.setStandardErr(two);
+    EXPECT_EQ(&bottomErr, &std::cerr);
+    manager.popOutputStreams();
+    EXPECT_EQ(&manager.setStandardOut(one), &std::cout);
+    manager.popOutputStreams();
+    EXPECT_EQ(type("echo b"), "b\n");
+    // The last one stays.
+    for (int i = 0; i < 5; ++i)
+        manager.popOutputStreams();
+    EXPECT_EQ(&manager.setStandardOut(transcript.out()), &std::cout);
+    EXPECT_EQ(&manager.setStandardErr(transcript.err()), &std::cerr);
+    EXPECT_EQ(type("echo c > f; echo d"), "d\n");
+}
+
+TEST_F(Services, ModesAndCounters) {
+    manager.setVerbose(5);
+    EXPECT_EQ(manager.getVerbose(), 2);
+    manager.setVerbose(0);
+    EXPECT_EQ(manager.getVerbose(), 0);
+    manager.setBrowserMode(1);
+    EXPECT_EQ(manager.isInBrowserMode(), 1);
+    EXPECT_EQ(manager.setHistoryCapture(2), 1);
+    EXPECT_EQ(manager.setHistoryCapture(1), 0);
+    manager.setSafeMode(8);
+    EXPECT_TRUE(manager.isInSafeMode() && fml_getSafeMode() && !manager.getIORedirection());
+    manager.setSafeMode(0);
+    EXPECT_TRUE(!fml_getSafeMode() && manager.getIORedirection());
+    EXPECT_EQ(CMD_Manager::getContext(), &manager);
+    {
+        CMD_Manager other("other");
+        manager.sendInput("echo a", false);
+        EXPECT_EQ(CMD_Manager::getContext(), &manager);
+        other.sendInput("nothing", false);
+        EXPECT_EQ(CMD_Manager::getContext(), &other);
+    }
+    EXPECT_EQ(CMD_Manager::getContext(), nullptr);
+    EXPECT_FALSE(CMD_Manager::getContextExists());
+    EXPECT_EQ(type("time").back(), '\n');   // a statement brings the context back
+}
+
+TEST_F(Services, ChannelBlocks) {
+    const auto held = [] { return TRKgetEventManager().isHandlingEvents(); };
+    EXPECT_EQ(type("begin; finish"), "00");
+    EXPECT_EQ(script("finish; begin; begin; finish; finish; finish"), "011110");
+    EXPECT_FALSE(held());
+    // It goes on across the end of an inner script, and ends with the outermost.
+    folder.write("inner.cmd", "begin; begin\n");
+    EXPECT_EQ(script("source inner.cmd\necho a; read x\necho b\n"), "11a\n");
+    EXPECT_TRUE(held());
+    EXPECT_EQ(type("1"), "b\n{Got chblockbegin without chblockend in s.cmd\n}");
+    EXPECT_FALSE(held());
+    // However that script ends.
+    EXPECT_EQ(script("begin; exit"), "1{Got chblockbegin without chblockend in s.cmd\n}");
+    EXPECT_EQ(script("begin; nosuch"),
+              "1{s.cmd (1): Unknown command: nosuch\n\rGot chblockbegin without chblockend in s.cmd\n}");
+    EXPECT_FALSE(held());
+}
+
+TEST_F(Services, Sources) {
+    EXPECT_EQ(manager.popSource(1), manager.getSource());   // the console stays
+    EXPECT_EQ(manager.getSourceLevel(), 0);
+    for (const char *name : { "missing.cmd", "", "." })
+        EXPECT_EQ(manager.pushSource(name, 0), nullptr) << name;
+    EXPECT_EQ(manager.pushSource(nullptr, 0), nullptr);
+    folder.write("a.cmd", "one\n\ntwo");
+    CMD_Source *source = manager.pushSource("a.cmd", 1);
+    ASSERT_NE(source, nullptr);
+    EXPECT_STREQ(source->getFilename(), "a.cmd");
+    EXPECT_TRUE(source->getEchoState() && !source->isStdIn());
+    KIT_WorkBuffer line;
+    EXPECT_STREQ(source->getLine(line), "one");
+    source->pushUnfinishedCommands("first");
+    source->pushUnfinishedCommands("second");
+    EXPECT_STREQ(source->getLine(line), "second");
+    source->startBlock();
+    EXPECT_FALSE(source->hasUnfinishedCommands());
+    EXPECT_EQ(source->getLine(line), nullptr);
+    source->pushUnfinishedCommands("inside");
+    EXPECT_STREQ(source->getLine(line), "inside");
+    source->endBlock();
+    EXPECT_STREQ(source->getLine(line), "first");
+    EXPECT_STREQ(source->getLine(line), "");
+    EXPECT_EQ(source->getLineNumber(), 2);
+    source->endBlock();   // none is open
+    EXPECT_STREQ(source->getLine(line), "two");
+    EXPECT_EQ(source->getLine(line), nullptr);
+    manager.getError(1) << "here";
+    manager.getError(0) << " there";
+    EXPECT_EQ(manager.popSource(1)->getFilename(), std::string("stdin"));
+    manager.getError(1) << " console";
+    EXPECT_EQ(transcript.take(), "{a.cmd (3): here there console}");
+}
+
+TEST_F(Services, ALoopThatIsNotClosedIsReportedByTheSourceBelow) {
+    folder.write("open.cmd", "for i = 1 to 2\necho $i\n");
+    EXPECT_EQ(script("\nsource open.cmd\necho behind"),
+              "{s.cmd (2): Invalid loop nesting in open.cmd\n}behind\n");
+    EXPECT_EQ(manager.getLoopNestLevel(), 0);
+    folder.write("leaves.cmd", "for i = 1 to 2\nexit\nend\n");
+    EXPECT_EQ(script("source leaves.cmd\necho behind"), "behind\n");
+    EXPECT_EQ(manager.getLoopNestLevel(), 0);
+}
+
+class Prompts : public Services {
+protected:
+    Prompts() : Services(true) {}
+    std::string prompt() {
+        manager.doPrompt();
+        return transcript.take();
+    }
+};
+
+TEST_F(Prompts, ShowTheState) {
+    EXPECT_EQ(prompt(), name + " -> ");
+    static const struct {
+        const char *line, *prompt;
+    } theCases[] = {
+        { "prompt '[$x `1+1`] '", "[ 2] " },
+        { "set x = 'a b'", "[a b 2] " },
+        { "echo \\", "? " },
+        { "a", "[a b 2] " },
+        { "read a", "" },
+        { "1", "[a b 2] " },
+        { "if 0", "? " },
+        { "for i = 1 to 2", "> " },
+        { "echo", "> " },
+        { "end", "? " },
+        { "else", "[a b 2] " },
+        { "endif", "[a b 2] " },
+        { "source reads.cmd", "" },
+        { "1", "[a b 2] " },
+        { "prompt 'a\\\\$x' '\"q\"'", "a$x \"q\"" },
+        { "prompt '`nosuch()`<'", "<" },
+        { "prompt '`run(\"prompt new\")`|'", "|" },   // it changes the text that is being expanded
+        { "# nothing", "new" },
+        { "prompt ''", "" },
+    };
+    folder.write("reads.cmd", "if 0\nendif\nread a\n");
+    for (const auto &c : theCases) {
+        type(c.line);
+        EXPECT_EQ(prompt(), c.prompt) << c.line;
+    }
+    EXPECT_EQ(type("prompt; prompt a  b; prompt"), "prompt ''\nprompt 'a b'\n");
+}
+
+TEST_F(Prompts, Stack) {
+    manager.pushPrompt(nullptr);
+    manager.pushPrompt("two");
+    manager.pushPrompt(manager.getPrompt(-1));
+    manager.setPrompt(manager.getPrompt(2));
+    EXPECT_STREQ(manager.getPrompt(9999), "two");
+    EXPECT_STREQ(manager.getPrompt(1), "");
+    for (int i = 0; i < 9; ++i)
+        manager.popPrompt();
+    EXPECT_EQ(manager.getPrompt(-1), name + " -> ");
+    manager.setPrompt(nullptr);
+    EXPECT_EQ(prompt(), "");
+}
+
+TEST_F(Prompts, AScriptOrATextHasNone) {
+    install("asked", [](CMD_Args &) { CMD_Manager::getContext()->doPrompt(); });
+    EXPECT_EQ(script("asked"), "");
+    manager.sendMultiLineInput("asked", false);
+    EXPECT_EQ(transcript.take(), "");
+    EXPECT_EQ(type("asked"), name + " -> ");
+}
+
+}   // namespace
