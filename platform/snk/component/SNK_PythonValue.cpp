@@ -2,6 +2,7 @@
 #include "SNK_PythonValue.h"
 
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 #include <orvlang/platform/snk/SNK_Result.h>
@@ -48,17 +49,21 @@ int giveStringArray(PyObject *value, const SNK_TextTaker &texts) {
     const SNK_PythonReference entries(PySequence_Tuple(value));
     if (!entries)
         return theFailure;
-    const Py_ssize_t count = PyTuple_GET_SIZE((PyObject *)entries);
-    for (Py_ssize_t i = 0; i < count; ++i)
-        if (!PyUnicode_Check(PyTuple_GET_ITEM((PyObject *)entries, i)))
-            return SNK_Result::WrongType;
+    // None is handed out before all are known to be good.
+    std::vector<std::string_view> found;
+    const Py_ssize_t count = PyTuple_GET_SIZE(static_cast<PyObject *>(entries));
     for (Py_ssize_t i = 0; i < count; ++i) {
+        PyObject *const entry = PyTuple_GET_ITEM(static_cast<PyObject *>(entries), i);
+        if (!PyUnicode_Check(entry))
+            return SNK_Result::WrongType;
         Py_ssize_t length = 0;
-        const char *const bytes = textOf(PyTuple_GET_ITEM((PyObject *)entries, i), length);
+        const char *const bytes = textOf(entry, length);
         if (!bytes)
             return theFailure;
-        texts(bytes, static_cast<size_t>(length));
+        found.emplace_back(bytes, static_cast<size_t>(length));
     }
+    for (const std::string_view text : found)
+        texts(text.data(), text.size());
     return SNK_Result::StringArray;
 }
 
