@@ -125,4 +125,20 @@ TEST_F(TerminalTest, EndOfInputWithSomethingOpen) {
     expectEnd(terminal, 1);
 }
 
+TEST_F(TerminalTest, InterruptReachesPython) {
+    Terminal terminal(program());
+    terminal.waitFor("orvlang -> ");
+    for (const char *wait : { "while True: pass", "__import__(\"time\").sleep(1000)" }) {
+        terminal.type("python -c 'print(\"be\" + \"gun\")\\n" + std::string(wait) + "'; echo not reached\n");
+        terminal.waitFor("begun\r\n");
+        terminal.type(theControlC);
+        terminal.waitFor("\r\nKeyboardInterrupt\r\n\r\n");
+        EXPECT_EQ(terminal.waitFor("orvlang -> ").find("not reached"), std::string::npos);
+    }
+    EXPECT_EQ(answer(terminal, "python -c 'print(input(\"? \"))'", "? "), "");
+    EXPECT_EQ(answer(terminal, "an answer"), "an answer\r\n");
+    terminal.type("quit\n");
+    expectEnd(terminal, 0);
+}
+
 }   // namespace

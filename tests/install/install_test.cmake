@@ -43,6 +43,19 @@ if(foreign)
     message(FATAL_ERROR "the library exports what is none of its own:\n${foreign}")
 endif()
 
+# Python is found from where the library lies; without its component the library works, and says what is missing.
+set(python "python -c 'print(6 * 7)'\necho next")
+run(${STAGE}/system/bin/orvlang -c "${python}")
+if(NOT output STREQUAL "42\nnext\n")
+    message(FATAL_ERROR "Python, installed, wrote: ${output}")
+endif()
+file(RENAME ${STAGE}/system/lib/orvlang ${STAGE}/component)
+run(${STAGE}/system/bin/orvlang -c "${python}")
+file(RENAME ${STAGE}/component ${STAGE}/system/lib/orvlang)
+if(NOT output MATCHES "^(next\n)?Python is not available: liborvlang_python.so is not installed in /.*/lib/orvlang\n")
+    message(FATAL_ERROR "without the component of Python the program wrote: ${output}")
+endif()
+
 run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${EXAMPLE} -B ${STAGE}/build -DCMAKE_PREFIX_PATH=${STAGE}/system
     -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${flags})
 run(${CMAKE_COMMAND} --build ${STAGE}/build)
