@@ -51,10 +51,11 @@ HistoryWord takeWord(std::string_view spec) {
 }   // namespace
 
 void CMD_HistoryTable::addHistory(const char *line) {
-    const int number = lines.empty() ? 1 : lines.back().number + 1;
+    // A copy first: the line may be one that falls out.
+    CMD_History newest{ line, lines.empty() ? 1 : lines.back().number + 1 };
     if (lines.size() >= theHistorySize)
         lines.erase(lines.begin());
-    lines.push_back({ line, number });
+    lines.push_back(std::move(newest));
 }
 
 int CMD_HistoryTable::historyExpand(CMD_Manager *manager, KIT_String &line) const {
