@@ -8,6 +8,7 @@
 #include <orvlang/engine/CMD_Manager.h>
 
 #include <cstring>
+#include <utility>
 
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_Loop.h>
@@ -214,8 +215,12 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
     while (readVariables.isEmpty()) {
         const size_t depth = sourceStack.size();
         const SourceRef top = sourceStack.back();
-        if (isNestingOver())
+        if (isNestingOver()) {
+            // The refusal of an expression has left the scripts as they are.
+            if (!std::exchange(nestingRefused, true))
+                breakAllSources();
             return;
+        }
         const bool isAboveBase = depth > 1 && (depth > baseLevel || baseLevel == 1 || readWasPending);
         const bool fellInsideExecute = executeDepth != 0 && baseLevel != depth;
         const bool closedLoop = top->loopRunning && (readWasPending || (baseLevel == 1 && !loopWasRunning));

@@ -116,6 +116,11 @@ TEST_F(Hostile, ExecuteWithoutEnd) {
         EXPECT_GE(count(written, "behind\n"), 1u) << lines;
         folder.write("f", "");
     }
+    type("alias x 'echo `run(\"x\")`'");
+    folder.write("s.cmd", "x\necho never\n");
+    manager.execute("source s.cmd; echo never", 0, nullptr, nullptr, 1, true);
+    EXPECT_EQ(count(transcript.take(), "never"), 0u);
+    EXPECT_EQ(manager.getSourceLevel(), 0);
     // A prompt that shows itself, and what is deep without being endless.
     install("shown", [](CMD_Args &) {
         KIT_String text;
