@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the commands of the language write: set, alias, echo, shift, job, time, help.
+#include "EngineFixture.h"
+
+#include <orvlang/builtins/CMD_Columns.h>
+#include <orvlang/platform/kit/KIT_PathSearch.h>
+
+namespace {
+
+class Commands : public EngineFixture {};
+
+TEST_F(Commands, Table) {
+    folder.write("args.cmd", "shift; echo \"$argc/$arg0/$arg1/$arg2\"\n");
+    static const struct {
+        const char *line, *written;
+    } theCases[] = {
+        { "echo", "\n" },
+        { "echo -n", "" },
+        { "echo -n a; echo a  'b  c' \"\" d", "aa b  c  d\n" },
+        { "echo -- -n; echo -1 -.5 -", "-n\n-1 -.5 -\n" },
+        { "echo -x", "{Invalid option for command\n}" },
+        // Variables.
+        { "set x = 1; set x; set x y x", "x\t= 1\nx\t= 1\ny\tundefined \nx\t= 1\n" },
+        { "set x =; set x; set x =y z; set x; set x '=y' z; set x", "x\t= \nx\t= y z\nx\t= z\n" },
+        { "set x == 1; echo $x", "1\n" },
+        { "set a-b = 1; set 1a = 2; set TIME = 3; set '' = 4",
+          "{Invalid variable name (a-b)\nInvalid variable name (1a)\nInvalid variable name (TIME)\n}" },
+        { "set a-b; set -u a-b", "a-b\tundefined \n" },
+        { "set y = a > f; set y; set y = '>' b; set y", "y\t= a\ny\t= > b\n" },
+        { "set -s y; set -gx = 1; setenv -p x = 1",
+          "y\t= > b\n{Invalid option for command\nInvalid option for command\n}" },
+        { "setenv g = 1; setenv -l l = 2; set -g h = 3; set -l i = 4; set g l h i",
+          "g\t= 1\nl\t= 2\nh\t= 3\ni\t= 4\n" },
+        { "set -u g l h i nosuch; set g l h i",
+          "g\tundefined \nl\tundefined \nh\tundefined \ni\tundefined \n" },
+        // Aliases.
+        { "alias", "" },
+        { "alias b 2; alias a 1  '2  3'; alias", "a\t1 2  3\nb\t2\n" },
+        { "alias a; alias nosuch; alias -s a", "1 2  3\n1 2  3\n" },
+        { "alias a = b; alias a", "= b\n" },
+        { "alias echo echo; alias -u echo", "{Warning:  alias for 'echo' overrides internal command\n}" },
+        { "alias alias x; alias a-b x; alias e ''; alias",
+          "{Warning:  alias for 'alias' overrides internal command\n}a\t= b\nb\t2\ne\t\n" },
+        { "alias -u -s a nosuch; alias -u; alias", "b\t2\ne\t\n" },
+        { "alias ls 'ls2 -l'; alias ls2 echo two; ls; alias ls ls2; ls",
+          "{Unknown command: ls2\n\r}{Unknown command: ls2\n\r}" },
+        { "alias hash 'echo a # b'; hash c", "a\n" },
+        { "alias -u b e ls ls2 hash", "" },
+        // Arguments.
+        { "shift", "{Error: $argc not found\n}" },
+        { "source args.cmd a b; args.cmd", "2/a/b/\n0///\n" },
+        { "set argc = 0; shift; set argc = x; shift",
+          "{Error: shift past the last argument\nError: shift past the last argument\n}" },
+        { "set argc = 3; set arg0 = a; set arg2 = c; shift; echo \"$argc/$arg0/$arg1/$arg2\"", "2/a/c/\n" },
+        // Others.
+        { "job /a; job; job a b; job c; job", "/a\n/a\nc\n" },
+        { "history; history -x", "{Invalid option for command\n}" },
+        { "exit 5; echo $status; exit x; echo $status; exit; echo $status", "5\n0\n0\n" },
+        { "help nosuch; echo $status", "No installed command matches nosuch\n0\n" },
+    };
+    for (const auto &c : theCases) {
+        std::string written = type(c.line);
+        for (size_t i; (i = written.find("}{")) != std::string::npos;)
+            written.erase(i, 2);
+        std::string expected = c.written;
+        for (size_t i; (i = expected.find("}{")) != std::string::npos;)
+            expected.erase(i, 2);
+        EXPECT_EQ(written, expected) << c.line;
+    }
+}
+
+TEST_F(Commands, SetListsEverything) {
+    type("set a = 'x y'\nsetenv a = z\nset -g zz = 9");
+    const std::string text = type("set");
+    EXPECT_TRUE(text.starts_with("FRAME\t= 1\nTIME\t= 0\nFPS\t= 24\n")) << text;
+    EXPECT_NE(text.find("\nPI\t= 3.1415926535897932384\n"), std::string::npos);
+    EXPECT_NE(text.find("\na\t= z\n"), std::string::npos);
+    EXPECT_TRUE(text.ends_with("\nstatus\t= 0\nzz\t= 9\n")) << text;
+}
+
+TEST_F(Commands, Time) {
+    const std::string seconds = type("time");
+    EXPECT_EQ(seconds.find_first_not_of("0123456789.e-"), seconds.find("r\n")) << seconds;
+    const std::string text = type("time 'echo a; nosuch'; echo $status");
+    EXPECT_TRUE(text.starts_with("a\n{Unknown command: nosuch\n\r}")) << text;
+    EXPECT_TRUE(text.ends_with("r\n1\n")) << text;
+    EXPECT_EQ(script("time nosuch").substr(0, 36), "{s.cmd (1): Unknown command: nosuch\n");
+}
+
+std::string columns(std::initializer_list<std::string> cells, size_t width) {
+    std::string line;
+    for (const std::string &cell : cells)
+        line += cell + std::string(width - std::min(width, cell.size()), ' ');
+    return line + "\n";
+}
+
+TEST_F(Commands, ColumnsOfHelp) {
+    const auto listing = [](const std::vector<std::string_view> &names) {
+        std::ostringstream text;
+        CMDprintColumns(text, names);
+        return text.str();
+    };
+    static const std::string wide(25, 'w'), line(78, 'l'), over(100, 'o');
+    EXPECT_EQ(listing({}), "");
+    EXPECT_EQ(listing({ "a", "bb", "ccc" }), columns({ "a", "bb", "ccc" }, 4));
+    EXPECT_EQ(listing({ "1", "2", "3", "4", "5", "6", "7", wide }),   // 3, 3 and 2 in the columns
+              columns({ "1", "4", "7" }, 26) + columns({ "2", "5", wide }, 26) + columns({ "3", "6" }, 26));
+    EXPECT_EQ(listing({ "b", line }), columns({ "b" }, 78) + line + "\n");
+    EXPECT_EQ(listing({ "b", over }), columns({ "b" }, 78) + over + "\n");
+    for (const char *name : { "x10", "x9", "x1", "xX", "XYZZY", "coredump" })
+        install(name, [](CMD_Args &) {});
+    std::ostringstream text;
+    for (const char *prefix : { "x", "XYZ", "core", "nosuch" })
+        manager.commandDump(text, nullptr, prefix);
+    EXPECT_EQ(text.str(), columns({ "x1", "x9", "x10", "xX" }, 4));
+}
+
+TEST_F(Commands, HelpFiles) {
+    for (const char *command : { "hlp", "hlp2", "hlp10", "coredumps", "quiet" })
+        install(command, [](CMD_Args &) {});
+    std::filesystem::create_directories("job/help");
+    std::filesystem::create_directories("orp/help");
+    folder.write("job/help/command.help", "junk\nhlp10\n\tTen KEYWORD\n\n  more\nhlp\n  job hlp kéyword "
+                                          "keyWord\n#\n  not of hlp, but otherword\nnosuch\n keyword\nquiet");
+    folder.write("orp/help/command.help",
+                 "hlp\n  orp hlp\n\n   \nhlp\n  again\nhlp2 x\n  KeyWord\nhlp2\n  two\n");
+    type("set -g ORP = " + folder.path() + "/orp; job " + folder.path() + "/job");
+    KIT_PathSearch::rehashAll();
+    static const struct {
+        const char *line, *written;
+    } theCases[] = {
+        { "help hlp", "hlp\n  orp hlp\n\n   \n  job hlp kéyword keyWord\n" },
+        { "help hlp1 hlp2", "hlp10\n\tTen KEYWORD\n\n  more\nhlp2\n  two\n" },
+        { "help quie", "quiet\n" },
+        { "help hl", "hlp   hlp2  hlp10 \n" },
+        { "help -k keyword", "hlp   hlp10 \n" },
+        { "help -k OTHER", "hlp \n" },
+        { "help -k lp", "hlp   hlp2  hlp10 \n" },
+        { "help -k nowhere", "" },
+        { "help -k keyword quiet", "quiet\n" },
+        { "help -k", "{Invalid option for command\n}" },
+        { "alias h hlp10; alias hh hlp 2; help h hh",
+          "'h' is an alias for hlp10\nhlp10\n\tTen KEYWORD\n\n  more\n'hh' is an alias for hlp 2\nNo installed "
+          "command matches hlp 2\n" },
+    };
+    for (const auto &c : theCases)
+        EXPECT_EQ(type(c.line), c.written) << c.line;
+    std::ostringstream text;
+    manager.printHelp(text, "help/nosuch", "hlp");
+    manager.printHelp(text, "help/command.help", nullptr);
+    manager.commandHelp(text, nullptr);
+    manager.commandDump(text, "", "quie");
+    EXPECT_TRUE(text.str().ends_with("quiet \n")) << text.str();
+}
+
+}   // namespace
