@@ -14,7 +14,7 @@ show -b 1 -b 2 -b 3 -b 4 -b 5 -c 1 '' é
 # expect: ['show', 'é'] {'b': ['1', '2', '3', '4'], 'c': ['1', '']}
 show a > out   # expect file out: ['show', 'a'] {}
 give "['out', 'err']"
-# expect: out<no newline>
+# No line end is added: what is written next stands right behind.
 # expect err: %s (16): err%s (20): Unknown return type from python wrapper function
 give "('', '')"
 give "'ab'"
@@ -41,3 +41,5 @@ show a\\ 'b'
 # expect err:     __import__('orvlang_commands').show.run(["show","a\","b"], {})
 # expect err:                                                           ^
 # expect err: SyntaxError: unterminated string literal (detected at line 1)
+# A backslash in front of a double quote ends the literal, and the rest of the word is code.
+show 'a\\"+chr(66)],{})#'   # expect: out['show', 'a\\B'] {}

@@ -68,11 +68,14 @@ def flush():
 
 
 def finish():
-    """At the end of the process: what was registered with atexit."""
+    """At the end of the process: what was registered with atexit. What cannot be written was told when it was."""
     import atexit
 
     atexit._run_exitfuncs()
-    flush()
+    try:
+        flush()
+    except OSError:
+        pass
 
 
 def take_input():
