@@ -4,6 +4,7 @@
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER})
 set(ENV{ORVANE_PATH} ${EXAMPLES})
+set(ENV{PYTHONDONTWRITEBYTECODE} 1)   # the tree stays as it is
 foreach(words "${EXAMPLES}/python/inventory.cmd" "-c;help table")
     execute_process(COMMAND ${PROGRAM} -P table=s:n -P jsonget=d: ${words}
         WORKING_DIRECTORY ${FOLDER} OUTPUT_VARIABLE part ERROR_VARIABLE errors)
