@@ -124,12 +124,6 @@ TEST_F(Dispatch, WhatLeavesTheStatusAlone) {
     EXPECT_EQ(value("status"), "9");
 }
 
-TEST_F(Dispatch, CountsEveryStatement) {
-    const unsigned before = manager.getCommandsRun();
-    type("nosuch\nif 0\nskipped\nendif\n# none\n\n;\necho a; echo b");
-    EXPECT_EQ(manager.getCommandsRun() - before, 7u);
-}
-
 TEST_F(Dispatch, AFailedLookUpEndsAllScripts) {
     folder.write("outer.cmd", "source s.cmd\necho never\n");
     for (const char *line : { "nosuch", "e", "risky" }) {
@@ -247,18 +241,6 @@ TEST_F(Dispatch, ErrorsHaveTheirPositionOnce) {
     install("text",
             [](CMD_Args &) { CMD_Manager::getContext()->execute("nosuch\n", 0, nullptr, nullptr, 1, true); });
     EXPECT_EQ(script("text\necho never\n"), "{Unknown command: nosuch\n\r}");
-}
-
-TEST_F(Dispatch, ACallbackKeepsACopyOfItsWords) {
-    static CMD_Args kept;
-    install(
-        "keep", [](CMD_Args &args) { kept = args; }, "b:");
-    type("keep -b value one \"two\"");
-    type("keep_nothing");
-    EXPECT_STREQ(kept.argv(2), "two");
-    EXPECT_STREQ(kept.argp('b'), "value");
-    EXPECT_TRUE(kept.commandName() == "keep");
-    kept = CMD_Args();
 }
 
 }   // namespace

@@ -131,83 +131,63 @@ TEST_F(Hostile, ExecuteWithoutEnd) {
     EXPECT_EQ(count(type(repeat("time ", 10000) + "echo deep"), "Nesting too deep"), 1u);
 }
 
-/// deed NAME: does to its manager what the table below says.
-struct Deed {
-    const char *name;
-    void (*act)(CMD_Manager &manager, CMD_Args &args);
-};
-
 std::optional<std::ostringstream> theStream;
 
-const Deed theDeeds[] = {
-    { "pop", [](CMD_Manager &manager, CMD_Args &) { manager.popSource(0); } },
-    { "popall",
-      [](CMD_Manager &manager, CMD_Args &) { manager.execute("nosuch", 0, nullptr, nullptr, 0, true); } },
-    { "push", [](CMD_Manager &manager, CMD_Args &) { manager.pushSource("other.cmd", 1); } },
-    { "again",
-      [](CMD_Manager &manager, CMD_Args &) {
-          manager.pushSource("s.cmd", 0);
-          manager.popSource(1);
-      } },
-    { "poppush",
-      [](CMD_Manager &manager, CMD_Args &) {
-          manager.popSource(1);
-          manager.pushSource("other.cmd", 0);
-      } },
-    { "text",
-      [](CMD_Manager &manager, CMD_Args &) {
-          manager.popSource(1);
-          manager.sendMultiLineInput("echo t\n", true);
-      } },
-    { "install",
-      [](CMD_Manager &manager, CMD_Args &args) {
-          manager.installCommand(
-              "install", "", [](CMD_Args &inner) { inner.callBaseClassCommand(); }, true);
-          args.callBaseClassCommand();
-      } },
-    { "unalias", [](CMD_Manager &manager, CMD_Args &) { manager.destroyAliases(); } },
-    { "reset", [](CMD_Manager &manager, CMD_Args &) { manager.resetVariables(); } },
-    { "streams",
-      [](CMD_Manager &manager, CMD_Args &) {
-          theStream.emplace();
-          manager.pushOutputStreams(*theStream, *theStream);
-          manager.execute("echo into; unstream; echo out", 0, nullptr, nullptr, 1, true);
-      } },
-    { "unstream",
-      [](CMD_Manager &manager, CMD_Args &) {
-          if (theStream)
-              manager.streamDeleted(*theStream);
-          theStream.reset();
-          manager.popOutputStreams();
-          manager.popOutputStreams();
-          manager.popOutputStreams();
-      } },
-    { "clear",
-      [](CMD_Manager &manager, CMD_Args &) {
-          manager.clearHistory();
-          manager.popPrompt();
-      } },
-    { "manager",
-      [](CMD_Manager &, CMD_Args &) {
-          CMD_Manager other("inside");
-          other.sendInput("nothing", true);
-      } },
-    { "read",
-      [](CMD_Manager &manager, CMD_Args &) {
-          manager.sendInput("read x", false);
-          manager.sendInput("1", true);
-      } },
-    { "half", [](CMD_Manager &manager, CMD_Args &) { manager.sendInput("half a line\\", true); } },
-    { "loop", [](CMD_Manager &manager, CMD_Args &) { manager.sendInput("for i = 1 to 3", true); } },
-};
+constexpr const char *theDeeds[] = { "pop",      "popall",  "push",  "again", "poppush", "text",
+                                     "install",  "unalias", "reset", "clear", "streams", "manager",
+                                     "unstream", "read",    "half",  "loop" };
+
+/// deed NAME: does something to the manager, and to what the command stands on.
+void deed(CMD_Args &args) {
+    CMD_Manager &manager = *CMD_Manager::getContext();
+    const std::string_view name = args.argv(1);
+    if (name == "pop" || name == "poppush" || name == "text")
+        manager.popSource(1);
+    if (name == "push" || name == "poppush" || name == "again")
+        manager.pushSource(name == "again" ? "s.cmd" : "other.cmd", 1);
+    if (name == "again")
+        manager.popSource(1);
+    if (name == "text")
+        manager.sendMultiLineInput("echo t\n", true);
+    if (name == "popall")
+        manager.execute("nosuch", 0, nullptr, nullptr, 0, true);
+    if (name == "install") {
+        const auto pass = [](CMD_Args &inner) { inner.callBaseClassCommand(); };
+        manager.installCommand("deed", "", pass, true);
+        args.callBaseClassCommand();
+    }
+    if (name == "unalias")
+        manager.destroyAliases();
+    if (name == "reset")
+        manager.resetVariables();
+    if (name == "clear") {
+        manager.clearHistory();
+        manager.popPrompt();
+    }
+    if (name == "streams") {
+        theStream.emplace();
+        manager.pushOutputStreams(*theStream, *theStream);
+        manager.execute("echo into; deed unstream; echo out", 0, nullptr, nullptr, 1, true);
+    }
+    if (name == "unstream") {
+        if (theStream)
+            manager.streamDeleted(*theStream);
+        theStream.reset();
+        for (int i = 0; i < 3; ++i)
+            manager.popOutputStreams();
+    }
+    if (name == "manager")
+        CMD_Manager("inside").sendInput(";", true);
+    if (name == "read")
+        manager.sendInput("read x", false);
+    if (name == "half")
+        manager.sendInput("half a line\\", true);
+    if (name == "loop")
+        manager.sendInput("for i = 1 to 3", true);
+}
 
 TEST_F(Hostile, CommandsTakeAwayWhatTheyStandOn) {
-    install("deed", [](CMD_Args &args) {
-        for (const Deed &deed : theDeeds)
-            if (std::string_view(deed.name) == args.argv(1))
-                deed.act(*CMD_Manager::getContext(), args);
-    });
-    install("install", [](CMD_Args &) {});
+    install("deed", deed);
     folder.write("other.cmd", "echo other; echo more\nnosuch\n");
     static const char *const theForms[] = {
         "deed %; echo behind\necho next\n",
@@ -217,10 +197,10 @@ TEST_F(Hostile, CommandsTakeAwayWhatTheyStandOn) {
         "deed % > f; echo behind\n",
         "if 1\ndeed %\nendif\nfor i = 1 to 2\ndeed %\nend\n",
     };
-    for (const Deed &deed : theDeeds)
+    for (const char *name : theDeeds)
         for (std::string form : theForms) {
             while (form.find('%') != std::string::npos)
-                form.replace(form.find('%'), 1, deed.name);
+                form.replace(form.find('%'), 1, name);
             SCOPED_TRACE(form);
             folder.write("outer.cmd", "source s.cmd; echo outer\necho last\n");
             script(form);
@@ -244,22 +224,15 @@ TEST_F(Hostile, CommandsTakeAwayWhatTheyStandOn) {
 TEST(HostileEnd, AManagerGoesWithOpenInput) {
     const TemporaryFolder folder;
     folder.write("s.cmd", "for i = 1 to 2\nread x\nend\n");
-    folder.write("loop.cmd", "for i = 1 to 2\nsource s.cmd\nend\n");
-    const std::string sources[] = { "source " + folder.path() + "/s.cmd", "for i = 1 to 2",
-                                    "source " + folder.path() + "/loop.cmd", "end" };
-    for (const std::string text :
-         { "read a; echo b", "for i = 1 to 2\nfor k = 1 to 2", "echo a\\", "if 0\nfor i = 1 to 2", "1", "3" }) {
+    folder.write("loop.cmd", "for i = 1 to 2\nsource " + folder.path() + "/s.cmd\nend\n");
+    for (const std::string text : { "read a; echo b", "for i = 1 to 2\nfor k = 1 to 2", "echo a\\",
+                                    "if 0\nfor i = 1 to 2", "%/s.cmd", "%/loop.cmd" }) {
         CMD_Manager manager("gone");
         std::istringstream lines(text);
         for (std::string line; std::getline(lines, line);)
-            manager.sendInput(line.c_str(), false);
-        EXPECT_EQ(CMD_Manager::getContext(), &manager);
-    }
-    for (const std::string &source : sources) {
-        CMD_Manager manager("gone");
-        std::ostringstream out;
-        manager.pushOutputStreams(out, out);
-        manager.sendInput(source.c_str(), false);
+            manager.sendInput(line.starts_with('%') ? (folder.path() + line.substr(1)).c_str() : line.c_str(),
+                              false);
+        EXPECT_NE(manager.getPendingInput(), CMD_Manager::Pending::Nothing) << text;
     }
     EXPECT_EQ(CMD_Manager::getContext(), nullptr);
 }

@@ -2,7 +2,6 @@
 // Installing commands and finding them by name, by prefix and in safe mode, for one manager and for several.
 #include "EngineFixture.h"
 
-#include <list>
 #include <memory>
 
 #include <orvlang/engine/CMD_Command.h>
@@ -162,16 +161,6 @@ TEST_F(Registry, OnlyTheFirstManagerHasTheBaseCommands) {
     KIT_PtrArray<CMD_Command *> commands;
     manager.getDSOCommands(commands);
     EXPECT_EQ(commands.entries(), 0);   // none comes from a plug-in
-}
-
-TEST_F(Registry, ManyCommands) {
-    static std::list<std::string> names;   // the names are borrowed for good
-    const auto word = [](int i) { return std::string(1, 'c').append(std::to_string(i)); };
-    for (int i = 0; i < 2000; ++i)
-        install(names.emplace_back(word((i * 7919) % 2000 + 1000) + "x").c_str(), tellName);
-    for (int i = 1000; i < 3000; ++i)
-        ASSERT_EQ(find(manager, word(i)), word(i) + "x/" + word(i) + " ");
-    EXPECT_EQ(find(manager, "c100"), "ambiguous");
 }
 
 }   // namespace

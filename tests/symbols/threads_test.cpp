@@ -30,37 +30,27 @@ TEST(SymbolThreads, AllOperationsAtOnce) {
             const char *name = theNames[seed / 65536 % 4];
             const std::string &value = values[seed / 1048576 % 3];
             CMD_VariableTable &table = seed & 4096 ? global : local;
-            switch (seed / 256 % 8) {
-            case 0:
+            const unsigned operation = seed / 256 % 8;
+            KIT_StringArray names;
+            if (operation == 0) {
                 table.setVariable(name, value.c_str(), (seed & 8192) != 0);
                 aliases.setAlias(name, value.c_str());
-                break;
-            case 1:
+            } else if (operation == 1) {
                 table.destroyVariable(name);
                 aliases.destroyAlias(name);
-                break;
-            case 2: {
-                KIT_StringArray names;
+            } else if (operation == 2) {
                 table.getVariableNames(names, static_cast<int>(seed & 1));
                 aliases.getAliasNames(names);
-                break;
-            }
-            case 3:
+            } else if (operation == 3) {
                 table.clearDirtyFlags();
                 manager.destroyAliases();
-                break;
-            case 4: {
-                float number = 0;
+            } else if (operation == 4) {
                 int whole = 0;
-                table.getVariable(name, number);
                 table.getVariable(name, whole);
                 OrvaneGetenv(name);
                 KIT_EnvControl::getInt(KIT_EnvControl::PlainInput);
-                break;
-            }
-            default:
-                if (table.getVariable(name, text) || aliases.getAlias(name, text))
-                    torn += text.view().find_first_not_of(text[0]) != std::string_view::npos;
+            } else if (table.getVariable(name, text) || aliases.getAlias(name, text)) {
+                torn += text.view().find_first_not_of(text[0]) != std::string_view::npos;
             }
         }
     };
