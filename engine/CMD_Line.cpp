@@ -4,9 +4,10 @@
 #include <cstring>
 
 CMD_Line CMD_Line::copyOf(std::string_view text) {
-    const std::shared_ptr<char[]> copy = std::make_shared_for_overwrite<char[]>(text.size());
+    const std::shared_ptr<char[]> copy = std::make_shared_for_overwrite<char[]>(text.size() + 1);
     if (!text.empty())
         std::memcpy(copy.get(), text.data(), text.size());
+    copy[text.size()] = '\0';
     return { { copy.get(), text.size() }, copy, false };
 }
 

@@ -16,7 +16,7 @@ struct CMD_Line {
     /// The text has been through history expansion: the part behind a `;` is not expanded a second time.
     bool historyExpanded = false;
 
-    /// A line that owns a copy of the text.
+    /// A line that owns a copy of the text, with a NUL behind it.
     static CMD_Line copyOf(std::string_view text);
     /// The text from the given offset on, sharing the buffer; a copy when the text is the caller's.
     CMD_Line rest(size_t offset) const;

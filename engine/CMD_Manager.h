@@ -313,7 +313,7 @@ private:
     void drain(size_t baseLevel, bool readWasPending, bool loopWasRunning);
     void processInput(const SourceRef &source, const CMD_Line &line);
     void internalExecute(const CMD_Line &line);
-    void applyHistory(CMD_Line &text, KIT_String &expanded);
+    void applyHistory(CMD_Line &text);
     bool aliasExpand(std::string_view line, std::string &expanded) const;
     void runCommand(std::string_view line, CMD_StatementFrame &frame);
 

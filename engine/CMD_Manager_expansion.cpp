@@ -47,9 +47,8 @@ void CMD_Manager::internalExecute(const CMD_Line &line) {
     if (start == line.text.size() || line.text[start] == '#')
         return;
     CMD_Line text{ line.text.substr(start), line.owner, line.historyExpanded };
-    KIT_String expanded;
     if ((modeBits & modeExpandHistory) && sourceStack.size() == 1 && getSource()->interactive)
-        applyHistory(text, expanded);
+        applyHistory(text);
 
     const FrameScope scope(*this, text.text.size());
     CMD_StatementFrame &frame = scope.get();
@@ -66,15 +65,17 @@ void CMD_Manager::internalExecute(const CMD_Line &line) {
     runCommand(scan.statement, frame);
 }
 
-void CMD_Manager::applyHistory(CMD_Line &text, KIT_String &expanded) {
+void CMD_Manager::applyHistory(CMD_Line &text) {
     CMD_HistoryTable *history = getSource()->getHistory();
-    expanded = text.text;
     if (!text.historyExpanded) {
+        KIT_String expanded = text.text;
         history->historyExpand(this, expanded);
-        text = { expanded, nullptr, true };
+        text = CMD_Line::copyOf(expanded.view());
+        text.historyExpanded = true;
     }
+    // What is left over behind a `;` shares the text of the whole line, here too: a long line has many such parts.
     if (modeBits & modeCaptureHistory)
-        history->addHistory(expanded.c_str());
+        history->addHistory(text);
 }
 
 bool CMD_Manager::aliasExpand(std::string_view line, std::string &expanded) const {

@@ -51,11 +51,14 @@ HistoryWord takeWord(std::string_view spec) {
 }   // namespace
 
 void CMD_HistoryTable::addHistory(const char *line) {
-    // A copy first: the line may be one that falls out.
-    CMD_History newest{ line, lines.empty() ? 1 : lines.back().number + 1 };
+    addHistory(CMD_Line::copyOf(line ? line : ""));
+}
+
+void CMD_HistoryTable::addHistory(CMD_Line line) {
+    const int number = lines.empty() ? 1 : lines.back().number + 1;
     if (lines.size() >= theHistorySize)
         lines.erase(lines.begin());
-    lines.push_back(std::move(newest));
+    lines.push_back({ std::move(line), number });
 }
 
 int CMD_HistoryTable::historyExpand(CMD_Manager *manager, KIT_String &line) const {
@@ -108,7 +111,7 @@ bool CMD_HistoryTable::expandForms(KIT_String &line) const {
 size_t CMD_HistoryTable::getHistory(std::string_view spec, std::string &out) const {
     const HistoryWord form = takeWord(spec);
     if (const CMD_History *found = findLine(form.word))
-        out += found->text.view();
+        out += found->line.text;
     return form.used;
 }
 
@@ -124,9 +127,8 @@ const CMD_History *CMD_HistoryTable::findLine(std::string_view word) const {
         return place >= 0 && place < static_cast<long long>(lines.size()) ? &lines[static_cast<size_t>(place)]
                                                                           : nullptr;
     }
-    const auto found = std::find_if(lines.rbegin(), lines.rend(), [&](const CMD_History &line) {
-        return line.text.view().starts_with(word);
-    });
+    const auto found = std::find_if(lines.rbegin(), lines.rend(),
+                                    [&](const CMD_History &line) { return line.line.text.starts_with(word); });
     return found == lines.rend() ? nullptr : &*found;
 }
 
@@ -151,7 +153,7 @@ int CMD_HistoryTable::editHistory(KIT_String &line) const {
         line = "";
         return -1;
     }
-    std::string edited(lines.back().text.view());
+    std::string edited(lines.back().line.text);
     const size_t place = edited.find(old);
     if (place != none)
         edited.replace(place, old.size(), replacement);
@@ -163,12 +165,12 @@ int CMD_HistoryTable::editHistory(KIT_String &line) const {
 const char *CMD_HistoryTable::getCommand(int index) const {
     if (index < 0 || static_cast<size_t>(index) >= lines.size())
         return nullptr;
-    return lines[lines.size() - 1 - static_cast<size_t>(index)].text.c_str();
+    return lines[lines.size() - 1 - static_cast<size_t>(index)].line.text.data();
 }
 
 void CMD_HistoryTable::saveHistory(std::ostream &os) const {
     for (const CMD_History &line : lines) {
-        os << line.number << "  " << line.text << std::endl;
+        os << line.number << "  " << line.line.text << std::endl;
         KITcheckOutStream(os, "Save History", 0);
         if (KITgetErrorSeverity() >= KIT_ErrorManager::Failure)
             return;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include <orvlang/engine/CMD_Line.h>
 #include <orvlang/platform/kit/KIT_Export.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
@@ -13,7 +14,7 @@ class CMD_Manager;
 
 /// One line that was typed, and its number; the first line ever is 1.
 struct CMD_History {
-    KIT_String text;
+    CMD_Line line;   // with a NUL behind it
     int number = 0;
 };
 
@@ -24,6 +25,8 @@ public:
     /// The number of lines held, 0 to 200.
     unsigned int entries() const { return static_cast<unsigned int>(lines.size()); }
     void addHistory(const char *line);
+    /// The same without a copy, for a line that owns its text and has a NUL behind it.
+    void addHistory(CMD_Line line);
     /// Replaces the history forms in the line and shows the result on the manager's error stream. 1 when there
     /// was a form, even one that refers to nothing; otherwise 0; then only the backslash of a `\!` is gone.
     int historyExpand(CMD_Manager *manager, KIT_String &line) const;

@@ -37,6 +37,11 @@ private:
             transcript.text += traits_type::to_char_type(byte);
             return byte;
         }
+        std::streamsize xsputn(const char *bytes, std::streamsize count) override {
+            transcript.enter(isError);
+            transcript.text.append(bytes, static_cast<size_t>(count));
+            return count;
+        }
 
     private:
         Transcript &transcript;

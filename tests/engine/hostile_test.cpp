@@ -42,7 +42,7 @@ TEST_F(Hostile, LongLines) {
     const std::string word(tenMegabytes, 'w');
     EXPECT_EQ(type("echo " + word).size(), tenMegabytes + 1);
     EXPECT_EQ(type(word), "{Unknown command: " + word + "\n\r}");
-    EXPECT_EQ(type("echo " + repeat("a ", tenMegabytes / 2)).size(), tenMegabytes);
+    EXPECT_EQ(type("echo " + repeat("a ", 500000)).size(), 1000000u);
     type("set x = " + word);
     EXPECT_EQ(type("echo \"$x$x\"").size(), 2 * tenMegabytes + 1);
     EXPECT_EQ(type("echo a > " + word), "{Unable to redirect output to " + word + "\n}a\n");
@@ -52,6 +52,17 @@ TEST_F(Hostile, LongLines) {
     EXPECT_EQ(type(repeat(statement, tenMegabytes / 100)).size(), tenMegabytes / 100 * 95);
     EXPECT_EQ(script(repeat(statement, tenMegabytes / 100)).size(), tenMegabytes / 100 * 95);
     EXPECT_EQ(type(repeat(";", 100000) + repeat("=", 1000000)).substr(0, 21), "{Unknown command: ==\n");
+}
+
+class HostileConsole : public EngineFixture {
+protected:
+    HostileConsole() : EngineFixture(true) {}
+};
+
+TEST_F(HostileConsole, AStatementForEachByteOfALongLine) {
+    type(repeat(";", 300000));   // each rest of it is a line of the history
+    EXPECT_EQ(manager.getHistoryCount(), 200u);
+    EXPECT_STREQ(manager.getHistoryCommand(1), ";;");
 }
 
 TEST_F(Hostile, ManyContinuedLines) {
