@@ -216,9 +216,10 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
         const size_t depth = sourceStack.size();
         const SourceRef top = sourceStack.back();
         if (isNestingOver()) {
-            // The refusal of an expression has left the scripts as they are.
-            if (!std::exchange(nestingRefused, true))
-                breakAllSources();
+            // The refusal of an expression has left the scripts as they are. Those below this run belong to the
+            // statement that it is nested in, which has yet to report the refusal.
+            while (sourceStack.size() > baseLevel)
+                popSource(0);
             return;
         }
         const bool isAboveBase = depth > 1 && (depth > baseLevel || baseLevel == 1 || readWasPending);
