@@ -42,9 +42,6 @@ public:
             error = number;
     }
     std::string_view textOf(FML_Value &value);
-    /// Turns a value of a host's type into one of ours; other values stay.
-    void settle(FML_Value &value);
-    bool isTrue(FML_Value &value);
     /// Whether a text may have that many bytes; false, and the evaluation has failed, when that is too long.
     bool allowText(std::size_t size);
     /// Null, and the evaluation has failed, when that is too long for a text.
@@ -65,6 +62,9 @@ private:
     void callLibrary(const FML_LibraryFunction &function, std::size_t count);
     void callHost(FML_FUNCTION &function, std::size_t count);
     void convert(FML_Value &value, char kind);
+    /// Turns a value of a host's type into one of ours; other values stay.
+    void settle(FML_Value &value);
+    bool isTrue(FML_Value &value);
     FML_SymbolPointer makeArgument(FML_Value &value, int typeCode);
     bool fillSymbol(FML_SYMBOL &symbol, FML_Value &value);
     FML_Value takeResult(FML_SymbolPointer symbol);
