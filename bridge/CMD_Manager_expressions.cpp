@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Joins the command language to the expressions, in both directions: functions through which expressions run commands
-// and Python, find files and test variables, and a type of variables through which a name in an expression is a variable of the
-// language.
+// and Python, find files and test variables, and a type of variables through which a name in an expression is a
+// variable of the language.
 #include <orvlang/engine/CMD_Manager.h>
 
 #include <orvlang/bridge/CMD_PythonLanguage.h>
@@ -131,7 +131,8 @@ constexpr int theStrings[] = { FML_STRING, FML_STRING };
 struct BridgeFunction : FML_FUNCTION {
     constexpr BridgeFunction(const char *name, int arguments, int result, FML_EvaluateCallback evaluate,
                              const char *help, unsigned flags = 0)
-        : FML_FUNCTION(FML_VOLATILE | flags, name, arguments, result, theStrings, evaluate, nullptr, nullptr, 1, false),
+        : FML_FUNCTION(FML_VOLATILE | flags, name, arguments, result, theStrings, evaluate, nullptr, nullptr, 1,
+                       false),
           help(help) {}
     const char *help;
 };
