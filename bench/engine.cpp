@@ -80,24 +80,26 @@ void splitLine(benchmark::State &state, const char *line) {
 BENCHMARK_CAPTURE(splitLine, plain, "echo aa bb cc");
 BENCHMARK_CAPTURE(splitLine, quoted, "echo \"a b\" 'c d' e\\ f");
 
-/// A script of distinct assignments, written once and gone when the program ends.
-class LongScript {
+/// A script in the folder for temporary files, gone when the program ends.
+class Script {
 public:
-    explicit LongScript(int lines)
+    Script()
         : path(std::filesystem::temp_directory_path() /
-               ("orvlang_bench_" + std::to_string(getpid()) + ".cmd")) {
-        std::ofstream file(path);
-        for (int i = 0; i < lines; ++i)
-            file << "set v" << i % 1000 << " = val" << i << '\n';
-    }
-    ~LongScript() { std::filesystem::remove(path); }
+               ("orvlang_bench_" + std::to_string(getpid()) + ".cmd")) {}
+    ~Script() { std::filesystem::remove(path); }
+    Script(const Script &) = delete;
+    Script &operator=(const Script &) = delete;
 
     const std::filesystem::path path;
 };
 
 void sourceScript(benchmark::State &state) {
     const int lines = static_cast<int>(state.range(0));
-    const LongScript script(lines);
+    const Script script;
+    std::ofstream file(script.path);
+    for (int i = 0; i < lines; ++i)
+        file << "set v" << i % 1000 << " = val" << i << '\n';
+    file.close();
     const std::string command = "source " + script.path.string();
     CMD_Manager &host = benchManager();
     for (auto _ : state)
@@ -105,6 +107,20 @@ void sourceScript(benchmark::State &state) {
     state.SetItemsProcessed(state.iterations() * lines);
 }
 BENCHMARK(sourceScript)->Arg(20000)->Arg(200000)->Unit(benchmark::kMillisecond);
+
+/// A script that sources itself until it is as deep as asked for.
+void deepSources(benchmark::State &state) {
+    const Script script;
+    const std::string name = script.path.string();
+    std::ofstream(script.path) << "if $arg1 > 1\nset below = `$arg1 - 1`\nsource " << name
+                               << " $below\nendif\n";
+    const std::string command = "source " + name + ' ' + std::to_string(state.range(0));
+    CMD_Manager &host = benchManager();
+    for (auto _ : state)
+        host.execute(command.c_str(), 0, nullptr, nullptr, 1, true);
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(deepSources)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 void createManager(benchmark::State &state) {
     CMD_Manager &first = benchManager();   // the first one of the process does more
