@@ -171,8 +171,11 @@ void CMD_Manager::finishContinuation() {
     const OperationScope operation;
     // The continued line can leave another one behind, again and again.
     while (!continuationLine.empty()) {
-        if (isInterrupted())
+        if (isInterrupted()) {
             continuationLine.clear();
+            popPrompt();
+            return;
+        }
         internalSendInput("", false);
     }
 }
