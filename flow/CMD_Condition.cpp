@@ -167,11 +167,3 @@ CMD_Condition::CMD_Condition(int mostWords) {
     values = largeValues.data();
     operators = largeOperators.data();
 }
-
-int CMD_Condition::evaluate(int argc, const char *const argv[]) {
-    CMD_Condition condition(argc);
-    for (int i = 0; i < argc; ++i)
-        if (!condition.take(argv[i]))
-            return -1;
-    return condition.result();
-}

@@ -15,7 +15,18 @@ class CMD_Condition {
 public:
     /// The whole of it: 1 true, 0 false, -1 when the words are no condition. No words at all are false. A word
     /// that stands alone is true when it is a number above 0 or a text that is neither a number nor empty.
-    static int evaluate(int argc, const char *const argv[]);
+    static int evaluate(int argc, const char *const argv[]) {
+        return evaluateWords(argc, [argv](int i) { return argv[i]; });
+    }
+    /// The same for words that a function of their place gives.
+    template <typename WordAt>
+    static int evaluateWords(int count, WordAt wordAt) {
+        CMD_Condition condition(count);
+        for (int i = 0; i < count; ++i)
+            if (!condition.take(wordAt(i)))
+                return -1;
+        return condition.result();
+    }
 
     /// A condition of no more than so many words; negative counts as 0.
     explicit CMD_Condition(int mostWords);

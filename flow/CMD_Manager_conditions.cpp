@@ -19,11 +19,7 @@ int evaluateWords(CMD_Manager &manager, const CMD_Args &args, int first) {
     int count = args.argc();
     if (count > first && std::string_view(args.argv(count - 1)) == "then")
         --count;
-    CMD_Condition condition(count - first);
-    bool isWrong = false;
-    for (int i = first; i < count && !isWrong; ++i)
-        isWrong = !condition.take(args.argv(i));
-    const int result = isWrong ? -1 : condition.result();
+    const int result = CMD_Condition::evaluateWords(count - first, [&](int i) { return args.argv(first + i); });
     if (result < 0)
         manager.getError(1) << "Invalid if syntax" << std::endl;
     return result;
