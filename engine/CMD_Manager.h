@@ -23,6 +23,7 @@ class CMD_Source;
 class CMD_VariableTable;
 class KIT_SymbolTable;
 class TRK_AutoEventHandler;
+class VIO_ServerSocketListener;
 struct CMD_StatementFrame;
 
 /// The object that a host creates to have a command language.
@@ -96,6 +97,46 @@ public:
     void printHelp(std::ostream &os, const char *filename, const char *name) const;
     /// Adds the commands whose entries hold the keyword, in any case, sorted and each once.
     void searchHelp(KIT_PtrArray<CMD_Command *> &found, const char *filename, const char *keyword) const;
+
+    // Completion of a half-typed command word. Nothing is filtered; a name that is both an alias and a command counts
+    // twice.
+
+    /// The longest common start of all aliases and commands that begin with the prefix, with a blank behind it when
+    /// there is one only. Without any, the prefix itself. Null counts as empty.
+    void completeCommand(const char *prefix, KIT_String &result) const;
+    /// Appends the aliases, then the commands, that begin with the prefix.
+    void matchCommands(const char *prefix, KIT_StringArray &names) const;
+
+    // Command ports. They belong to the process; commands that arrive on one run on the manager that was the context when
+    // it was opened.
+
+    /// Called when the application that was started for a port has ended.
+    using ChildExitCallback = void (*)(VIO_ServerSocketListener &listener, void *data, bool flag);
+    /// Opens a port, any number: 1024 to 65535 stand for themselves, others are mapped there. True when it was opened by
+    /// this call; failures are told to `args` or `errors`. `argv` (ended by null) or the command line `application` names
+    /// a program to start, whose end closes the port; null for none. `pid` takes its process id, unless null. With
+    /// `wait` the call serves the event loop until the port is closed or the application has ended.
+    bool openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args &args,
+                  const char *const *argv, int *pid, bool separateErrors, bool silent,
+                  const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                  bool pollFlag);
+    bool openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, std::ostream &errors,
+                  const char *const *argv, int *pid, bool separateErrors, bool silent,
+                  const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                  bool pollFlag);
+    bool openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args &args,
+                  const char *application, int *pid, bool separateErrors, bool silent,
+                  const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                  bool pollFlag);
+    bool openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, std::ostream &errors,
+                  const char *application, int *pid, bool separateErrors, bool silent,
+                  const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                  bool pollFlag);
+    /// Closes the ports of that number; a number that no port has is no error.
+    void closePort(int port);
+    void closeAutoPort();
+    /// The number of the automatic port, which is opened if need be; -1 on failure and when there is no manager.
+    static int getOrvLangPort();
 
     // Sources.
 
@@ -305,6 +346,7 @@ private:
     static CMD_CommandList *getCommandList(const char *name);
     void installBuiltIn();
     void installBaseCommands();
+    void addPortExtension();
     void initLibraryGlue();
 
     // The road of a line, in this order.
@@ -355,6 +397,24 @@ private:
 
     // The commands.
     static void cmd_alias(CMD_Args &args);
+    static void cmd_coredump(CMD_Args &args);
+    static void cmd_memory(CMD_Args &args);
+    static void cmd_perfmon(CMD_Args &args);
+    static void cmd_undoctrl(CMD_Args &args);
+    static void cmd_chblockbegin(CMD_Args &args);
+    static void cmd_chblockend(CMD_Args &args);
+    static void cmd_ucd(CMD_Args &args);
+    static void cmd_unix(CMD_Args &args);
+    static void cmd_upwd(CMD_Args &args);
+    static void cmd_uls(CMD_Args &args);
+    static void cmd_umkdir(CMD_Args &args);
+    static void cmd_urm(CMD_Args &args);
+    static void cmd_message(CMD_Args &args);
+    static void cmd_listchooser(CMD_Args &args);
+    static void cmd_filechooser(CMD_Args &args);
+    static void cmd_openport(CMD_Args &args);
+    static void cmd_closeport(CMD_Args &args);
+    static void cmd_atjob(CMD_Args &args);
     static void cmd_echo(CMD_Args &args);
     static void cmd_exhelp(CMD_Args &args);
     static void cmd_exit(CMD_Args &args);

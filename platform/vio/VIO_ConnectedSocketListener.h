@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+
+#include <orvlang/platform/kit/KIT_NetSocket.h>
+#include <orvlang/platform/vio/VIO_EventGenerator.h>
+
+/// One connection that a listening socket has taken. It reads in its turns and hands each delivery to a callback; when
+/// the connection has ended it uninstalls and destroys itself.
+class CMD_API VIO_ConnectedSocketListener : public VIO_EventGenerator {
+public:
+    using DataCallback = void (*)(void *data, const char *bytes, int length, KIT_NetSocket &socket);
+
+    /// Takes the connection that waits at the listening socket and installs itself. When none could be taken, or it was
+    /// refused, isConnected is false at once and nothing is installed.
+    VIO_ConnectedSocketListener(KIT_NetSocket &listening, DataCallback callback, void *data,
+                                const char *listenerOption);
+    ~VIO_ConnectedSocketListener() override;
+
+    bool isConnected() const;
+    const char *getClassName() const override;
+    int getFileDescriptor() const override;
+    bool areEventsWaiting() override;
+    int processEvents() override;
+    virtual const char *className() const = 0;
+};
