@@ -7,7 +7,10 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <signal.h>
+#include <spawn.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -15,6 +18,52 @@
 #include <orvlang/platform/osl/OSL_Environment.h>
 
 namespace {
+
+/// What posix_spawn shall do in the child before the program begins.
+class SpawnPlan {
+public:
+    explicit SpawnPlan(const OSL_SpawnOptions &options) {
+        sigset_t all, none;
+        sigfillset(&all);
+        sigemptyset(&none);
+        posix_spawnattr_init(&attributes);
+        posix_spawnattr_setsigdefault(&attributes, &all);
+        posix_spawnattr_setsigmask(&attributes, &none);
+        const int session = options.ownSession ? POSIX_SPAWN_SETSID : 0;
+        posix_spawnattr_setflags(&attributes,
+                                 static_cast<short>(POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | session));
+        posix_spawn_file_actions_init(&actions);
+        if (options.nullInput)
+            openNull(STDIN_FILENO, O_RDONLY);
+        if (options.nullOutput) {
+            openNull(STDOUT_FILENO, O_WRONLY);
+            openNull(STDERR_FILENO, O_WRONLY);
+        }
+    }
+    ~SpawnPlan() {
+        posix_spawn_file_actions_destroy(&actions);
+        posix_spawnattr_destroy(&attributes);
+    }
+    SpawnPlan(const SpawnPlan &) = delete;
+    SpawnPlan &operator=(const SpawnPlan &) = delete;
+
+    /// 0, or what went wrong as errno would have it.
+    int run(const char *const *argv, pid_t &pid) const {
+        return error ? error
+                     : posix_spawnp(&pid, argv[0], &actions, &attributes, const_cast<char *const *>(argv),
+                                    environ);
+    }
+
+private:
+    void openNull(int descriptor, int flags) {
+        if (!error)
+            error = posix_spawn_file_actions_addopen(&actions, descriptor, "/dev/null", flags, 0);
+    }
+
+    posix_spawnattr_t attributes;
+    posix_spawn_file_actions_t actions;
+    int error = 0;
+};
 
 constinit KIT_Immortal<OSL_System> theRealSystem;
 constinit OSL_System *theSystem = &theRealSystem.object;
@@ -135,4 +184,17 @@ bool OSL_System::setEnvironment(std::string_view name, std::string_view value) {
 
 bool OSL_System::unsetEnvironment(std::string_view name) {
     return theEnvironment.object.unset(name);
+}
+
+pid_t OSL_System::spawn(const char *const *argv, const OSL_SpawnOptions &options) {
+    pid_t pid = -1;
+    const int error = SpawnPlan(options).run(argv, pid);
+    if (error == 0)
+        return pid;
+    errno = error;
+    return -1;
+}
+
+pid_t OSL_System::waitProcess(pid_t pid, int *status, int options) {
+    return ::waitpid(pid, status, options);
 }

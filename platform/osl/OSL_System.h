@@ -17,7 +17,14 @@ struct OSL_FileStatus {
     long long size = 0;   // in bytes
 };
 
-/// The one door to the operating system: clock, files, directories, environment. This class is the real thing; a
+/// How a program is started.
+struct OSL_SpawnOptions {
+    bool ownSession = false;   // it is cut off from the terminal
+    bool nullInput = false;
+    bool nullOutput = false;   // errors too
+};
+
+/// The one door to the operating system: clock, files, directories, environment, processes. This class is the real thing; a
 /// test derives from it, overrides what shall fail and puts its object in place with OSLsetSystem.
 ///
 /// Operations behave as the system calls of the same names do: a negative result or false is a failure, and
@@ -55,6 +62,12 @@ public:
     /// An empty name, or one that holds `=` or a NUL, is refused. Readers see the value up to its first NUL.
     virtual bool setEnvironment(std::string_view name, std::string_view value);
     virtual bool unsetEnvironment(std::string_view name);
+
+    /// Starts a program that is looked for on $PATH, with the environment of this process, default signal dispositions
+    /// and no signal blocked. The words end with a null. Gives the process id.
+    virtual pid_t spawn(const char *const *argv, const OSL_SpawnOptions &options);
+    /// As waitpid(2).
+    virtual pid_t waitProcess(pid_t pid, int *status, int options);
 };
 
 OSL_System &OSLsystem();

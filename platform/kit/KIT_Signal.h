@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include <signal.h>
+
+#include <orvlang/platform/kit/KIT_Export.h>
+
+/// Handles some signals of the process in another way for as long as it lives, and puts back exactly what was there
+/// before: handler, flags and mask. Guards end in the opposite order of their beginning.
+class CMD_API KIT_Signal {
+public:
+    /// The table of signal numbers ends with a 0; numbers that cannot be handled are passed over. The handler may be
+    /// SIG_IGN or SIG_DFL. With `restart` system calls that the handler interrupts go on by themselves.
+    KIT_Signal(const int *signals, void (*handler)(int), bool restart);
+    ~KIT_Signal();
+    KIT_Signal(const KIT_Signal &) = delete;
+    KIT_Signal &operator=(const KIT_Signal &) = delete;
+
+private:
+    std::vector<std::pair<int, struct sigaction>> former;   // by signal, in the order of the table
+};

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_Process.h>
+#include <orvlang/platform/kit/KIT_Signal.h>
+#include <orvlang/platform/kit/KIT_StandardInput.h>
+#include <orvlang/platform/osl/OSL_File.h>
+#include <orvlang/platform/osl/OSL_System.h>
+
+#include "Program.h"
+
+namespace {
+
+constexpr int theInterrupts[] = { SIGINT, SIGTERM, 0 };
+constexpr int theChildSignal[] = { SIGCHLD, 0 };
+
+/// Starts a line of sh; `word` is its $0.
+int startShell(const std::string &line, const std::string &word = "sh", int detached = 0,
+               bool discard = false) {
+    const char *const argv[] = { "sh", "-c", line.c_str(), word.c_str(), nullptr };
+    return KITspawnvp(argv, detached, discard);
+}
+
+int startSleeper(int detached) {
+    static constexpr const char *argv[] = { "sleep", "1000", nullptr };
+    return KITspawnvp(argv, detached, false);
+}
+
+/// Ends the child and waits until it can be collected, which is left to the test.
+void endChild(int pid) {
+    kill(pid, SIGTERM);
+    siginfo_t info;
+    waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT);
+}
+
+class BlockedSignal {
+public:
+    explicit BlockedSignal(int signal) {
+        sigset_t set;
+        sigemptyset(&set);
+        sigaddset(&set, signal);
+        pthread_sigmask(SIG_BLOCK, &set, &before);
+    }
+    ~BlockedSignal() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+
+private:
+    sigset_t before;
+};
+
+}   // namespace
+
+TEST(Spawn, TellsHowAChildEnded) {
+    EXPECT_EQ(KITwait(startShell("exit 0")), 0);
+    EXPECT_EQ(KITwait(startShell("exit 3")), 3);
+    EXPECT_EQ(KITwait(startShell("exit 255")), 255);
+    EXPECT_EQ(KITwait(startShell("kill -9 $$")), 128 + 9);
+    const int pid = startShell("exit 4");
+    EXPECT_EQ(KITwait(pid), 4);
+    EXPECT_EQ(KITwait(pid), -1) << "it was waited for";
+}
+
+TEST(Spawn, RefusesWhatIsNoProgram) {
+    static constexpr const char *missing[] = { "no-such-program", nullptr };
+    EXPECT_LT(KITspawnvp(missing, 0, false), 0);
+    EXPECT_EQ(errno, ENOENT);
+    static constexpr const char *empty[] = { nullptr };
+    EXPECT_LT(KITspawnvp(empty, 0, false), 0);
+    EXPECT_LT(KITspawnvp(nullptr, 1, false), 0);
+}
+
+TEST(Spawn, TellsWhetherAChildRuns) {
+    const int pid = startSleeper(0);
+    int status = 7;
+    EXPECT_TRUE(KITisRunning(pid, &status));
+    EXPECT_EQ(status, 7);
+    endChild(pid);
+    EXPECT_FALSE(KITisRunning(pid, &status));
+    EXPECT_EQ(status, 128 + SIGTERM);
+    EXPECT_FALSE(KITisRunning(pid, &status));
+    EXPECT_EQ(status, -1);
+    EXPECT_EQ(KITwait(pid), -1);
+}
+
+TEST(Spawn, TakesNoNumberForSeveralChildren) {
+    const int other = startShell("exit 5");
+    for (const int pid : { 0, -1, -getpgrp() }) {
+        EXPECT_FALSE(KITisRunning(pid, nullptr)) << pid;
+        EXPECT_EQ(KITwait(pid), -1) << pid;
+    }
+    EXPECT_EQ(KITwait(other), 5);
+}
+
+TEST(Spawn, GoesOnWaitingWhenInterrupted) {
+    class Interrupted : public OSL_System {
+    public:
+        Interrupted() { OSLsetSystem(this); }
+        ~Interrupted() override { OSLsetSystem(nullptr); }
+        pid_t waitProcess(pid_t pid, int *status, int options) override {
+            if (--remaining < 0)
+                return OSL_System::waitProcess(pid, status, options);
+            errno = EINTR;
+            return -1;
+        }
+        int remaining = 2;
+    } system;
+    EXPECT_EQ(KITwait(startShell("exit 6")), 6);
+}
+
+TEST(Spawn, AHostMayBlockOrIgnoreChildSignals) {
+    {
+        const BlockedSignal blocked(SIGCHLD);
+        EXPECT_EQ(KITwait(startShell("exit 3")), 3);
+    }
+    const KIT_Signal ignored(theChildSignal, SIG_IGN, false);
+    EXPECT_EQ(KITwait(startShell("exit 3")), -1) << "nobody can know";
+    const int pid = startSleeper(1);
+    int status = 0;
+    EXPECT_TRUE(KITisRunning(pid, &status));
+    kill(pid, SIGTERM);
+    EXPECT_EQ(KITwait(pid), -1);
+    EXPECT_FALSE(KITisRunning(pid, &status));
+    EXPECT_EQ(status, -1);
+}
+
+TEST(Spawn, AChildHasDefaultSignals) {
+    const KIT_Signal ignored(theInterrupts, SIG_IGN, false);
+    const BlockedSignal blocked(SIGUSR1);
+    // Some versions of the C library ignore two signals of their own in a child.
+    EXPECT_EQ(KITwait(startShell(
+                  "test $(grep -cE '^SigBlk:.0{16}$|^SigIgn:.0{7}[018]{2}0{7}$' /proc/$$/status) = 2")),
+              0);
+}
+
+TEST(Spawn, ADetachedChildHasItsOwnSessionAndNoInput) {
+    const int detached = startSleeper(1);
+    const int attached = startSleeper(0);
+    EXPECT_EQ(getsid(detached), detached);
+    EXPECT_EQ(getsid(attached), getsid(0));
+    const std::string input = "/proc/" + std::to_string(detached) + "/fd/0";
+    EXPECT_EQ(std::filesystem::read_symlink(input), "/dev/null");
+    for (const int pid : { detached, attached }) {
+        kill(pid, SIGKILL);
+        EXPECT_EQ(KITwait(pid), 128 + SIGKILL);
+    }
+}
+
+TEST(Spawn, DiscardsOutput) {
+    const TemporaryFolder folder;
+    const std::string file = folder.path() + "/streams";
+    EXPECT_EQ(
+        KITwait(startShell("a=$(readlink /proc/$$/fd/1 /proc/$$/fd/2); echo \"$a\" > \"$0\"", file, 0, true)),
+        0);
+    EXPECT_EQ(folder.read("streams"), "/dev/null\n/dev/null\n");
+}
+
+TEST(Spawn, AChildGetsNoFilesOfOurs) {
+    const int descriptor = OSLopen("/dev/null", O_RDONLY, 0);
+    ASSERT_GE(descriptor, 3);
+    EXPECT_EQ(KITwait(startShell("test -e /proc/$$/fd/$0", std::to_string(descriptor))), 1);
+    close(descriptor);
+}
+
+TEST(Spawn, AChildReadsOnBehindTheLastLine) {
+    const TemporaryFolder folder;
+    folder.write("input", "ours\nchild\nours again\n");
+    const int saved = fcntl(0, F_DUPFD_CLOEXEC, 3);
+    const int file = open((folder.path() + "/input").c_str(), O_RDONLY | O_CLOEXEC);
+    dup2(file, 0);
+    close(file);
+    KIT_StandardInput &input = KIT_StandardInput::inst();
+    input.discard();
+    std::string line;
+    EXPECT_TRUE(input.readLine(line));
+    EXPECT_EQ(KITwait(startShell("read line; test \"$line\" = ''", "sh", 1)), 0)
+        << "a detached one leaves it alone";
+    EXPECT_EQ(KITwait(startShell("read line; test \"$line\" = child")), 0);
+    EXPECT_TRUE(input.readLine(line));
+    EXPECT_EQ(line, "ours again");
+    dup2(saved, 0);
+    close(saved);
+    input.discard();
+}
+
+TEST(Signal, PutsBackExactlyWhatWasThere) {
+    struct sigaction original = {}, before, found;
+    original.sa_sigaction = [](int, siginfo_t *, void *) {};
+    original.sa_flags = SA_SIGINFO | SA_RESTART | SA_NODEFER;
+    sigaddset(&original.sa_mask, SIGUSR2);
+    sigaction(SIGINT, &original, &before);
+    {
+        // The same signal twice, and two that cannot be handled.
+        static constexpr int signals[] = { SIGINT, SIGKILL, SIGINT, 4711, SIGTERM, 0 };
+        const KIT_Signal outer(signals, SIG_IGN, false);
+        const KIT_Signal inner(theInterrupts, SIG_DFL, true);
+        sigaction(SIGTERM, nullptr, &found);
+        EXPECT_EQ(found.sa_handler, SIG_DFL);
+        EXPECT_TRUE(found.sa_flags & SA_RESTART);
+    }
+    sigaction(SIGINT, &before, &found);
+    EXPECT_EQ(found.sa_sigaction, original.sa_sigaction);
+    EXPECT_EQ(found.sa_flags & ~0x04000000, original.sa_flags);   // without the C library's own SA_RESTORER
+    EXPECT_TRUE(sigismember(&found.sa_mask, SIGUSR2));
+    EXPECT_FALSE(sigismember(&found.sa_mask, SIGUSR1));
+}
