@@ -5,34 +5,21 @@
 #include <iostream>
 #include <vector>
 
-#include <dlfcn.h>
-#include <unistd.h>
-
+#include <orvlang/platform/kit/KIT_Component.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
 #include <orvlang/platform/kit/KIT_Thread.h>
-#include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/snk/SNK_ComponentTable.h>
-
-#define SNK_TEXT_OF(name) #name
-#define SNK_NAME_OF(macro) SNK_TEXT_OF(macro)
 
 namespace {
 
 // Python counts its own depth and stops at a thousand calls; with them its C code needs less than this.
 constexpr size_t theStackReserve = 1024 * 1024;
 
-constexpr const char *theFileName = "liborvlang_python.so";
-
 std::atomic<const SNK_Language *> theLanguage{ nullptr };
-
-std::string reasonOfLoader() {
-    const char *const text = dlerror();
-    return text ? text : "unknown error of the loader";
-}
 
 /// Where modules are looked up behind everything else. Like plug-in libraries they are code, so that folders which
 /// follow the user's working folder are left out. The texts stay for good.
@@ -68,35 +55,12 @@ bool readLine(const SNK_TextTaker &line) {
     return true;
 }
 
-/// The component, in the library's own tree or, for a program that has the library inside, in the one around it.
-std::string findFile() {
-    const std::string &folder = KIT_PathSearch::getCodeFolder();
-    for (const char *way : { "/orvlang/", "/../lib/orvlang/" }) {
-        const std::string path = folder + way + theFileName;
-        if (OSLsystem().access(path.c_str(), R_OK) == 0)
-            return path;
-    }
-    return {};
-}
-
 const SNK_ComponentTable *load(std::string &failure) {
-    const std::string path = findFile();
-    if (path.empty()) {
-        failure =
-            std::string(theFileName) + " is not installed in " + KIT_PathSearch::getCodeFolder() + "/orvlang";
+    // Python's library is visible to all: its modules that are shared objects themselves are not linked with it.
+    void *const start = KIT_Component::load("liborvlang_python.so", KIT_NAME_OF(SNK_START_FUNCTION),
+                                            ORVLANG_PYTHON_LIBRARY, failure);
+    if (!start)
         return nullptr;
-    }
-    // Visible to all: the modules of Python that are shared objects themselves are not linked with it.
-    if (!dlopen(ORVLANG_PYTHON_LIBRARY, RTLD_NOW | RTLD_GLOBAL)) {
-        failure = reasonOfLoader();
-        return nullptr;
-    }
-    void *const component = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    void *const start = component ? dlsym(component, SNK_NAME_OF(SNK_START_FUNCTION)) : nullptr;
-    if (!start) {
-        failure = reasonOfLoader();
-        return nullptr;
-    }
     static const SNK_ComponentHost host = { moduleFolders(), flushStreams, isInterrupted, readLine,
                                             [] { return theLanguage.load(); } };
     const auto take = [](void *target, const char *text, size_t length) {
