@@ -3,6 +3,7 @@
 
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/snk/SNK_Language.h>
 
@@ -21,18 +22,19 @@ const char *refusal() {
 }
 
 /// The status that was there before stays: the statement that called Python has one of its own.
-int execute(const char *text, const SNK_TextTaker &output, const SNK_TextTaker &errors) {
+bool execute(const char *text, const SNK_TextTaker &output, const SNK_TextTaker &errors, int &status) {
     CMD_Manager &runner = manager();
     const int statusBefore = runner.getStatusCode();
+    const unsigned refusalsBefore = KIT_Nesting::getRefusals();
     KIT_OStrStream out, err;
     runner.echoOff();
     runner.execute(text, 0, &out, &err, 1, true);
     runner.echoOn();
-    const int status = runner.getStatusCode();
+    status = runner.getStatusCode();
     runner.setStatusCode(statusBefore);
     output(out.view().data(), out.view().size());
     errors(err.view().data(), err.view().size());
-    return status;
+    return refusalsBefore == KIT_Nesting::getRefusals();
 }
 
 bool getVariable(const char *name, const SNK_TextTaker &value) {

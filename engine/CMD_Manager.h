@@ -323,6 +323,7 @@ private:
     // Keep a piece of running state right on every way out of an operation.
     class BlockScope;
     class ExecuteScope;
+    class LevelScope;
     class ModeScope;
     class StatementStreams;
     class StatusPublisher;
@@ -375,7 +376,9 @@ private:
     bool findScript(KIT_String &path) const;
     void breakAllSources();
     void reportNestingTooDeep();
+    bool isNested() const;
     bool isNestingOver() const;
+    bool refusesRun();
     void closeChannelBlock();
     void setReadVariables(std::string_view line);
     void setArgumentVariables(const CMD_Args &args);
@@ -463,8 +466,7 @@ private:
     int continueLevel = 0;
     int loopNestLevel = 0;
     int executeDepth = 0;
-    bool nestingRefused = false;       // the stack was used up since the outermost `execute` began
-    unsigned refusedExpressions = 0;   // those before it
+    int inputDepth = 0;   // of sendInput and sendMultiLineInput, through which `execute` goes as well
     int statusCode = 0;
     unsigned modeBits = modeExpandAliases | modeExpandHistory | modeCaptureHistory;
     KIT_String name;

@@ -8,18 +8,18 @@
 #include <orvlang/engine/CMD_Manager.h>
 
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/fml/FML.h>
-#include <orvlang/platform/fml/FML_Evaluator.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
 
 namespace {
 
-// Below this much stack no further `execute` starts: a statement between two of them, the expressions in its words
+// Below this much stack no further nested run starts: a statement between two of them, the expressions in its words
 // included, needs less than this, sanitizers' frames and the Python interpreter allowed for.
 constexpr size_t theStackReserve = 192 * 1024;
 
@@ -60,16 +60,30 @@ bool isInterrupted() {
 
 }   // namespace
 
+/// One more level of runs. The outermost of those that are nested begins as if nothing had been refused yet.
+class CMD_Manager::LevelScope {
+public:
+    LevelScope(const CMD_Manager &owner, int &depth) : depth(depth) {
+        const bool wasNested = owner.isNested();
+        depth++;
+        if (!wasNested && owner.isNested())
+            nesting.emplace(KIT_Nesting::Scope::Part);
+    }
+    ~LevelScope() { depth--; }
+    LevelScope(const LevelScope &) = delete;
+    LevelScope &operator=(const LevelScope &) = delete;
+
+private:
+    int &depth;
+    std::optional<KIT_Nesting::Scope> nesting;
+};
+
 /// The streams and expansions of one `execute`, and what it must leave as it found it.
 class CMD_Manager::ExecuteScope {
 public:
     ExecuteScope(CMD_Manager &owner, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases)
-        : manager(owner), slots(owner.pushStreams(out, err)), bits(owner.modeBits & theBits),
-          pendingError(FML::theErrNo) {
-        if (manager.executeDepth++ == 0) {
-            manager.nestingRefused = false;
-            manager.refusedExpressions = FML_Evaluator::get().getRefusals();
-        }
+        : manager(owner), level(owner, owner.executeDepth), slots(owner.pushStreams(out, err)),
+          bits(owner.modeBits & theBits), pendingError(FML::theErrNo) {
         manager.setModeBit(modeExpandAliases, (expandAliases & 1) != 0);
         manager.setModeBit(modeExpandHistory, (expandHistory & 1) != 0);
         manager.setModeBit(modeCaptureHistory, false);
@@ -77,7 +91,6 @@ public:
     ~ExecuteScope() {
         manager.modeBits = (manager.modeBits & ~theBits) | bits;
         manager.popStreams(slots);
-        --manager.executeDepth;
         // The statement that this one is nested in has yet to report its own expression error.
         if (pendingError)
             FML::theErrNo = pendingError;
@@ -89,6 +102,7 @@ private:
     static constexpr unsigned theBits = modeExpandAliases | modeExpandHistory | modeCaptureHistory;
 
     CMD_Manager &manager;
+    const LevelScope level;
     const StreamSlots slots;
     const unsigned bits;
     const int pendingError;
@@ -97,25 +111,34 @@ private:
 void CMD_Manager::execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err,
                           int expandAliases, bool asBlock) {
     const ExecuteScope scope(*this, expandHistory, out, err, expandAliases);
-    if (isNestingOver()) {
-        statusCode = 1;
-        return;
-    }
-    if (KIT_Thread::stackLeft() < theStackReserve) {
-        nestingRefused = true;
-        return reportNestingTooDeep();
-    }
     if (text && std::strchr(text, '\n'))
         sendMultiLineInput(text, asBlock);
     else
         sendInput(text, asBlock);
 }
 
-/// Whether a run has been refused for want of stack, here or in an expression. Until the outermost `execute` has
-/// ended nothing more of what nests is run then: a command that executes itself twice would otherwise come back to the
-/// limit from each of its levels, which takes for ever.
+/// Whether what runs now is part of a statement, or of an `execute` of the host; not so the lines that a host sends in.
+bool CMD_Manager::isNested() const {
+    return executeDepth > 0 || inputDepth > 1;
+}
+
+/// Whether something that nests too deep has been refused, here, in an expression or in Python. Until the outermost
+/// nested run has ended nothing more is run in it.
 bool CMD_Manager::isNestingOver() const {
-    return executeDepth > 0 && (nestingRefused || refusedExpressions != FML_Evaluator::get().getRefusals());
+    return isNested() && KIT_Nesting::isOver();
+}
+
+/// Refuses a run that nests too deep: the first one with a message.
+bool CMD_Manager::refusesRun() {
+    if (isNestingOver()) {
+        KIT_Nesting::countRefusal();
+        statusCode = 1;
+        return true;
+    }
+    if (!isNested() || !KIT_Nesting::isStackShort(theStackReserve))
+        return false;
+    reportNestingTooDeep();
+    return true;
 }
 
 /// The place of a run on its source. As a block it fences the leftovers of an enclosing statement off: without that a
@@ -123,8 +146,8 @@ bool CMD_Manager::isNestingOver() const {
 class CMD_Manager::BlockScope {
 public:
     BlockScope(CMD_Manager &owner, bool asBlock)
-        : manager(owner), place(owner.sourceStack.size() - 1), source(owner.sourceStack.back()),
-          leftovers(source->unfinishedCommands.size()), isBlock(asBlock) {
+        : manager(owner), level(owner, owner.inputDepth), place(owner.sourceStack.size() - 1),
+          source(owner.sourceStack.back()), leftovers(source->unfinishedCommands.size()), isBlock(asBlock) {
         if (isBlock)
             source->startBlock();
     }
@@ -141,6 +164,7 @@ public:
 
 private:
     CMD_Manager &manager;
+    const LevelScope level;
     const size_t place;
     const SourceRef source;
     const size_t leftovers;   // those of enclosing runs
@@ -149,13 +173,16 @@ private:
 
 void CMD_Manager::sendInput(const char *line, bool asBlock) {
     const BlockScope block(*this, asBlock);
-    internalSendInput(line ? line : "", false);
+    if (!refusesRun())
+        internalSendInput(line ? line : "", false);
 }
 
 void CMD_Manager::sendMultiLineInput(const char *text, bool asBlock) {
     if (!text || !*text)
         return;
     const BlockScope block(*this, asBlock);
+    if (refusesRun())
+        return;
     finishContinuation();
     // The zero counts as text, so that a text with a line end is followed by one more, empty line.
     const size_t length = std::strlen(text) + 1;

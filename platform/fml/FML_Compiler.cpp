@@ -4,8 +4,8 @@
 #include <orvlang/platform/fml/FML_Evaluation.h>
 #include <orvlang/platform/fml/FML_Library.h>
 #include <orvlang/platform/fml/FML_Registry.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_Number.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
 
 #include <algorithm>
 
@@ -62,7 +62,7 @@ BinaryOperator binaryOperator(FML_Token::Kind kind) {
 class FML_Compiler::Level {
 public:
     explicit Level(FML_Compiler &compiler) : compiler(compiler) {
-        if (++compiler.nesting > theDeepestNesting || KIT_Thread::stackLeft() < theStackReserve)
+        if (++compiler.nesting > theDeepestNesting || KIT_Nesting::isStackShort(theStackReserve))
             compiler.fail(FML_NESTING_TOO_DEEP);
     }
     ~Level() { compiler.nesting--; }

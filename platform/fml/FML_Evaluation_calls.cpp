@@ -5,9 +5,9 @@
 #include <orvlang/platform/fml/FML_Evaluation.h>
 
 #include <orvlang/platform/fml/FML_Call.h>
-#include <orvlang/platform/fml/FML_Evaluator.h>
 #include <orvlang/platform/fml/FML_Function.h>
 #include <orvlang/platform/fml/FML_Library.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
 
 #include <algorithm>
 #include <charconv>
@@ -139,9 +139,10 @@ void FML_Evaluation::callHost(FML_FUNCTION &function, std::size_t count) {
     // Commands that the function runs begin with no error, and end with one only when nobody reported it.
     const int before = FML::theErrNo;
     FML::theErrNo = FML_NO_ERROR;
-    const unsigned refusals = FML_Evaluator::get().getRefusals();
+    const unsigned refusals = KIT_Nesting::getRefusals();
     function.evaluate(&function, result.get(), arguments.data(), thread);
-    if (refusals != FML_Evaluator::get().getRefusals())
+    // A recursion without end must not end as if nothing had happened.
+    if (refusals != KIT_Nesting::getRefusals())
         FML::theErrNo = FML_NESTING_TOO_DEEP;
     const int failure = FML::theErrNo;
     FML::theErrNo = before;

@@ -5,8 +5,8 @@
 #include <orvlang/platform/fml/FML_Evaluation.h>
 #include <orvlang/platform/fml/FML_Registry.h>
 #include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_String.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
 
 #include <new>
 #include <stdexcept>
@@ -61,10 +61,8 @@ FML_Evaluator &FML_Evaluator::get() {
 }
 
 int FML_Evaluator::evaluate(std::string_view text, KIT_String &value, int thread) {
-    if (KIT_Thread::stackLeft() < theStackReserve) {
-        refusals++;
+    if (KIT_Nesting::isStackShort(theStackReserve))
         return FML_NESTING_TOO_DEEP;
-    }
     try {
         Lease evaluation(*this);
         return evaluateIn(*evaluation, text, value, thread);

@@ -23,10 +23,6 @@ public:
 
     const FML_Cache &getCache() const { return cache; }
 
-    /// How many expressions have been refused because the stack was used up. Whatever such an expression was nested
-    /// in has to fail too: a runaway recursion must not end as if nothing had happened.
-    unsigned getRefusals() const { return refusals; }
-
 private:
     class Lease;
 
@@ -34,6 +30,5 @@ private:
 
     FML_Cache cache;
     unsigned cacheGeneration = 0;
-    unsigned refusals = 0;
     std::vector<std::unique_ptr<FML_Evaluation>> idle;
 };

@@ -16,9 +16,6 @@
 
 namespace {
 
-// Python counts its own depth and stops at a thousand calls; with them its C code needs less than this.
-constexpr size_t theStackReserve = 1024 * 1024;
-
 std::atomic<const SNK_Language *> theLanguage{ nullptr };
 
 /// Where modules are looked up behind everything else. Like plug-in libraries they are code, so that folders which
@@ -93,7 +90,7 @@ const SNK_ComponentTable *SNK_Component::get(std::string *reason) {
     // Before loading, which takes stack as well.
     if (KIT_Thread::stackLeft() < theStackReserve) {
         if (reason)
-            *reason = "RecursionError: the stack has no room left for Python";
+            *reason = "Python is not available: less than a mebibyte of stack is left on this thread";
         return nullptr;
     }
     static KIT_Immortal<const Component> component{ Component() };

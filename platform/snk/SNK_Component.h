@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 struct SNK_ComponentTable;
@@ -9,6 +10,10 @@ struct SNK_ComponentTable;
 /// library, when it is first asked for, so that a host without Python pays nothing.
 class SNK_Component {
 public:
+    /// The stack that a call needs: Python counts its own depth and stops at a thousand calls; with them its C code needs
+    /// less than this.
+    static constexpr std::size_t theStackReserve = 1024 * 1024;
+
     /// Null when Python cannot run now: `reason`, unless null, is then the text to show.
     static const SNK_ComponentTable *get(std::string *reason = nullptr);
 };

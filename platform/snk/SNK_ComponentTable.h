@@ -20,13 +20,15 @@ struct SNK_ComponentHost {
     const SNK_Language *(*language)();
 };
 
-/// What the library can ask of the component. All but interrupt take the interpreter lock themselves. The runs give
+/// What the library can ask of the component. All but interrupt and isDeep take the interpreter lock themselves. The runs give
 /// the kind of the result (SNK_Result::Type), and hand out its texts: the value, the entries, or the exception in
 /// short and in full.
 struct SNK_ComponentTable {
     int (*runExpression)(const char *code, int wanted, double &number, const SNK_TextTaker &texts);
     int (*runStatements)(const char *code, const SNK_TextTaker &texts);
     int (*runFile)(int argc, char **argv, const SNK_TextTaker &texts);
+    /// Whether the code that runs on the calling thread, if any does, has come close to Python's own limit of depth.
+    bool (*isDeep)();
     int (*lock)();
     void (*unlock)(int state);
     /// Raises KeyboardInterrupt in the code that runs, if any does. May be called from a signal handler.
@@ -41,4 +43,4 @@ using SNK_StartFunction = const SNK_ComponentTable *(const SNK_ComponentHost &ho
 
 /// The name that the component exports it by. The number changes with the tables: a component that was made for
 /// others is refused, not misread.
-#define SNK_START_FUNCTION SNKstartPython1
+#define SNK_START_FUNCTION SNKstartPython2

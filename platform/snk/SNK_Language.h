@@ -16,8 +16,9 @@ struct SNK_TextTaker {
 struct SNK_Language {
     /// Null when the calling thread may use the language now, otherwise why it may not.
     const char *(*refusal)();
-    /// Runs text, hands out what it wrote, and gives the status of its last statement.
-    int (*execute)(const char *text, const SNK_TextTaker &output, const SNK_TextTaker &errors);
+    /// Runs text, hands out what it wrote, and gives the status of its last statement. False when something in it was
+    /// refused because it nested too deep.
+    bool (*execute)(const char *text, const SNK_TextTaker &output, const SNK_TextTaker &errors, int &status);
     /// False when there is no such variable.
     bool (*getVariable)(const char *name, const SNK_TextTaker &value);
     /// Sets a variable, or a local of the current script. False when the name cannot be that of a variable.

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include <orvlang/platform/kit/KIT_Thread.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/snk/SNK_Component.h>
 #include <orvlang/platform/snk/SNK_ComponentTable.h>
 
@@ -21,18 +21,46 @@ void setTexts(SNK_Result &result, KIT_StringArray &&texts) {
     }
 }
 
+constinit thread_local int theDepth = 0;   // calls under way on this thread
+
+struct DepthScope {
+    DepthScope() { theDepth++; }
+    ~DepthScope() { theDepth--; }
+};
+
+/// Whether one more call would nest too deep. The first one of a thread does not nest: that it does not fit on a small
+/// stack is for SNK_Component to tell, and ends nothing else.
+bool nestsTooDeep() {
+    if (theDepth == 0)
+        return false;
+    if (KIT_Nesting::isStackShort(SNK_Component::theStackReserve))
+        return true;
+    const SNK_ComponentTable *const python = SNK_Component::get();
+    const bool isDeep = python && python->isDeep();
+    if (isDeep)
+        KIT_Nesting::countRefusal();
+    return isDeep;
+}
+
+SNK_Result refusal(const std::string &reason) {
+    SNK_Result result;
+    result.kind = SNK_Result::Exception;
+    result.errorText = reason;
+    result.detailText = reason + "\n";
+    return result;
+}
+
 /// Has the component do it: `run` is given its table, the place of a number and the taker of the texts.
 template <typename Run>
 SNK_Result runPython(Run run) {
-    SNK_Result result;
+    if (nestsTooDeep())
+        return refusal("RecursionError: Python and the command language nest too deep");
     std::string reason;
     const SNK_ComponentTable *const python = SNK_Component::get(&reason);
-    if (!python) {
-        result.kind = SNK_Result::Exception;
-        result.errorText = reason;
-        result.detailText = reason + "\n";
-        return result;
-    }
+    if (!python)
+        return refusal(reason);
+    const DepthScope depth;
+    SNK_Result result;
     KIT_StringArray texts;
     const SNK_TextTaker taker = { &texts, [](void *target, const char *text, size_t length) {
                                      static_cast<KIT_StringArray *>(target)->append(

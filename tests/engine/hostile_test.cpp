@@ -8,6 +8,7 @@
 
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
 
 namespace {
 
@@ -110,6 +111,8 @@ TEST_F(Hostile, ExecuteWithoutEnd) {
         "alias x 'source twice.cmd'\nx; echo behind",
         "nest; echo behind",
         "nestlines; echo behind",
+        "send; echo behind",
+        "sendlines; echo behind",
         "for i = 1 to 2\nnest; echo behind\nend",
     };
     install("nest", [](CMD_Args &) {
@@ -118,6 +121,13 @@ TEST_F(Hostile, ExecuteWithoutEnd) {
     install("nestlines", [](CMD_Args &) {
         CMD_Manager::getContext()->execute("while 1\nnestlines\nend\nnestlines\necho never", 0, nullptr,
                                            nullptr, 1, true);
+    });
+    install("send", [](CMD_Args &) {
+        CMD_Manager::getContext()->sendInput("send; send; echo never", true);
+        CMD_Manager::getContext()->sendInput("send", false);
+    });
+    install("sendlines", [](CMD_Args &) {
+        CMD_Manager::getContext()->sendMultiLineInput("sendlines\nsendlines\necho never", true);
     });
     folder.write("twice.cmd", "time x; time x\ntime x; echo never\n");
     for (const char *lines : theLines) {
@@ -140,6 +150,28 @@ TEST_F(Hostile, ExecuteWithoutEnd) {
     EXPECT_EQ(type("prompt '`run(\"shown\")`'\nshown"), "");
     EXPECT_EQ(count(type(repeat("time ", 20) + "echo deep"), "deep"), 1u);
     EXPECT_EQ(count(type(repeat("time ", 10000) + "echo deep"), "Nesting too deep"), 1u);
+}
+
+std::ostringstream theReplies;
+
+void serve(const char *request) {
+    const KIT_Nesting::Scope apart(KIT_Nesting::Scope::Apart);
+    CMD_Manager::getContext()->execute(request, 0, &theReplies, &theReplies, 1, true);
+}
+
+TEST_F(Hostile, WorkThatIsServedMeanwhileNestsOnItsOwn) {
+    install("nest",
+            [](CMD_Args &) { CMD_Manager::getContext()->execute("nest", 0, nullptr, nullptr, 1, true); });
+    install("wait", [](CMD_Args &args) {
+        CMD_Manager::getContext()->execute(args.argv(1), 0, nullptr, nullptr, 1, true);
+        serve("nest");
+        serve("echo served");
+    });
+    // A runaway request does not end the statement that waits, nor does one in that statement end the requests.
+    EXPECT_EQ(type("time 'wait \"echo before\"; echo behind' > f; wait nest; echo behind"),
+              "{Nesting too deep\n}behind\n");
+    EXPECT_EQ(folder.read("f").substr(0, 14), "before\nbehind\n");
+    EXPECT_EQ(theReplies.str(), "Nesting too deep\nserved\nNesting too deep\nserved\n");
 }
 
 std::optional<std::ostringstream> theStream;

@@ -223,16 +223,24 @@ TEST(Python, NestsWithTheLanguageUntilSomethingSaysStop) {
     ASSERT_EQ(run("import orvlang\n"
                   "def nest(n):\n"
                   "  global depth; depth = n\n"
-                  "  orvlang.execute(f'python -c \"nest({n + 1})\"')\n"),
+                  "  for again in 1, 2:\n"   // from each level: that would take for ever
+                  "    try: orvlang.execute(f'python -c \"nest({n + 1})\"')\n"
+                  "    except RecursionError as error: global refusal; refusal = str(error)\n"),
               done);
     std::ostringstream out, err;
-    manager.execute("python -c 'nest(1)'\necho `pythonexprf('depth')`", 0, &out, &err, 1, true);
-    EXPECT_GT(std::stoi(out.str()), 10);
-    EXPECT_EQ(err.str(), "");
+    manager.pushOutputStreams(out, err);
+    manager.sendInput("python -c 'nest(1)'; echo behind", true);
+    EXPECT_EQ(out.str() + err.str(), "behind\n");
+    EXPECT_GT(SNKrunPythonExpression("depth", SNK_Result::Float, nullptr).doubleValue, 10);
+    EXPECT_EQ(evaluate("refusal"), "string the command language nests too deep");
     EXPECT_EQ(run("import sys; sys.setrecursionlimit(10**6)"), done);   // now the stack sets the limit
-    manager.execute("python -c 'nest(1)'", 0, &out, &err, 1, true);
+    manager.sendInput("python -c 'nest(1)'", true);
     EXPECT_GT(SNKrunPythonExpression("depth", SNK_Result::Float, nullptr).doubleValue, 50);
     EXPECT_EQ(run("sys.setrecursionlimit(1000)"), done);
+    manager.setAlias("x", "echo `pythonexprs(\"orvlang.execute('x; x')\")` `run(\"x\")`");
+    manager.sendInput("x", true);
+    EXPECT_NE(err.str().find("Expression error: Nesting too deep"), std::string::npos);
+    manager.popOutputStreams();
 }
 
 TEST(Python, ReachesTheVariablesOfTheLanguage) {

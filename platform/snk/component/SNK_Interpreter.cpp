@@ -164,6 +164,11 @@ bool SNK_Interpreter::isInsideCall() {
     return theDepth > 0;
 }
 
+bool SNK_Interpreter::isDeep() {
+    const PyThreadState *const thread = PyGILState_GetThisThreadState();
+    return thread && thread->recursion_remaining < thread->recursion_limit / 8;
+}
+
 void SNK_Interpreter::interrupt() {
     const int before = errno;
     if (theCalls.load() > 0)

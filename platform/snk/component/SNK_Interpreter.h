@@ -24,6 +24,8 @@ public:
     static bool flush();
     /// Whether the calling thread is inside of a call that the library made.
     static bool isInsideCall();
+    /// Whether the calling thread has used up most of the depth that Python allows. Needs no lock.
+    static bool isDeep();
     /// Raises KeyboardInterrupt in the innermost call that runs. May be called from a signal handler.
     static void interrupt();
 

@@ -67,10 +67,16 @@ PyObject *execute(PyObject *, PyObject *arguments) {
         return nullptr;
     std::string output, errors;
     int status = 0;
+    bool done = false;
     // The language can take long; other threads of Python go on meanwhile.
-    Py_BEGIN_ALLOW_THREADS status = target->execute(text, into(output), into(errors));
+    Py_BEGIN_ALLOW_THREADS done = target->execute(text, into(output), into(errors), status);
     SNK_Interpreter::host().flush();
-    Py_END_ALLOW_THREADS return wasInterrupted() ? nullptr : makeExecuteResult(output, errors, status);
+    Py_END_ALLOW_THREADS if (wasInterrupted()) return nullptr;
+    if (!done) {
+        PyErr_SetString(PyExc_RecursionError, "the command language nests too deep");
+        return nullptr;
+    }
+    return makeExecuteResult(output, errors, status);
 }
 
 PyObject *get(PyObject *, PyObject *arguments, PyObject *keywords) {

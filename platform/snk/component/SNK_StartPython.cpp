@@ -116,8 +116,13 @@ void finish() {
 extern "C" CMD_API SNK_StartFunction SNK_START_FUNCTION;
 
 const SNK_ComponentTable *SNK_START_FUNCTION(const SNK_ComponentHost &host, const SNK_TextTaker &reason) {
-    static constexpr SNK_ComponentTable table = { runExpression, runStatements, runFile,
-                                                  lock,          unlock,        SNK_Interpreter::interrupt,
+    static constexpr SNK_ComponentTable table = { runExpression,
+                                                  runStatements,
+                                                  runFile,
+                                                  SNK_Interpreter::isDeep,
+                                                  lock,
+                                                  unlock,
+                                                  SNK_Interpreter::interrupt,
                                                   finish };
     std::string text;
     if (SNK_Interpreter::start(host, text))
