@@ -27,6 +27,12 @@ void CMD_Manager::installBaseCommands() {
         { "source", "qv", true, cmd_source },
         { "cmdread", "qv", true, cmd_source },   // what a bare script name turns into
         { "time", "", true, cmd_time },
+        { "ucd", "", true, cmd_ucd },
+        { "unix", "", false, cmd_unix },   // runs any program
+        { "upwd", "", true, cmd_upwd },
+        { "uls", "dfp:", true, cmd_uls },
+        { "umkdir", "p", true, cmd_umkdir },
+        { "urm", "", true, cmd_urm },
         { "if", "", true, cmd_if },
         { "else", "", true, cmd_else },
         { "endif", "", true, cmd_endif },

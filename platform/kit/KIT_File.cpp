@@ -8,3 +8,30 @@ char *getUnixCwd(char *buffer, size_t size) {
         *buffer = 0;
     return buffer;
 }
+
+KIT_String KITmakeAbsoluteFilePath(const char *path, const char *base) {
+    const std::string_view name = path ? path : "";
+    if (name.starts_with('/'))
+        return name;
+    char current[8192];
+    KIT_String whole = base ? base : getUnixCwd(current, sizeof current);
+    if (whole.isEmpty())
+        whole = ".";
+    if (!name.empty() && !whole.view().ends_with('/'))
+        whole.append('/');
+    return whole.append(name);
+}
+
+bool KITisRootPath(const char *path) {
+    std::string_view rest = path ? path : "";
+    if (!rest.starts_with('/'))
+        return false;
+    while (!rest.empty()) {
+        rest.remove_prefix(1);
+        const std::string_view name = rest.substr(0, rest.find('/'));
+        if (!name.empty() && name != "." && name != "..")
+            return false;
+        rest.remove_prefix(name.size());
+    }
+    return true;
+}

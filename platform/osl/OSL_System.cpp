@@ -179,6 +179,14 @@ const char *OSL_System::getEnvironment(std::string_view name) {
 }
 
 bool OSL_System::setEnvironment(std::string_view name, std::string_view value) {
+int OSL_System::makeDirectory(const char *path, int mode) {
+    return ::mkdir(path, static_cast<mode_t>(mode));
+}
+
+int OSL_System::removeFile(const char *path) {
+    return ::unlink(path);
+}
+
     return theEnvironment.object.set(name, value);
 }
 

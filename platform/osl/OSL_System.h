@@ -24,8 +24,8 @@ struct OSL_SpawnOptions {
     bool nullOutput = false;   // errors too
 };
 
-/// The one door to the operating system: clock, files, directories, environment, processes. This class is the real thing; a
-/// test derives from it, overrides what shall fail and puts its object in place with OSLsetSystem.
+/// The one door to the operating system: clock, files, directories, environment, processes. This class is the real
+/// thing; a test derives from it, overrides what shall fail and puts its object in place with OSLsetSystem.
 ///
 /// Operations behave as the system calls of the same names do: a negative result or false is a failure, and
 /// errno tells which. They retry nothing: that is for the caller, who knows what an interrupt means to it.
@@ -63,6 +63,9 @@ public:
     virtual bool setEnvironment(std::string_view name, std::string_view value);
     virtual bool unsetEnvironment(std::string_view name);
 
+    virtual int makeDirectory(const char *path, int mode);
+    /// Refuses directories.
+    virtual int removeFile(const char *path);
     /// Starts a program that is looked for on $PATH, with the environment of this process, default signal dispositions
     /// and no signal blocked. The words end with a null. Gives the process id.
     virtual pid_t spawn(const char *const *argv, const OSL_SpawnOptions &options);

@@ -116,6 +116,24 @@ TEST_F(TerminalTest, InterruptEndsAScript) {
     }
 }
 
+TEST_F(TerminalTest, InterruptEndsWhatUnixStartedAlone) {
+    Terminal terminal(program());
+    terminal.waitFor("orvlang -> ");
+    terminal.type("unix 'echo be\"\"gun; sleep 1000'; echo reached `$status != 0`\n");
+    terminal.waitFor("begun\r\n");
+    terminal.type(theControlC);
+    terminal.waitFor("reached 1\r\n");
+    terminal.waitFor("orvlang -> ");
+    terminal.type("unix cat\n");
+    terminal.waitFor("unix cat\r\n");
+    terminal.type("to cat\n");
+    terminal.waitFor("to cat\r\nto cat\r\n");
+    terminal.type(theControlD);
+    terminal.waitFor("orvlang -> ");
+    terminal.type(theControlD);
+    expectEnd(terminal, 0);
+}
+
 TEST_F(TerminalTest, EndOfInputWithSomethingOpen) {
     Terminal terminal(program());
     terminal.waitFor("orvlang -> ");
