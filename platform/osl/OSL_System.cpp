@@ -134,6 +134,11 @@ int OSL_System::waitReadable(int descriptor, int milliseconds) {
     return ::poll(&wanted, 1, milliseconds);
 }
 
+int OSL_System::waitAny(pollfd *wanted, size_t count, long long nanoseconds) {
+    const timespec limit = { static_cast<time_t>(nanoseconds / 1000000000), static_cast<long>(nanoseconds % 1000000000) };
+    return ::ppoll(wanted, count, &limit, nullptr);
+}
+
 bool OSL_System::isTerminal(int descriptor) {
     return ::isatty(descriptor);
 }
@@ -174,11 +179,6 @@ bool OSL_System::listDirectory(const char *path, std::vector<std::string> &names
     return errno == 0;
 }
 
-const char *OSL_System::getEnvironment(std::string_view name) {
-    return theEnvironment.object.get(name);
-}
-
-bool OSL_System::setEnvironment(std::string_view name, std::string_view value) {
 int OSL_System::makeDirectory(const char *path, int mode) {
     return ::mkdir(path, static_cast<mode_t>(mode));
 }
@@ -187,6 +187,11 @@ int OSL_System::removeFile(const char *path) {
     return ::unlink(path);
 }
 
+const char *OSL_System::getEnvironment(std::string_view name) {
+    return theEnvironment.object.get(name);
+}
+
+bool OSL_System::setEnvironment(std::string_view name, std::string_view value) {
     return theEnvironment.object.set(name, value);
 }
 

@@ -6,9 +6,13 @@
 #include <string_view>
 #include <vector>
 
+#include <poll.h>
+#include <sys/socket.h>
 #include <sys/types.h>
 
 #include <orvlang/platform/osl/OSL_Time.h>
+
+struct epoll_event;
 
 /// What is known about a file. Of one that cannot be asked, everything is 0.
 struct OSL_FileStatus {
@@ -46,6 +50,9 @@ public:
     /// Waits until there is something to read, an end or an error included. Milliseconds; negative for no limit.
     /// Above 0 when there is, 0 when the time is over.
     virtual int waitReadable(int descriptor, int milliseconds);
+    /// Waits until one of the descriptors has what is wanted of it, the time (nanoseconds) is over or a signal comes.
+    /// As ppoll(2) with no change of the signal mask.
+    virtual int waitAny(pollfd *wanted, size_t count, long long nanoseconds);
     virtual bool isTerminal(int descriptor);
     virtual bool getStatus(const char *path, OSL_FileStatus &status);
     virtual bool getStatus(int descriptor, OSL_FileStatus &status);
@@ -56,6 +63,9 @@ public:
     virtual int changeDirectory(const char *path);
     /// Appends the names in a directory, without `.` and `..`, in no order. False when it cannot be read.
     virtual bool listDirectory(const char *path, std::vector<std::string> &names);
+    virtual int makeDirectory(const char *path, int mode);
+    /// Refuses directories.
+    virtual int removeFile(const char *path);
 
     /// Null when there is no such variable. The text stays readable for ever, and changes when the variable does.
     virtual const char *getEnvironment(std::string_view name);
@@ -63,14 +73,36 @@ public:
     virtual bool setEnvironment(std::string_view name, std::string_view value);
     virtual bool unsetEnvironment(std::string_view name);
 
-    virtual int makeDirectory(const char *path, int mode);
-    /// Refuses directories.
-    virtual int removeFile(const char *path);
     /// Starts a program that is looked for on $PATH, with the environment of this process, default signal dispositions
     /// and no signal blocked. The words end with a null. Gives the process id.
     virtual pid_t spawn(const char *const *argv, const OSL_SpawnOptions &options);
     /// As waitpid(2).
     virtual pid_t waitProcess(pid_t pid, int *status, int options);
+
+    // Sockets. A new descriptor is always close-on-exec and does not block.
+
+    virtual int socket(int domain, int type, int protocol);
+    virtual int bind(int descriptor, const sockaddr *address, socklen_t length);
+    virtual int listen(int descriptor, int backlog);
+    virtual int connect(int descriptor, const sockaddr *address, socklen_t length);
+    virtual int accept(int descriptor);
+    virtual int shutdown(int descriptor, int how);
+    virtual int setSocketOption(int descriptor, int level, int option, int value);
+    virtual int getSocketError(int descriptor);
+    virtual bool getOwnAddress(int descriptor, sockaddr_storage &address);
+    virtual bool getPeerAddress(int descriptor, sockaddr_storage &address);
+    /// Raises no signal when the peer is gone.
+    virtual ssize_t send(int descriptor, const void *data, size_t count);
+    virtual ssize_t receive(int descriptor, void *buffer, size_t count);
+    /// As waitReadable, for room to write.
+    virtual int waitWritable(int descriptor, int milliseconds);
+
+    // A set of descriptors to wait for, itself a descriptor; see epoll(7).
+
+    virtual int createPoll();
+    virtual int controlPoll(int poll, int operation, int descriptor, unsigned events, unsigned long long data);
+    /// Waits up to that many nanoseconds.
+    virtual int waitPoll(int poll, epoll_event *events, int count, long long nanoseconds);
 };
 
 OSL_System &OSLsystem();

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include <orvlang/platform/kit/KIT_NetSocket.h>
 #include <orvlang/platform/kit/KIT_String.h>
 #include <orvlang/platform/vio/VIO_EventGenerator.h>
+
+class VIO_Acceptor;
 
 /// Waits for connections on a listening socket and has an object made for each.
 class CMD_API VIO_ServerSocketListener : public VIO_EventGenerator {
@@ -16,10 +19,11 @@ public:
     /// Called with each delivery of a connection that has no class of its own.
     using DataCallback = void (*)(void *data, const char *bytes, int length, KIT_NetSocket &socket);
 
-    /// Takes the socket over. The port number is kept as the caller gave it; the callback may be null.
+    /// Takes the socket over. The port number is kept as the caller gave it; the callback may be null. A wrong word in
+    /// the option text is named on standard error; null counts as empty.
     VIO_ServerSocketListener(KIT_NetSocket *socket, int portNumber, DataCallback callback, void *data,
                              const char *listenerOption);
-    /// Closes the socket; connections that were made stay.
+    /// Uninstalls the generator and closes the socket; connections that were made stay.
     ~VIO_ServerSocketListener() override;
 
     const char *getClassName() const override;
@@ -29,20 +33,42 @@ public:
     virtual const char *className() const = 0;
 
     /// The port that the socket really has.
-    int getPort() const;
+    int getPort() const { return port; }
     /// The port number as the caller gave it.
     int getPortNumber() const { return portNumber; }
-    /// Watches a child process; when it has ended the callback is called, and with `close` the listener closes itself.
+    /// Watches a child process. When it has ended the callback, unless null, is called, with a `flag` that is false
+    /// when `close` is set; the listener then destroys itself.
     void closeSocketOnChildExit(int pid, bool close, ChildExitCallback callback, void *data);
+    /// Asks whether the watched child has ended, and does then what is told above. True when it had.
+    bool checkChild();
+
+    /// Option words that hold for all listeners made from now on, where their own text says nothing else.
+    static void setDefaultListenerOption(const char *words);
 
 protected:
     /// A connection waits to be taken by a VIO_ConnectedSocketListener.
     virtual void createConnectedSocketListener() = 0;
-    KIT_NetSocket &getSocket() { return *socket; }
+    /// The socket at which it waits.
+    KIT_NetSocket &getSocket();
     const char *getListenerOption() const { return listenerOption.c_str(); }
 
 private:
-    std::unique_ptr<KIT_NetSocket> socket;
+    friend class VIO_Acceptor;
+
+    /// The child whose end closes the port.
+    struct Child {
+        int pid = 0;   // 0 for none
+        bool close = false;
+        ChildExitCallback callback = nullptr;
+        void *data = nullptr;
+    };
+
+    void addSocket(std::unique_ptr<KIT_NetSocket> socket);
+
+    const int port;
     const int portNumber;
     const KIT_String listenerOption;
+    std::vector<std::unique_ptr<VIO_Acceptor>> acceptors;   // the first one is the one of loopback
+    VIO_Acceptor *current = nullptr;                        // the one whose connection is being taken
+    Child child;
 };

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/vio/VIO_Acceptor.h>
+
+#include <utility>
+
+#include <orvlang/platform/vio/VIO_ServerSocketListener.h>
+
+VIO_Acceptor::VIO_Acceptor(VIO_ServerSocketListener &owner, std::unique_ptr<KIT_NetSocket> taken)
+    : owner(owner), socket(std::move(taken)), id(VIO_SocketSet::inst().add(*this, socket->getDescriptor())) {}
+
+VIO_Acceptor::~VIO_Acceptor() {
+    VIO_SocketSet::inst().remove(id, socket->getDescriptor());
+}
+
+bool VIO_Acceptor::serve(long long) {
+    owner.current = this;
+    owner.createConnectedSocketListener();
+    return true;
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/vio/VIO_ConnectedSocketListener.h>
+
+#include <orvlang/platform/vio/VIO_Connection.h>
+#include <orvlang/platform/vio/VIO_ListenerOptions.h>
+
+VIO_ConnectedSocketListener::VIO_ConnectedSocketListener(KIT_NetSocket &listening, DataCallback callback,
+                                                         void *data, const char *listenerOption)
+    : connection(VIO_Connection::take(*this, listening, { callback, data },
+                                      VIO_ListenerOptions::parse(listenerOption, nullptr))) {
+    if (connection)
+        installGenerator();
+}
+
+VIO_ConnectedSocketListener::~VIO_ConnectedSocketListener() {
+    if (connection)
+        uninstallGenerator();
+}
+
+void VIO_ConnectedSocketListener::end() {
+    if (!connection || !connection->endBehindDelivery())
+        delete this;
+}
+
+const char *VIO_ConnectedSocketListener::getClassName() const {
+    return className();
+}
+
+int VIO_ConnectedSocketListener::getFileDescriptor() const {
+    return connection ? connection->getDescriptor() : -1;
+}
+
+bool VIO_ConnectedSocketListener::areEventsWaiting() {
+    return connection && connection->isReady();
+}
+
+int VIO_ConnectedSocketListener::processEvents() {
+    return connection ? VIO_SocketSet::inst().turn(connection->getId()) : 0;
+}

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+
+#include <orvlang/platform/kit/KIT_NetSocket.h>
+#include <orvlang/platform/vio/VIO_DeliveryGatherer.h>
+#include <orvlang/platform/vio/VIO_ListenerOptions.h>
+#include <orvlang/platform/vio/VIO_SocketSet.h>
+
+class VIO_ConnectedSocketListener;
+
+/// The work of a VIO_ConnectedSocketListener: reads what arrives, hands on each delivery once it is complete, sends what
+/// of a reply the peer did not take at once, and ends.
+class VIO_Connection final : public VIO_SocketUser {
+public:
+    struct Receiver {
+        void (*callback)(void *data, const char *bytes, int length, KIT_NetSocket &socket);
+        void *data;
+    };
+
+    /// Takes the connection that waits at the listening socket; null when there is none or it is refused. The owner
+    /// owns the result.
+    static std::unique_ptr<VIO_Connection> take(VIO_ConnectedSocketListener &owner, KIT_NetSocket &listening,
+                                                const Receiver &receiver, const VIO_ListenerOptions &options);
+    ~VIO_Connection();
+
+    VIO_SocketSet::Id getId() const { return id; }
+    int getDescriptor() const { return socket->getDescriptor(); }
+    /// Whether a turn would find something to do.
+    bool isReady() const;
+    /// False when no delivery is under way. Otherwise the socket is closed, and the owner destroyed behind it.
+    bool endBehindDelivery();
+
+    bool serve(long long now) override;
+    long long getDueTime() const override { return dueTime; }
+
+private:
+    VIO_Connection(VIO_ConnectedSocketListener &owner, std::shared_ptr<KIT_NetSocket> socket,
+                   const Receiver &receiver, const VIO_ListenerOptions &options);
+
+    VIO_ConnectedSocketListener &owner;
+    const std::shared_ptr<KIT_NetSocket> socket;   // a delivery keeps it while its connection is destroyed
+    const Receiver receiver;
+    const VIO_ListenerOptions options;
+    VIO_SocketSet::Id id = 0;
+    bool delivering = false;
+    long long dueTime = 0;
+};

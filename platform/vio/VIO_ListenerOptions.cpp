@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/vio/VIO_ListenerOptions.h>
+
+#include <algorithm>
+#include <charconv>
+#include <ostream>
+
+#include <arpa/inet.h>
+
+#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/kit/KIT_Number.h>
+
+namespace {
+
+using Options = VIO_ListenerOptions;
+
+constexpr char theBlanks[] = " \t\r\n\v\f";
+constexpr double theLongestWait = 1000000;    // seconds
+constexpr long long theMostBytes = 1 << 30;   // a delivery has an int for its length
+
+constinit KIT_Immortal<std::string> theDefault;
+
+/// Sets what one of two words stands for.
+bool readChoice(std::string_view value, const char *off, const char *on, bool &choice) {
+    choice = value == on;
+    return choice || value == off;
+}
+
+bool readBind(Options &options, std::string_view value) {
+    char address[sizeof(in6_addr)];
+    const std::string text(value);
+    if (value == "loopback")
+        options.bind.clear();
+    else if (value == "any" || ::inet_pton(AF_INET, text.c_str(), address) == 1 ||
+             ::inet_pton(AF_INET6, text.c_str(), address) == 1)
+        options.bind = text;
+    else
+        return false;
+    return true;
+}
+
+bool readUser(Options &options, std::string_view value) {
+    return readChoice(value, "same", "any", options.anyUser);
+}
+
+bool readBrowser(Options &options, std::string_view value) {
+    return readChoice(value, "refuse", "pass", options.passBrowsers);
+}
+
+bool readHost(Options &options, std::string_view value) {
+    return readChoice(value, "any", "loopback", options.loopbackHost);
+}
+
+bool readWait(Options &options, std::string_view value) {
+    double seconds;
+    if (!KITisNumber(value, &seconds) || !(seconds > 0 && seconds <= theLongestWait))
+        return false;
+    options.wait = static_cast<long long>(seconds * 1e9) + 1;
+    return true;
+}
+
+bool readCount(std::string_view value, long long least, long long most, long long &count) {
+    long long number;
+    const char *const end = value.data() + value.size();
+    const std::from_chars_result result = std::from_chars(value.data(), end, number);
+    if (result.ec != std::errc() || result.ptr != end || number < least || number > most)
+        return false;
+    count = number;
+    return true;
+}
+
+bool readMaxBytes(Options &options, std::string_view value) {
+    return readCount(value, 1, theMostBytes, options.maxBytes);
+}
+
+bool readClients(Options &options, std::string_view value) {
+    return readCount(value, 0, theMostBytes, options.clients);
+}
+
+/// 0 for an unknown name.
+unsigned formOf(std::string_view name) {
+    if (name == "text")
+        return Options::Text;
+    if (name == "xml")
+        return Options::Xml;
+    return name == "http" ? Options::Http : 0u;
+}
+
+bool readAccept(Options &options, std::string_view value) {
+    unsigned forms = 0;
+    for (size_t at = 0; at <= value.size();) {
+        const size_t comma = std::min(value.find(',', at), value.size());
+        const unsigned form = formOf(value.substr(at, comma - at));
+        if (form == 0)
+            return false;
+        forms |= form;
+        at = comma + 1;
+    }
+    options.accept = forms;
+    return true;
+}
+
+constexpr struct {
+    const char *name;
+    bool (*read)(Options &options, std::string_view value);   // false, and nothing changed, for a wrong value
+} theRows[] = {
+    { "bind", readBind }, { "user", readUser },          { "browser", readBrowser }, { "host", readHost },
+    { "wait", readWait }, { "max-bytes", readMaxBytes }, { "clients", readClients }, { "accept", readAccept },
+};
+
+}   // namespace
+
+void VIO_ListenerOptions::setDefault(const char *text) {
+    theDefault.object = text ? text : "";
+}
+
+VIO_ListenerOptions VIO_ListenerOptions::parse(const char *text, std::ostream *complaints) {
+    VIO_ListenerOptions options;
+    options.readWords(theDefault.object, complaints);
+    if (text)
+        options.readWords(text, complaints);
+    return options;
+}
+
+void VIO_ListenerOptions::readWords(std::string_view text, std::ostream *complaints) {
+    for (size_t at = text.find_first_not_of(theBlanks); at < text.size();) {
+        const size_t end = std::min(text.find_first_of(theBlanks, at), text.size());
+        const std::string_view word = text.substr(at, end - at);
+        const size_t sign = std::min(word.find_first_of("=:"), word.size());
+        const std::string_view value = word.substr(std::min(sign + 1, word.size()));
+        if (!readWord(word.substr(0, sign), value) && complaints)
+            *complaints << "Wrong listener option " << word << std::endl;
+        at = text.find_first_not_of(theBlanks, end);
+    }
+}
+
+bool VIO_ListenerOptions::readWord(std::string_view name, std::string_view value) {
+    for (const auto &row : theRows)
+        if (name == row.name)
+            return row.read(*this, value);
+    return false;
+}

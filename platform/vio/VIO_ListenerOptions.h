@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+/// How the listeners of a port treat who connects and what arrives: what an option text, words of the form name=value
+/// or name:value with blanks between, says over the default.
+struct VIO_ListenerOptions {
+    enum Form : unsigned { Text = 1, Xml = 2, Http = 4 };
+
+    std::string bind;            // numeric address to listen at besides loopback, "any" for all; empty for none
+    bool anyUser = false;        // let in processes of other users and machines
+    bool passBrowsers = false;   // run what a web page sends
+    bool loopbackHost = false;   // refuse requests that were addressed to another host
+    long long wait = 5000000000;   // nanoseconds without progress until a request or a reply is given up
+    long long maxBytes = 64 << 20;
+    long long clients = 1000;
+    unsigned accept = Text | Xml | Http;
+
+    /// Reads the text of the host's default, then this one; null counts as empty. A wrong word changes nothing and is
+    /// named on `complaints`, unless that is null.
+    static VIO_ListenerOptions parse(const char *text, std::ostream *complaints);
+    /// The text that stands before every other one; null counts as empty.
+    static void setDefault(const char *text);
+
+private:
+    void readWords(std::string_view text, std::ostream *complaints);
+    bool readWord(std::string_view name, std::string_view value);
+};

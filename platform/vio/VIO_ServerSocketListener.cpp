@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/vio/VIO_ServerSocketListener.h>
+
+#include <iostream>
+#include <utility>
+
+#include <orvlang/platform/kit/KIT_Process.h>
+#include <orvlang/platform/osl/OSL_System.h>
+#include <orvlang/platform/vio/VIO_Acceptor.h>
+#include <orvlang/platform/vio/VIO_ListenerOptions.h>
+
+VIO_ServerSocketListener::VIO_ServerSocketListener(KIT_NetSocket *socket, int portNumber, DataCallback, void *,
+                                                   const char *option)
+    : port(socket->getPort()), portNumber(portNumber), listenerOption(option) {
+    const VIO_ListenerOptions options = VIO_ListenerOptions::parse(option, &std::cerr);
+    addSocket(std::unique_ptr<KIT_NetSocket>(socket));
+}
+
+VIO_ServerSocketListener::~VIO_ServerSocketListener() {
+    uninstallGenerator();
+}
+
+void VIO_ServerSocketListener::addSocket(std::unique_ptr<KIT_NetSocket> socket) {
+    acceptors.push_back(std::make_unique<VIO_Acceptor>(*this, std::move(socket)));
+    current = acceptors.front().get();
+}
+
+void VIO_ServerSocketListener::setDefaultListenerOption(const char *words) {
+    VIO_ListenerOptions::setDefault(words);
+}
+
+const char *VIO_ServerSocketListener::getClassName() const {
+    return className();
+}
+
+int VIO_ServerSocketListener::getFileDescriptor() const {
+    return acceptors.front()->getSocket().getDescriptor();
+}
+
+KIT_NetSocket &VIO_ServerSocketListener::getSocket() {
+    return current->getSocket();
+}
+
+bool VIO_ServerSocketListener::areEventsWaiting() {
+    return OSLsystem().waitReadable(getFileDescriptor(), 0) > 0;
+}
+
+int VIO_ServerSocketListener::processEvents() {
+    const VIO_SocketSet::Id id = acceptors.front()->getId();
+    checkChild();
+    return VIO_SocketSet::inst().turn(id);
+}
+
+void VIO_ServerSocketListener::closeSocketOnChildExit(int pid, bool close, ChildExitCallback callback,
+                                                      void *data) {
+    child = { pid, close, callback, data };
+}
+
+bool VIO_ServerSocketListener::checkChild() {
+    if (child.pid == 0 || KITisRunning(child.pid, nullptr))
+        return false;
+    const Child ended = std::exchange(child, {});
+    const VIO_SocketSet::Id id = acceptors.front()->getId();
+    if (ended.callback)
+        ended.callback(*this, ended.data, !ended.close);
+    // The callback may have destroyed this listener.
+    if (ended.close && VIO_SocketSet::inst().holds(id))
+        delete this;
+    return true;
+}
