@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: Apache-2.0
+// The road of a request. `processSocketDataCallback` gets a delivery from the base class; `processSocketData` tells the
+// kinds apart and has the request run, an HTTP request by way of `processHTTPRequest`
+// (CMD_ConnectedSocketCommandListener_http.cpp); `sendReply` writes what came of it.
+#include <orvlang/port/CMD_ConnectedSocketCommandListener.h>
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+
+#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
+#include <orvlang/platform/kit/KIT_OStrStream.h>
+#include <orvlang/platform/kit/KIT_UndoManager.h>
+#include <orvlang/platform/snk/SNK_Python.h>
+#include <orvlang/platform/xml/XML_Document.h>
+
+namespace {
+
+constexpr std::string_view theCloseRequest = "\x04";
+constexpr std::string_view theHTTPStart = "POST / HTTP/1.1\r\n";
+constexpr std::string_view theErrorMarker = "\n~~~~~\n";
+
+/// Puts the manager into the modes of a port, and back.
+class RequestModes {
+public:
+    RequestModes(CMD_Manager &manager, bool safe, bool browser)
+        : manager(manager), safe(safe), browser(browser), wasSafe(manager.isInSafeMode()),
+          wasBrowser(manager.isInBrowserMode()) {
+        if (safe)
+            manager.setSafeMode(1);
+        if (browser)
+            manager.setBrowserMode(1);
+    }
+    ~RequestModes() {
+        if (safe)
+            manager.setSafeMode(wasSafe);
+        if (browser)
+            manager.setBrowserMode(wasBrowser);
+    }
+    RequestModes(const RequestModes &) = delete;
+    RequestModes &operator=(const RequestModes &) = delete;
+
+private:
+    CMD_Manager &manager;
+    const bool safe, browser;
+    const int wasSafe, wasBrowser;
+};
+
+/// What a request changes can be taken back as one step.
+class UndoBlock {
+public:
+    UndoBlock() : id(KITbeginUndoBlock("Execute Command From Port", 1, nullptr)) {}
+    ~UndoBlock() { KITendUndoBlock(id, nullptr); }
+    UndoBlock(const UndoBlock &) = delete;
+    UndoBlock &operator=(const UndoBlock &) = delete;
+
+private:
+    const int id;
+};
+
+void refuse(std::string_view reason, KIT_WorkBuffer &reply) {
+    reply.strcpy("<?xml version=\"1.0\"?>\n<parse_error>");
+    reply.strcat(reason);
+    reply.strcat("</parse_error>\n");
+}
+
+/// Writes the text and the NUL behind it. A failure is the client's: nobody is told.
+void sendReply(const KIT_WorkBuffer &reply, KIT_NetSocket &socket) {
+    constexpr size_t theLargestPiece = 1 << 30;   // a length is an int
+    const char *next = reply.c_str();
+    size_t left = std::strlen(next) + 1;
+    while (left > 0) {
+        int written = 0;
+        const int result = socket.write(next, static_cast<int>(std::min(left, theLargestPiece)), &written);
+        if (result == KIT_NetSocket::TryAgain)
+            continue;
+        if (result != KIT_NetSocket::Ok || written <= 0)
+            return;
+        next += written;
+        left -= static_cast<size_t>(written);
+    }
+}
+
+}   // namespace
+
+CMD_ConnectedSocketCommandListener::CMD_ConnectedSocketCommandListener(
+    KIT_NetSocket &socket, CMD_Manager &manager, bool separateErrors, bool restrictToSafeCommands,
+    const char *listenerOption, bool browserMode)
+    : VIO_ConnectedSocketListener(socket, processSocketDataCallback, this, listenerOption), manager(manager),
+      managerLife(manager.getLife()), separateErrors(separateErrors),
+      restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode) {}
+
+const char *CMD_ConnectedSocketCommandListener::className() const {
+    return "CMD_ConnectedSocketCommandListener";
+}
+
+void CMD_ConnectedSocketCommandListener::processSocketDataCallback(void *listener, const char *data, int length,
+                                                                   KIT_NetSocket &socket) {
+    auto &connection = *static_cast<CMD_ConnectedSocketCommandListener *>(listener);
+    if (connection.managerLife.expired())
+        return socket.close();
+    KIT_WorkBuffer request;
+    request.write(data, static_cast<size_t>(length));
+    connection.processSocketData(request, socket);
+}
+
+void CMD_ConnectedSocketCommandListener::processSocketData(const KIT_WorkBuffer &request,
+                                                           KIT_NetSocket &socket) {
+    const std::string_view bytes = request.view();
+    if (bytes == theCloseRequest)
+        return socket.close();
+    KIT_WorkBuffer reply;
+    if (bytes.starts_with(theHTTPStart))
+        processHTTPRequest(request, socket, reply);
+    else
+        runText(request.c_str(), reply);
+    sendReply(reply, socket);
+}
+
+void CMD_ConnectedSocketCommandListener::runText(const char *text, KIT_WorkBuffer &reply) {
+    if (std::string_view(text).starts_with("<?xml"))
+        processXML(text, reply);
+    else
+        runOrvlangCommand(text, reply);
+}
+
+void CMD_ConnectedSocketCommandListener::processXML(const char *text, KIT_WorkBuffer &reply) {
+    try {
+        const XML_Document document = XMLparse(text);
+        if (document.hasRoot && !document.isFailure)
+            processXMLNode(document, reply);
+        else
+            refuse(document.failure, reply);
+    } catch (const std::exception &exception) {
+        refuse(exception.what(), reply);
+    }
+}
+
+void CMD_ConnectedSocketCommandListener::processXMLNode(const XML_Document &document, KIT_WorkBuffer &reply) {
+    using Run = void (CMD_ConnectedSocketCommandListener::*)(const char *text, KIT_WorkBuffer &reply);
+    static constexpr struct {
+        const char *rootName;
+        Run run;
+    } theKinds[] = {
+        { "orvlang", &CMD_ConnectedSocketCommandListener::runOrvlangCommand },
+        { "python_expression", &CMD_ConnectedSocketCommandListener::runPythonExpression },
+        { "python_statements", &CMD_ConnectedSocketCommandListener::runPythonStatements },
+    };
+    const auto kind = std::find_if(std::begin(theKinds), std::end(theKinds),
+                                   [&](const auto &each) { return document.rootName == each.rootName; });
+    if (kind == std::end(theKinds))
+        refuse("Unrecognized XML", reply);
+    else if (document.content.empty())
+        refuse("You cannot send an empty piece of code", reply);
+    else
+        (this->*kind->run)(document.content.c_str(), reply);
+}
+
+void CMD_ConnectedSocketCommandListener::runOrvlangCommand(const char *text, KIT_WorkBuffer &reply) {
+    KIT_OStrStream output, errors;
+    {
+        const RequestModes modes(manager, restrictToSafeCommands, browserMode);
+        const UndoBlock block;
+        // The request may come while a statement waits: what either of them nests is no business of the other.
+        const KIT_Nesting::Scope apart(KIT_Nesting::Scope::Apart);
+        manager.execute(text, 0, &output, separateErrors ? &errors : &output, 1, false);
+    }
+    if (!errors.view().empty())
+        output << theErrorMarker << errors.view();
+    reply.strcpy(output.text());
+}
+
+void CMD_ConnectedSocketCommandListener::runPythonExpression(const char *code, KIT_WorkBuffer &reply) {
+    const SNK_Result result = SNKrunPythonExpression(code, SNK_Result::String, nullptr);
+    reply.strcpy((result.kind == SNK_Result::Exception ? result.detailText : result.stringValue).c_str());
+}
+
+void CMD_ConnectedSocketCommandListener::runPythonStatements(const char *code, KIT_WorkBuffer &reply) {
+    const SNK_Result result = SNKrunPythonStatements(code, nullptr);
+    if (result.kind == SNK_Result::Exception)
+        reply.strcpy(result.detailText.c_str());
+}

@@ -1,0 +1,328 @@
+// SPDX-License-Identifier: Apache-2.0
+// The command ports of the process: opening, waiting, closing, and the commands for it. What arrives on a port is the
+// business of CMD_ConnectedSocketCommandListener; the event loop serves it.
+#include <orvlang/engine/CMD_Manager.h>
+
+#include <ostream>
+
+#include <unistd.h>
+
+#include <orvlang/engine/CMD_Args.h>
+#include <orvlang/platform/kit/KIT_Char.h>
+#include <orvlang/platform/kit/KIT_Exit.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_Number.h>
+#include <orvlang/platform/kit/KIT_OStrStream.h>
+#include <orvlang/platform/kit/KIT_Process.h>
+#include <orvlang/platform/kit/KIT_Wait.h>
+#include <orvlang/platform/kit/KIT_WorkArgs.h>
+#include <orvlang/port/CMD_ServerSocketCommandListener.h>
+
+namespace {
+
+using Listener = CMD_ServerSocketCommandListener;
+using PortTable = KIT_PtrArray<Listener *>;
+
+PortTable *portTable = nullptr;   // in order of opening; owns the listeners; made on first use, never destroyed
+int autoPort = -1;                // the number of the automatic port
+
+PortTable &ports() {
+    if (!portTable)
+        portTable = new PortTable;
+    return *portTable;
+}
+
+/// The first open port that fits; null for none.
+template <typename Fits>
+Listener *findPort(Fits fits) {
+    for (Listener *const listener : ports()) {
+        if (fits(*listener))
+            return listener;
+    }
+    return nullptr;
+}
+
+/// A listener may be gone while its address serves another one.
+Listener *findOpen(unsigned serial) {
+    return findPort([serial](const Listener &listener) { return listener.getSerial() == serial; });
+}
+
+bool isOpen(int port) {
+    return findPort([port](const Listener &listener) { return listener.getPortNumber() == port; }) != nullptr;
+}
+
+/// Closes the ports that fit, the last one first.
+template <typename Fits>
+void closePorts(Fits fits) {
+    for (int i = ports().entries(); i-- > 0;) {
+        Listener *const listener = ports()[i];
+        if (!fits(*listener))
+            continue;
+        ports().removeAt(i);
+        delete listener;
+    }
+}
+
+void closeAllPorts(void *) {
+    if (portTable)
+        closePorts([](const Listener &) { return true; });
+}
+
+/// The application of a port has ended; `data` is the function that wants to know.
+void portChildExited(VIO_ServerSocketListener &listener, void *data, bool flag) {
+    const int port = listener.getPortNumber();
+    const unsigned serial = static_cast<Listener &>(listener).getSerial();
+    if (data)
+        reinterpret_cast<CMD_Manager::ChildExitCallback>(data)(listener, nullptr, flag);
+    Listener *const open = findOpen(serial);   // unless that function has closed the port
+    if (!open)
+        return;
+    if (autoPort == port)
+        autoPort = -1;
+    if (!flag)
+        ports().remove(open);
+}
+
+/// Serves the event loop until the port is closed, the application (none below 0) has ended, or an interrupt comes.
+void waitForPort(unsigned serial, int application, bool closesWithApplication, bool pollFlag) {
+    while (Listener *const listener = findOpen(serial)) {
+        if (KITgetInterrupt()->opInterrupt(-1))
+            return;
+        const bool hasEnded = application >= 0 && !KITisRunning(application, nullptr);
+        listener->pollEventLoop(pollFlag);
+        if (hasEnded) {
+            if (closesWithApplication && findOpen(serial))
+                listener->checkChild();   // which may not have been its turn to notice
+            return;
+        }
+        KITnap(10);
+    }
+}
+
+struct MappedPort {
+    int port, socketPort;
+};
+
+std::ostream &operator<<(std::ostream &stream, const MappedPort &mapped) {
+    stream << mapped.port;
+    if (mapped.port != mapped.socketPort)
+        stream << " (port " << mapped.port << " gets mapped to socket port " << mapped.socketPort << ")";
+    return stream;
+}
+
+void listPorts(std::ostream &out) {
+    out << "Open ports: ";
+    if (ports().entries() == 0)
+        out << "None";
+    for (int i = ports().entries(); i-- > 0;)
+        out << ports()[i]->getPortNumber() << ' ';
+    out << '\n';
+}
+
+/// The words of a command line, unless that is null.
+class Application {
+public:
+    explicit Application(const KIT_String &line) : isThere(!line.isNull()) { line.parseInPlace(words); }
+
+    const char *const *argv() { return isThere ? words.argv() : nullptr; }
+
+private:
+    const bool isThere;
+    KIT_WorkArgs words;
+};
+
+/// The command line of -r, with the port number behind it for -p; null without -r.
+KIT_String applicationLine(const CMD_Args &args, int port) {
+    KIT_String line = args.argp('r');
+    if (!line.isNull() && args.found('p'))
+        line.append(' ').append(KIT_String::itoa(port));
+    return line;
+}
+
+/// Opens a free port beside the process id and gives its number, when that has waited for what it was told to wait for;
+/// -1 when there is none.
+int openFreePort(CMD_Manager &manager, CMD_Args &args) {
+    constexpr int theAttempts = 100;
+    const int first = KIT_NetSocket::mapToUnprivilegedPort(getpid() + 1);
+    for (int port = first; port < first + theAttempts; ++port) {
+        Application application(applicationLine(args, port));
+        if (manager.openPort(port, args.found('s'), args.found('q'), args.found('w') || args.found('r'), args,
+                             application.argv(), nullptr, args.found('e'), true, nullptr, nullptr,
+                             !args.found('c'), false))
+            return port;
+    }
+    return -1;
+}
+
+/// openport -a: tells the automatic port, which is opened first when there is none.
+void openAutoPort(CMD_Manager &manager, CMD_Args &args) {
+    const auto report = [&args](const char *before, int port, const char *behind) {
+        if (args.found('q'))
+            args.out() << port << '\n';
+        else
+            args.out() << before << port << behind;
+    };
+    if (autoPort != -1)
+        return report("Port ", autoPort, " remains open.\n");
+    const int port = openFreePort(manager, args);
+    if (port < 0) {
+        if (!args.found('q'))
+            args.err(1) << "Unable to find free port.\n";
+        return;
+    }
+    // The wait for it can have ended because it was closed.
+    if (isOpen(port))
+        autoPort = port;
+    report("Opened ", port, "\n");
+}
+
+}   // namespace
+
+void CMD_Manager::addPortExtension() {
+    installCommand("openport", "aeqswi:r:pc", cmd_openport, false);
+    installCommand("closeport", "", cmd_closeport, false);
+    KIT_Exit::addExitCallback(closeAllPorts, nullptr);
+    setContext();
+}
+
+bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args *args,
+                           std::ostream *errors, const char *const *argv, int *pid, bool separateErrors,
+                           bool silent, const char *listenerOption, ChildExitCallback childExitCallback,
+                           bool spawnFlag, bool pollFlag) {
+    // The position of the statement is written as soon as the stream is asked for.
+    const auto messages = [&]() -> std::ostream & { return args ? args->err(1) : *errors; };
+    const MappedPort mapped = { port, KIT_NetSocket::mapToUnprivilegedPort(port) };
+    Listener *listener = Listener::createCommandListener(port, theManager ? *theManager : *this, separateErrors,
+                                                         restrictToSafeCommands, listenerOption, true, false);
+    const bool created = listener != nullptr;
+    if (!created) {
+        listener = findPort([&](const Listener &open) { return open.getPort() == mapped.socketPort; });
+        if (!listener) {
+            if (!silent)
+                messages() << "Couldn't open port " << mapped << ".\n";
+            return false;
+        }
+        if (!quiet && !silent)
+            messages() << "Port number " << mapped << " already in use.\n";
+        listener->setRestrictToSafeCommands(restrictToSafeCommands);
+    }
+
+    int application = -1;
+    if (argv) {
+        application = KITspawnvp(argv, spawnFlag, false);
+        if (application < 0) {
+            if (!silent)
+                messages() << "Couldn't execute application: " << (argv[0] ? argv[0] : "") << std::endl
+                           << "Please check that it is in your path.\n";
+            if (created)
+                delete listener;
+            return false;
+        }
+        if (pid)
+            *pid = application;
+        if (created)
+            listener->closeSocketOnChildExit(application, true, portChildExited,
+                                             reinterpret_cast<void *>(childExitCallback));
+    }
+    if (created)
+        ports().append(listener);
+    if (wait && VIO_EventGenerator::isEventLoopPollCallbackSet())
+        waitForPort(listener->getSerial(), application, created, pollFlag);
+    return created;
+}
+
+bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args &args,
+                           const char *const *argv, int *pid, bool separateErrors, bool silent,
+                           const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                           bool pollFlag) {
+    return openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, argv, pid, separateErrors,
+                    silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
+}
+
+bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, std::ostream &errors,
+                           const char *const *argv, int *pid, bool separateErrors, bool silent,
+                           const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                           bool pollFlag) {
+    return openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, argv, pid, separateErrors,
+                    silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
+}
+
+bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args &args,
+                           const char *application, int *pid, bool separateErrors, bool silent,
+                           const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                           bool pollFlag) {
+    Application words(application);
+    return openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, words.argv(), pid,
+                    separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
+}
+
+bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, std::ostream &errors,
+                           const char *application, int *pid, bool separateErrors, bool silent,
+                           const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                           bool pollFlag) {
+    Application words(application);
+    return openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, words.argv(), pid,
+                    separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
+}
+
+void CMD_Manager::closePort(int port) {
+    closePorts([port](const Listener &listener) { return listener.getPortNumber() == port; });
+    if (autoPort == port)
+        autoPort = -1;
+}
+
+void CMD_Manager::closeAutoPort() {
+    closePort(autoPort);
+}
+
+/// The ports whose requests run on this manager, for when it goes.
+void CMD_Manager::closeOwnPorts() {
+    closePorts([this](const Listener &listener) { return &listener.getManager() == this; });
+    if (!isOpen(autoPort))
+        autoPort = -1;
+}
+
+int CMD_Manager::getOrvLangPort() {
+    if (!theManager)
+        return -1;
+    KIT_OStrStream output, errors;
+    theManager->execute("openport -a", 0, &output, &errors, 1, true);
+    if (!errors.view().empty())
+        return -1;
+    // Of both reports the number is the second word.
+    KIT_WorkArgs words;
+    KIT_String(output.view()).tokenizeInPlace(words, " ");
+    const char *const number = words[1];
+    if (!number || !KITisDigit(*number) || KITatoi(number) == 0)
+        return -1;
+    return KITatoi(number);
+}
+
+void CMD_Manager::cmd_openport(CMD_Args &args) {
+    if (args.argc() > 2) {
+        args.err(1) << "Too many arguments.\n";
+        return;
+    }
+    if (args.found('a'))
+        return openAutoPort(*theManager, args);
+    if (args.argc() < 2)
+        return listPorts(args.out());
+    const int port = KITatoi(args.argv(1));
+    if (port <= 0) {
+        args.err(1) << "Invalid port number " << port << '\n';
+        return;
+    }
+    Application application(applicationLine(args, port));
+    theManager->openPort(port, args.found('s'), args.found('q'), args.found('w') || args.found('r'), args,
+                         application.argv(), nullptr, args.found('e'), false, args.argp('i'), nullptr,
+                         !args.found('c'), false);
+}
+
+void CMD_Manager::cmd_closeport(CMD_Args &args) {
+    if (args.argc() > 2)
+        args.err(1) << "Too many arguments.\n";
+    else if (args.argc() == 2)
+        theManager->closePort(KITatoi(args.argv(1)));
+    else
+        listPorts(args.out());
+}

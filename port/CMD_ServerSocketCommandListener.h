@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+
+#include <orvlang/platform/vio/VIO_ServerSocketListener.h>
+
+class CMD_Manager;
+
+/// The listening end of one command port. Each client that connects gets a CMD_ConnectedSocketCommandListener with the
+/// settings of the port, which lives on its own from then on, also when the port is closed.
+class CMD_API CMD_ServerSocketCommandListener : public VIO_ServerSocketListener {
+public:
+    /// Opens a port and puts it under the watch of the event loop; null when its number is taken or cannot be had. What
+    /// arrives runs on `manager`. With `mapPort` the number is mapped to an unprivileged one. The caller owns the
+    /// listener; a port of CMD_Manager::openPort belongs to the table of ports. `listenerOption` may be null.
+    static CMD_ServerSocketCommandListener *
+    createCommandListener(int port, CMD_Manager &manager, bool separateErrors, bool restrictToSafeCommands,
+                          const char *listenerOption, bool mapPort, bool browserMode);
+
+    const char *className() const override;
+
+    /// Whether commands run in safe mode. A change reaches later connections only.
+    bool getRestrictToSafeCommands() const { return restrictToSafeCommands; }
+    void setRestrictToSafeCommands(bool on) { restrictToSafeCommands = on; }
+    const CMD_Manager &getManager() const { return manager; }
+    /// A number that no other listener of the process has or had.
+    unsigned getSerial() const { return serial; }
+
+private:
+    CMD_ServerSocketCommandListener(KIT_NetSocket *socket, int port, CMD_Manager &manager, bool separateErrors,
+                                    bool restrictToSafeCommands, const char *listenerOption, bool browserMode);
+    void createConnectedSocketListener() override;
+
+    CMD_Manager &manager;   // outlives this: it closes its ports when it goes
+    const bool separateErrors;
+    bool restrictToSafeCommands;
+    const bool browserMode;
+    const unsigned serial;
+};
