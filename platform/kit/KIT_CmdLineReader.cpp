@@ -9,6 +9,10 @@ bool KIT_CmdLineReader::readLine(KIT_WorkBuffer &line) {
     return KIT_StandardInput::inst().readLine(line);
 }
 
+bool KIT_CmdLineReader::readPartOfLine(KIT_WorkBuffer &line, bool &done) {
+    return KIT_StandardInput::inst().readPart(line, done);
+}
+
 bool KIT_CmdLineReader::holdsInput() const {
     return KIT_StandardInput::inst().holdsInput();
 }

@@ -20,6 +20,9 @@ public:
 
     /// Waits for a line and gives it without its newline. False at the end of input and when it was interrupted.
     bool readLine(KIT_WorkBuffer &line);
+    /// Appends the input that is there to the line, without waiting; `done` is set when the line is complete. False when
+    /// the input has ended.
+    bool readPartOfLine(KIT_WorkBuffer &line, bool &done);
     /// Whether there is input that was read from the system and not handed on.
     bool holdsInput() const;
 };

@@ -42,6 +42,7 @@ bool KIT_StandardInput::readLine(std::string &line) {
 template <typename Line>
 bool KIT_StandardInput::takeLine(Line &line) {
     assign(line, {});
+    partTaken = cutOff = false;
     size_t length = 0;
     size_t terminator = 1;
     if (!std::exchange(endPending, false)) {
@@ -64,6 +65,47 @@ bool KIT_StandardInput::takeLine(Line &line) {
     return false;
 }
 
+bool KIT_StandardInput::readPart(KIT_WorkBuffer &line, bool &done) {
+    if (std::exchange(endPending, false))
+        return false;
+    if (!holdsInput() && !fillAtOnce()) {
+        if (!ended)
+            return true;
+        cutOff = false;
+        return done = endPending = std::exchange(partTaken, false);
+    }
+    size_t length = 0;
+    done = findNewline(length);
+    const std::string_view text(buffer.get() + next, done ? length : filled - next);
+    next += text.size() + done;
+    scanned = next;
+    const size_t end = text.find('\0');
+    if (!cutOff)
+        line.strcat(text.substr(0, end));
+    cutOff = !done && (cutOff || end != std::string_view::npos);
+    partTaken = !done;
+    return true;
+}
+
+std::string_view KIT_StandardInput::take(size_t limit) {
+    if (std::exchange(endPending, false))
+        return {};
+    for (;;) {
+        const std::string_view held(buffer.get() + next, filled - next);
+        const size_t newline = held.substr(0, limit).find('\n');
+        size_t length = newline != std::string_view::npos ? newline + 1 : held.size() >= limit ? limit : 0;
+        if (length == 0) {
+            if (fill())
+                continue;
+            length = ended ? held.size() : 0;
+            endPending = length > 0;
+        }
+        next += length;
+        scanned = std::max(scanned, next);
+        return held.substr(0, length);
+    }
+}
+
 bool KIT_StandardInput::findNewline(size_t &length) {
     if (scanned == filled)
         return false;
@@ -78,21 +120,31 @@ bool KIT_StandardInput::findNewline(size_t &length) {
 /// Reads what there is, waiting for the first byte. False at the end, on an error and at an interrupt; `ended`
 /// tells the first two.
 bool KIT_StandardInput::fill() {
-    makeRoom();
-    OSL_System &system = OSLsystem();
     while (!KITgetInterrupt()->isInterrupted()) {
-        const ssize_t n = system.read(STDIN_FILENO, buffer.get() + filled, capacity - filled);
-        ended = n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN);
-        if (n > 0)
-            filled += static_cast<size_t>(n);
-        if (n > 0 || ended)
-            return n > 0;
+        const bool got = readOnce();
+        if (got || ended)
+            return got;
         // Somebody with whom the terminal is shared may have set it so that a read does not wait.
         if (errno == EAGAIN)
-            system.waitReadable(STDIN_FILENO, -1);
+            OSLsystem().waitReadable(STDIN_FILENO, -1);
     }
     ended = false;
     return false;
+}
+
+/// Reads what there is, if anything.
+bool KIT_StandardInput::fillAtOnce() {
+    ended = false;
+    return OSLsystem().waitReadable(STDIN_FILENO, 0) > 0 && readOnce();
+}
+
+bool KIT_StandardInput::readOnce() {
+    makeRoom();
+    const ssize_t n = OSLsystem().read(STDIN_FILENO, buffer.get() + filled, capacity - filled);
+    ended = n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN);
+    if (n > 0)
+        filled += static_cast<size_t>(n);
+    return n > 0;
 }
 
 void KIT_StandardInput::makeRoom() {
@@ -126,5 +178,5 @@ bool KIT_StandardInput::giveBack() {
 
 void KIT_StandardInput::discard() {
     next = filled = scanned = 0;
-    ended = endPending = false;
+    ended = endPending = partTaken = cutOff = false;
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <orvlang/platform/kit/KIT_Export.h>
 
@@ -25,6 +26,12 @@ public:
     /// next call asks again: a terminal may give more.
     bool readLine(KIT_WorkBuffer &line);
     bool readLine(std::string &line);
+    /// Appends what there is of the next line, without waiting; `done` is set when the line is complete. False at the
+    /// end of input and on a read error; with a part of a line before it, the end completes that line first.
+    bool readPart(KIT_WorkBuffer &line, bool &done);
+    /// Waits for a line, or for `limit` bytes of one, and gives them with the newline, as fgets does. Empty at the end
+    /// of input and when it was interrupted. The bytes stay readable until the next call.
+    std::string_view take(size_t limit);
 
     /// Whether bytes were read that no line has taken yet.
     bool holdsInput() const { return next < filled; }
@@ -42,6 +49,8 @@ private:
     bool takeLine(Line &line);
     bool findNewline(size_t &length);
     bool fill();
+    bool fillAtOnce();
+    bool readOnce();
     void makeRoom();
 
     std::unique_ptr<char[]> buffer;
@@ -51,4 +60,6 @@ private:
     size_t scanned = 0;   // no newline before here
     bool ended = false;
     bool endPending = false;   // a line without newline was given: the next call tells the end
+    bool partTaken = false;    // by readPart, of a line that is not complete
+    bool cutOff = false;       // that line had a NUL: the rest of it is dropped
 };
