@@ -42,6 +42,9 @@ void CMD_Manager::installBaseCommands() {
         { "for", "", true, cmd_loop },
         { "foreach", "", true, cmd_loop },
         { "while", "", true, cmd_loop },
+        { "message", "b:d:t:h:p", true, cmd_message },
+        { "listchooser", "d:t:h:rp", true, cmd_listchooser },
+        { "filechooser", "d:n:p:st:", true, cmd_filechooser },
     };
     // Further managers of a process are for hosts that want commands of their own only.
     if (theManager)
