@@ -11,6 +11,7 @@
 
 #include <orvlang/bridge/CMD_Python.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/port/CMD_EvtMonitoringReader.h>
 
 #include "ConsoleSignals.h"
 
@@ -55,6 +56,7 @@ Console::Console(const ConsoleOptions &options)
 
 int Console::run() {
     ConsoleSignals::install();
+    CMD_EvtMonitoringReader::inst();   // before anything runs: ports are served from now on
     bool opened = true;
     if (options.action == ConsoleOptions::Action::Script)
         opened = runScript();
@@ -129,7 +131,8 @@ bool Console::readLine() {
 bool Console::readLineOnce() {
     KIT_Interrupt &interrupt = *KITgetInterrupt();
     interrupt.opStart("Read a line", 0, 0, nullptr);   // so that a signal finds something to interrupt
-    const bool got = (reader.holdsInput() || ConsoleSignals::waitForInput()) && reader.readLine(line);
+    const bool got = !ConsoleSignals::pending() &&
+                     CMD_EvtMonitoringReader::inst().getline(reader, line) == CMD_EvtMonitoringReader::GotLine;
     interrupt.opEnd(-1);
     return got;
 }

@@ -3,9 +3,6 @@
 
 #include <csignal>
 
-#include <poll.h>
-#include <unistd.h>
-
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 
 namespace {
@@ -44,16 +41,4 @@ int ConsoleSignals::pending() {
 
 void ConsoleSignals::forget() {
     theSignal = 0;
-}
-
-bool ConsoleSignals::waitForInput() {
-    sigset_t taken, before;
-    sigemptyset(&taken);
-    for (const int number : theNumbers)
-        sigaddset(&taken, number);
-    sigprocmask(SIG_BLOCK, &taken, &before);
-    pollfd input = { STDIN_FILENO, POLLIN, 0 };
-    const bool ready = !theSignal && ppoll(&input, 1, nullptr, &before) > 0;
-    sigprocmask(SIG_SETMASK, &before, nullptr);
-    return ready && !theSignal;
 }

@@ -11,7 +11,4 @@ public:
     /// The latest signal that came since the last forget; 0 for none.
     static int pending();
     static void forget();
-    /// Waits until standard input can be read (or has ended). False when a signal is pending or comes meanwhile; none
-    /// is lost between the two.
-    static bool waitForInput();
 };
