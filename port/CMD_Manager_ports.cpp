@@ -181,6 +181,7 @@ void openAutoPort(CMD_Manager &manager, CMD_Args &args) {
 void CMD_Manager::addPortExtension() {
     installCommand("openport", "aeqswi:r:pc", cmd_openport, false);
     installCommand("closeport", "", cmd_closeport, false);
+    installCommand("atjob", "lpr", cmd_atjob, true);
     KIT_Exit::addExitCallback(closeAllPorts, nullptr);
     setContext();
 }

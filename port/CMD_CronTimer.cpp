@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/port/CMD_CronTimer.h>
+
+#include <algorithm>
+#include <ostream>
+
+#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
+#include <orvlang/platform/kit/KIT_Number.h>
+#include <orvlang/platform/kit/KIT_OStrStream.h>
+#include <orvlang/platform/osl/OSL_Time.h>
+
+namespace {
+
+int theLastId = 0;
+
+long long currentTime() {
+    OSL_TimeVal now = {};
+    OSLgettimeofday(&now);
+    return now.seconds;
+}
+
+}   // namespace
+
+CMD_CronTimer *CMD_CronTimer::theTimer = nullptr;
+
+CMD_CronTimer *CMD_CronTimer::create() {
+    std::unique_ptr<CMD_CronTimer> timer(new CMD_CronTimer);
+    if (!timer->installGenerator())
+        return nullptr;
+    return theTimer = timer.release();
+}
+
+CMD_CronTimer::~CMD_CronTimer() {
+    theTimer = nullptr;
+}
+
+int CMD_CronTimer::processEvents() {
+    KIT_OStrStream output;
+    const long long now = currentTime();
+    ++turns;
+    for (size_t place = jobs.size(); place-- > 0;) {
+        const CMD_AtJob *const job = jobs[place].get();
+        if (job && job->time < now && !job->isRunning) {
+            runJob(place, output);
+            output.reset();
+        }
+    }
+    if (--turns > 0)
+        return 1;
+    std::erase(jobs, nullptr);
+    if (!jobs.empty())
+        return 1;
+    uninstallGenerator();
+    delete this;
+    return 0;
+}
+
+/// Nothing of the job is kept across its run, in which it may be removed.
+void CMD_CronTimer::runJob(size_t place, std::ostream &output) {
+    CMD_Manager *const manager = CMD_Manager::getContext();
+    if (!manager)
+        return;   // it stays due until there is one
+    jobs[place]->isRunning = true;
+    {
+        const KIT_String command = jobs[place]->command;
+        // It runs while something waits: what either of them nests is no business of the other.
+        const KIT_Nesting::Scope apart(KIT_Nesting::Scope::Apart);
+        manager->execute(command.c_str(), 0, &output, &output, 1, true);
+    }
+    CMD_AtJob *const job = jobs[place].get();
+    if (!job)
+        return;
+    if (job->period == 0)
+        return dropJob(place);
+    job->isRunning = false;
+    job->time = currentTime() + job->period;
+}
+
+void CMD_CronTimer::dropJob(size_t place) {
+    jobs[place].reset();
+    if (turns == 0)
+        jobs.erase(jobs.begin() + static_cast<std::ptrdiff_t>(place));
+}
+
+void CMD_CronTimer::addJob(int seconds, const char *command, int period) {
+    if (seconds > 0)
+        jobs.push_back(std::make_unique<CMD_AtJob>(++theLastId, currentTime() + seconds, period, command));
+}
+
+void CMD_CronTimer::listJobs(std::ostream &out) const {
+    const long long now = currentTime();
+    std::for_each(jobs.rbegin(), jobs.rend(), [&](const std::unique_ptr<CMD_AtJob> &job) {
+        if (job)
+            out << "JobId(" << job->id << ") In " << job->time - now << " seconds, run '" << job->command
+                << "'\n";
+    });
+}
+
+void CMD_CronTimer::removeJob(const char *id, std::ostream &out) {
+    const int number = KITatoi(id);
+    for (size_t place = jobs.size(); place-- > 0;) {
+        if (jobs[place] && jobs[place]->id == number) {
+            dropJob(place);
+            out << "Removed job " << number << '\n';
+            return;
+        }
+    }
+    out << "Warning: no job was found matching Id(" << number << ")\n";
+}
+
+void CMD_CronTimer::removeAllJobs(std::ostream &out) {
+    for (size_t place = jobs.size(); place-- > 0;) {
+        if (!jobs[place])
+            continue;
+        out << "Removed job Id(" << jobs[place]->id << ")\n";
+        dropJob(place);
+    }
+}
