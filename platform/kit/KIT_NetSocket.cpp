@@ -20,6 +20,7 @@ constexpr int theFirstPort = 1024;
 constexpr int thePortCount = 65536 - theFirstPort;
 constexpr std::size_t theReadSize = 4096;   // room for one ordinary request
 constexpr std::size_t theLongReadSize = 65536;
+constexpr int theDrainSteps = 16;
 
 sockaddr_storage makeAddress(const in_addr &address, int port) {
     sockaddr_storage storage = {};
@@ -256,21 +257,30 @@ void KIT_NetSocket::endOutput() {
         OSLsystem().shutdown(descriptor, SHUT_WR);
 }
 
-/// Reads once, without waiting: the number of bytes, or a Result. An end is remembered.
+bool KIT_NetSocket::drain() {
+    char dropped[16384];
+    int n = TryAgain;
+    for (int i = 0; i < theDrainSteps && (n = receiveOnce(dropped, sizeof dropped)) > 0; ++i)
+        ;
+    return n != Ended;
+}
+
+/// As receiveOnce; an end is remembered.
 int KIT_NetSocket::receive(void *buffer, std::size_t count) {
-    if (inputEnded)
-        return Ended;
+    const int n = inputEnded ? Ended : receiveOnce(buffer, count);
+    inputEnded = n == Ended;
+    return n;
+}
+
+/// Reads once, without waiting: the number of bytes, or a Result. A connection that was reset has ended.
+int KIT_NetSocket::receiveOnce(void *buffer, std::size_t count) const {
     ssize_t n;
     do
         n = OSLsystem().receive(descriptor, buffer, count);
     while (n < 0 && errno == EINTR);
     if (n > 0)
         return static_cast<int>(n);
-    if (n < 0 && isForLater(errno))
-        return TryAgain;
-    // A connection that was reset is over as one that was ended: what had come before counts.
-    inputEnded = true;
-    return Ended;
+    return n < 0 && isForLater(errno) ? TryAgain : Ended;
 }
 
 int KIT_NetSocket::read(void *buffer, int length, int *got, int timeout) {

@@ -73,12 +73,15 @@ public:
     std::size_t getQueued() const;
     /// Tells the peer that nothing more will come. What it sends can still be read.
     void endOutput();
+    /// Reads and drops what is there. False when the peer is done.
+    bool drain();
 
 private:
     KIT_NetSocket();
     bool listenAt(const char *address, int port);
     bool connectTo(int port, bool wait);
     int receive(void *buffer, std::size_t count);
+    int receiveOnce(void *buffer, std::size_t count) const;
     std::size_t sendSome(std::string_view bytes);
     void dropWaiting();
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,7 @@
 #include <sys/socket.h>
 #include <sys/types.h>
 
+#include <orvlang/platform/osl/OSL_SocketTable.h>
 #include <orvlang/platform/osl/OSL_Time.h>
 
 struct epoll_event;
@@ -91,6 +93,9 @@ public:
     virtual int getSocketError(int descriptor);
     virtual bool getOwnAddress(int descriptor, sockaddr_storage &address);
     virtual bool getPeerAddress(int descriptor, sockaddr_storage &address);
+    /// As OSLfindSocketOwner.
+    virtual std::optional<OSL_SocketOwner> findSocketOwner(const sockaddr_storage &own,
+                                                           const sockaddr_storage &peer);
     /// Raises no signal when the peer is gone.
     virtual ssize_t send(int descriptor, const void *data, size_t count);
     virtual ssize_t receive(int descriptor, void *buffer, size_t count);

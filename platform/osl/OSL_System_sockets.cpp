@@ -59,6 +59,11 @@ bool OSL_System::getPeerAddress(int descriptor, sockaddr_storage &address) {
     return ::getpeername(descriptor, reinterpret_cast<sockaddr *>(&address), &length) == 0;
 }
 
+std::optional<OSL_SocketOwner> OSL_System::findSocketOwner(const sockaddr_storage &own,
+                                                           const sockaddr_storage &peer) {
+    return OSLfindSocketOwner(own, peer);
+}
+
 ssize_t OSL_System::send(int descriptor, const void *data, size_t count) {
     return ::send(descriptor, data, count, MSG_NOSIGNAL);
 }

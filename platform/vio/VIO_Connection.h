@@ -26,7 +26,8 @@ public:
     ~VIO_Connection();
 
     VIO_SocketSet::Id getId() const { return id; }
-    int getDescriptor() const { return socket->getDescriptor(); }
+    /// What it reads from; negative while it reads nothing.
+    int getDescriptor() const;
     /// Whether a turn would find something to do.
     bool isReady() const;
     /// False when no delivery is under way. Otherwise the socket is closed, and the owner destroyed behind it.
@@ -36,14 +37,30 @@ public:
     long long getDueTime() const override { return dueTime; }
 
 private:
-    VIO_Connection(VIO_ConnectedSocketListener &owner, std::shared_ptr<KIT_NetSocket> socket,
+    VIO_Connection(VIO_ConnectedSocketListener &owner, std::shared_ptr<KIT_NetSocket> socket, int port,
                    const Receiver &receiver, const VIO_ListenerOptions &options);
+
+    static size_t &countOf(int port);
+    void end();
+    bool deliverGathered(long long now);
+    bool deliver(const VIO_Delivery &next);
+    bool finishDelivery(bool failed);
+    bool sendRest(long long now);
+    void awaitRoom(bool await);
+    void closeSlowly();
+    bool drain(long long now);
 
     VIO_ConnectedSocketListener &owner;
     const std::shared_ptr<KIT_NetSocket> socket;   // a delivery keeps it while its connection is destroyed
+    const int port;
     const Receiver receiver;
     const VIO_ListenerOptions options;
+    VIO_DeliveryGatherer gatherer;
     VIO_SocketSet::Id id = 0;
     bool delivering = false;
+    bool awaitingRoom = false;   // a reply is not sent to its end
+    bool ending = false;         // once the reply is sent, the connection is over
+    bool draining = false;       // it is over for this side, and what still comes is dropped
     long long dueTime = 0;
+    long long lastSent = 0;
 };

@@ -16,7 +16,7 @@ using Options = VIO_ListenerOptions;
 
 constexpr char theBlanks[] = " \t\r\n\v\f";
 constexpr double theLongestWait = 1000000;    // seconds
-constexpr long long theMostBytes = 1 << 30;   // a delivery has an int for its length
+constexpr size_t theLargestCount = 1 << 30;   // a delivery has an int for its length
 
 constinit KIT_Immortal<std::string> theDefault;
 
@@ -29,9 +29,11 @@ bool readChoice(std::string_view value, const char *off, const char *on, bool &c
 bool readBind(Options &options, std::string_view value) {
     char address[sizeof(in6_addr)];
     const std::string text(value);
-    if (value == "loopback")
+    if (value == "loopback" || value == "127.0.0.1")
         options.bind.clear();
-    else if (value == "any" || ::inet_pton(AF_INET, text.c_str(), address) == 1 ||
+    else if (value == "any" || value == "0.0.0.0" || value == "::")
+        options.bind = "any";
+    else if (::inet_pton(AF_INET, text.c_str(), address) == 1 ||
              ::inet_pton(AF_INET6, text.c_str(), address) == 1)
         options.bind = text;
     else
@@ -59,22 +61,22 @@ bool readWait(Options &options, std::string_view value) {
     return true;
 }
 
-bool readCount(std::string_view value, long long least, long long most, long long &count) {
-    long long number;
+bool readCount(std::string_view value, size_t least, size_t &count) {
+    size_t number;
     const char *const end = value.data() + value.size();
     const std::from_chars_result result = std::from_chars(value.data(), end, number);
-    if (result.ec != std::errc() || result.ptr != end || number < least || number > most)
+    if (result.ec != std::errc() || result.ptr != end || number < least || number > theLargestCount)
         return false;
     count = number;
     return true;
 }
 
 bool readMaxBytes(Options &options, std::string_view value) {
-    return readCount(value, 1, theMostBytes, options.maxBytes);
+    return readCount(value, 1, options.maxBytes);
 }
 
 bool readClients(Options &options, std::string_view value) {
-    return readCount(value, 0, theMostBytes, options.clients);
+    return readCount(value, 0, options.clients);
 }
 
 /// 0 for an unknown name.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -15,8 +16,8 @@ struct VIO_ListenerOptions {
     bool passBrowsers = false;   // run what a web page sends
     bool loopbackHost = false;   // refuse requests that were addressed to another host
     long long wait = 5000000000;   // nanoseconds without progress until a request or a reply is given up
-    long long maxBytes = 64 << 20;
-    long long clients = 1000;
+    size_t maxBytes = 64 << 20;
+    size_t clients = 1000;
     unsigned accept = Text | Xml | Http;
 
     /// Reads the text of the host's default, then this one; null counts as empty. A wrong word changes nothing and is

@@ -13,11 +13,35 @@ VIO_ServerSocketListener::VIO_ServerSocketListener(KIT_NetSocket *socket, int po
                                                    const char *option)
     : port(socket->getPort()), portNumber(portNumber), listenerOption(option) {
     const VIO_ListenerOptions options = VIO_ListenerOptions::parse(option, &std::cerr);
-    addSocket(std::unique_ptr<KIT_NetSocket>(socket));
+    std::unique_ptr<KIT_NetSocket> own(socket);
+    if (options.bind == "any")
+        own = replaceByAny(std::move(own));
+    addSocket(std::move(own));
+    if (!options.bind.empty() && options.bind != "any")
+        listenToo(options.bind);
 }
 
 VIO_ServerSocketListener::~VIO_ServerSocketListener() {
     uninstallGenerator();
+}
+
+/// Loopback is one of all addresses, and two sockets cannot share it.
+std::unique_ptr<KIT_NetSocket>
+VIO_ServerSocketListener::replaceByAny(std::unique_ptr<KIT_NetSocket> loopback) const {
+    loopback->close();
+    std::unique_ptr<KIT_NetSocket> any = KIT_NetSocket::newListening(nullptr, port);
+    if (any->isUsable())
+        return any;
+    std::cerr << "Cannot listen at other addresses than loopback" << std::endl;
+    return std::unique_ptr<KIT_NetSocket>(KIT_NetSocket::newSocket(port, true, false));
+}
+
+void VIO_ServerSocketListener::listenToo(const std::string &address) {
+    std::unique_ptr<KIT_NetSocket> socket = KIT_NetSocket::newListening(address.c_str(), port);
+    if (socket->isUsable())
+        addSocket(std::move(socket));
+    else
+        std::cerr << "Cannot listen at " << address << std::endl;
 }
 
 void VIO_ServerSocketListener::addSocket(std::unique_ptr<KIT_NetSocket> socket) {
@@ -48,6 +72,7 @@ bool VIO_ServerSocketListener::areEventsWaiting() {
 int VIO_ServerSocketListener::processEvents() {
     const VIO_SocketSet::Id id = acceptors.front()->getId();
     checkChild();
+    // From here on this object may be gone.
     return VIO_SocketSet::inst().turn(id);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <orvlang/platform/kit/KIT_NetSocket.h>
@@ -63,6 +64,8 @@ private:
         void *data = nullptr;
     };
 
+    std::unique_ptr<KIT_NetSocket> replaceByAny(std::unique_ptr<KIT_NetSocket> loopback) const;
+    void listenToo(const std::string &address);
     void addSocket(std::unique_ptr<KIT_NetSocket> socket);
 
     const int port;

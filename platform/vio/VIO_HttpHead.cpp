@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/vio/VIO_HttpHead.h>
+
+#include <algorithm>
+#include <string>
+
+#include <arpa/inet.h>
+
+#include <orvlang/platform/kit/KIT_Number.h>
+
+namespace {
+
+constexpr std::string_view theBlanks = " \t\r";
+constexpr std::string_view theVersion = " HTTP/";   // behind the target
+constexpr size_t theLongestLine = 16384;
+
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isUpper(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+bool isLetter(char c) {
+    return lower(c) >= 'a' && lower(c) <= 'z';
+}
+
+/// The second text is in lower case.
+bool isSame(std::string_view text, std::string_view name) {
+    return std::equal(text.begin(), text.end(), name.begin(), name.end(),
+                      [](char a, char b) { return lower(a) == b; });
+}
+
+std::string_view trim(std::string_view text) {
+    const size_t first = std::min(text.find_first_not_of(theBlanks), text.size());
+    return text.substr(first, text.find_last_not_of(theBlanks) + 1 - first);
+}
+
+/// Without the port and the brackets of an IPv6 address.
+std::string_view hostOf(std::string_view value) {
+    if (value.starts_with('['))
+        return value.substr(1, value.find(']') - 1);
+    const size_t colon = value.find(':');
+    // More than one: an IPv6 address without brackets.
+    return value.find(':', colon + 1) == value.npos || colon == value.npos ? value.substr(0, colon) : value;
+}
+
+bool isLoopback(std::string_view value) {
+    const std::string host(hostOf(value));
+    in_addr four;
+    in6_addr six;
+    if (::inet_pton(AF_INET, host.c_str(), &four) == 1)
+        return (ntohl(four.s_addr) >> 24) == 127;
+    if (::inet_pton(AF_INET6, host.c_str(), &six) == 1)
+        return IN6_IS_ADDR_LOOPBACK(&six);
+    return isSame(host, "localhost");
+}
+
+bool isOfTarget(char c) {
+    return static_cast<unsigned char>(c) > ' ';
+}
+
+/// Behind the run of characters that the test accepts.
+size_t skip(std::string_view text, size_t at, bool (*accepts)(char)) {
+    while (at < text.size() && accepts(text[at]))
+        ++at;
+    return at;
+}
+
+VIO_HttpLine findPartOfLine(std::string_view line) {
+    const size_t method = skip(line, 0, isUpper);
+    if (method == line.size())
+        return VIO_HttpLine::Maybe;
+    if (method == 0 || line[method] != ' ')
+        return VIO_HttpLine::No;
+    const std::string_view rest = line.substr(skip(line, method + 1, isOfTarget));
+    return rest.starts_with(theVersion) || theVersion.starts_with(rest) ? VIO_HttpLine::Maybe
+                                                                        : VIO_HttpLine::No;
+}
+
+}   // namespace
+
+VIO_HttpHead VIO_HttpHead::parse(std::string_view text) {
+    VIO_HttpHead head;
+    for (size_t newline = text.find('\n'); newline != text.npos;) {
+        const size_t start = newline + 1;
+        newline = text.find('\n', start);
+        const std::string_view line = text.substr(start, newline - start);
+        // A line that is cut off ends the text.
+        if (line.empty() || line == "\r")
+            break;
+        head.takeLine(line);
+    }
+    return head;
+}
+
+void VIO_HttpHead::takeLine(std::string_view line) {
+    const size_t colon = line.find(':');
+    if (colon == line.npos)
+        return;
+    const std::string_view exactName = line.substr(0, colon);
+    const std::string_view value = line.substr(colon + 1);
+    const std::string_view name = trim(exactName);
+    if (exactName == "Content-Length")
+        contentLength = KITatoi(value);
+    if (isSame(name, "content-length"))
+        anyContentLength = KITatoi(value);
+    else if (isSame(name, "transfer-encoding"))
+        hasTransferEncoding = true;
+    else if (isSame(name, "origin") || isSame(name, "sec-fetch-site"))
+        isFromBrowser = true;
+    else if (isSame(name, "host"))
+        namesOtherHost |= !isLoopback(trim(value));
+}
+
+VIO_HttpLine VIOfindHttpLine(std::string_view text) {
+    const std::string_view start = text.substr(0, theLongestLine);
+    const size_t end = start.find('\n');
+    if (end == start.npos)
+        return start.size() < theLongestLine ? findPartOfLine(start) : VIO_HttpLine::No;
+    const std::string_view line = start.substr(0, end);
+    const size_t method = skip(line, 0, isLetter);
+    const size_t target = skip(line, method + 1, isOfTarget);
+    const bool found = method > 0 && line.substr(method).starts_with(' ') && target > method + 1 &&
+                       line.substr(std::min(target, line.size())).starts_with(theVersion);
+    return found ? VIO_HttpLine::Yes : VIO_HttpLine::No;
+}
