@@ -17,11 +17,6 @@ VIO_ConnectedSocketListener::~VIO_ConnectedSocketListener() {
         uninstallGenerator();
 }
 
-void VIO_ConnectedSocketListener::end() {
-    if (!connection || !connection->endBehindDelivery())
-        delete this;
-}
-
 const char *VIO_ConnectedSocketListener::getClassName() const {
     return className();
 }

@@ -21,9 +21,6 @@ public:
     ~VIO_ConnectedSocketListener() override;
 
     bool isConnected() const { return connection != nullptr; }
-    /// Ends the connection and destroys this object: at once, or, when it is inside its callback, behind it. Whoever
-    /// may be called by the callback uses this and not `delete`.
-    void end();
 
     const char *getClassName() const override;
     int getFileDescriptor() const override;

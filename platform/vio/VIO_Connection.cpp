@@ -64,12 +64,6 @@ bool VIO_Connection::isReady() const {
     return getDescriptor() >= 0 && OSLsystem().waitReadable(getDescriptor(), 0) > 0;
 }
 
-bool VIO_Connection::endBehindDelivery() {
-    if (delivering)
-        socket->close();
-    return delivering;
-}
-
 bool VIO_Connection::serve(long long now) {
     if (delivering)
         return false;

@@ -30,8 +30,6 @@ public:
     int getDescriptor() const;
     /// Whether a turn would find something to do.
     bool isReady() const;
-    /// False when no delivery is under way. Otherwise the socket is closed, and the owner destroyed behind it.
-    bool endBehindDelivery();
 
     bool serve(long long now) override;
     long long getDueTime() const override { return dueTime; }

@@ -83,6 +83,7 @@ VIO_HttpLine findPartOfLine(std::string_view line) {
 
 VIO_HttpHead VIO_HttpHead::parse(std::string_view text) {
     VIO_HttpHead head;
+    text = text.substr(0, text.find('\0'));
     for (size_t newline = text.find('\n'); newline != text.npos;) {
         const size_t start = newline + 1;
         newline = text.find('\n', start);

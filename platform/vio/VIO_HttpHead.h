@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// What the header lines of an HTTP request say about how it is to be treated. The text begins with the request line and
-/// ends anywhere; lines behind the first blank one are not looked at.
+/// ends anywhere; lines behind the first blank one, and what is behind a NUL, are not looked at.
 struct VIO_HttpHead {
     /// The length of the body, as the protocol finds it: the name has exactly the letters of `Content-Length`, and the
     /// last such line counts.

@@ -15,7 +15,8 @@ namespace {
 using Options = VIO_ListenerOptions;
 
 constexpr char theBlanks[] = " \t\r\n\v\f";
-constexpr double theLongestWait = 1000000;    // seconds
+constexpr double theShortestWait = 0.001;   // seconds
+constexpr double theLongestWait = 1000000;
 constexpr size_t theLargestCount = 1 << 30;   // a delivery has an int for its length
 
 constinit KIT_Immortal<std::string> theDefault;
@@ -55,9 +56,9 @@ bool readHost(Options &options, std::string_view value) {
 
 bool readWait(Options &options, std::string_view value) {
     double seconds;
-    if (!KITisNumber(value, &seconds) || !(seconds > 0 && seconds <= theLongestWait))
+    if (!KITisNumber(value, &seconds) || !(seconds >= theShortestWait && seconds <= theLongestWait))
         return false;
-    options.wait = static_cast<long long>(seconds * 1e9) + 1;
+    options.wait = static_cast<long long>(seconds * 1e9);
     return true;
 }
 
