@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstring>
 #include <iostream>
+#include <string_view>
 
 #include <getopt.h>
 
@@ -22,16 +24,21 @@ Runs a script, or the lines of standard input when there is none.
               installs the command NAME, which the Python module
               orvlang_commands implements; OPTIONS are its option letters,
               with a `:` behind each that takes a value; repeatable
+  --connect [HOST:]PORT
+              run TEXT, or the lines of standard input, in the program that
+              has opened that command port, and show what comes of it
   --help      show this text
   --version   show the version
 
 The exit status is that of the last statement, or what `quit` says; 1 when the
-script can't be opened or the input ends too early, 2 for wrong options.
+script can't be opened, the input ends too early or the port does not answer, 2
+for wrong options.
 )";
 
-enum LongOption { optionHelp = 256, optionVersion };
+enum LongOption { optionHelp = 256, optionVersion, optionConnect };
 
 constexpr option theLongOptions[] = {
+    { "connect", required_argument, nullptr, optionConnect },
     { "help", no_argument, nullptr, optionHelp },
     { "version", no_argument, nullptr, optionVersion },
     {},
@@ -62,12 +69,31 @@ bool addPythonCommand(char *text, std::vector<ConsoleOptions::PythonCommand> &co
     return true;
 }
 
+/// [HOST:]PORT; a HOST that has colons itself stands in brackets.
+bool readAddress(std::string_view text, ConsoleOptions &options) {
+    const size_t colon = text.rfind(':');
+    if (colon != text.npos) {
+        std::string_view host = text.substr(0, colon);
+        if (host.starts_with('[') && host.ends_with(']'))
+            host = host.substr(1, host.size() - 2);
+        if (host.empty())
+            return false;
+        options.host = host;
+        text.remove_prefix(colon + 1);
+    }
+    const char *const end = text.data() + text.size();
+    const auto [last, error] = std::from_chars(text.data(), end, options.port);
+    return error == std::errc() && last == end && options.port > 0;
+}
+
 }   // namespace
 
 ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
     ConsoleOptions options;
+    bool isOnlyForHere = false;   // whether an option says nothing to another program
     // "+": the options end at the script, so that its own arguments are left alone.
     for (int letter; (letter = getopt_long(argc, argv, "+c:sn:P:", theLongOptions, nullptr)) != -1;) {
+        isOnlyForHere |= letter == 's' || letter == 'n' || letter == 'P';
         switch (letter) {
         case 'c':
             options.action = Action::Text;
@@ -85,6 +111,12 @@ ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
                 return refused();
             }
             break;
+        case optionConnect:
+            if (!readAddress(optarg, options)) {
+                std::cerr << "orvlang: no port: " << optarg << "\n";
+                return refused();
+            }
+            break;
         case optionHelp:
             std::cout << theHelp;
             return ended(0);
@@ -94,6 +126,10 @@ ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
         default:
             return refused();
         }
+    }
+    if (options.port && (isOnlyForHere || optind < argc)) {
+        std::cerr << "orvlang: of the options, --connect goes with -c alone\n";
+        return refused();
     }
     if (optind == argc)
         return options;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <string>
 #include <vector>
 
 /// What the words behind the program's name ask for. Borrows them from `main`.
@@ -27,5 +28,7 @@ struct ConsoleOptions {
     std::vector<PythonCommand> pythonCommands;
     const char *managerName = "orvlang";
     const char *text = nullptr;
+    int port = 0;   // of the program to run lines or text in; 0 for this one
+    std::string host = "127.0.0.1";
     char **words = nullptr;   // the script and its arguments, null-terminated
 };

@@ -7,12 +7,15 @@
 
 #include "Console.h"
 #include "ConsoleOptions.h"
+#include "PortClient.h"
 
 int main(int argc, char **argv) {
     std::ios::sync_with_stdio(false);
     const ConsoleOptions options = ConsoleOptions::parse(argc, argv);
     if (options.action == ConsoleOptions::Action::Nothing)
         return options.status;
+    if (options.port)
+        return PortClient(options).run();
     Console console(options);
     // As `quit` does: the process ends with the manager in place, and its exit callbacks run.
     KIT_Exit::exitWithSpecificCode(console.run());

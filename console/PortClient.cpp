@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PortClient.h"
+
+#include <charconv>
+#include <iostream>
+
+#include <unistd.h>
+
+namespace {
+
+/// What stands between output and errors when the port keeps them apart.
+constexpr std::string_view theErrorMarker = "\n~~~~~\n";
+
+/// As an HTTP request a text of any length and with any line ends arrives as a whole.
+std::string makeHTTPRequest(std::string_view body) {
+    std::string request = "POST / HTTP/1.1\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n";
+    return request.append(body).append("\r\n");
+}
+
+/// Cuts the head off. False when the request was refused; the reply is then the reason.
+bool takeHTTPHead(std::string &reply) {
+    const bool isRefused = !reply.starts_with("HTTP/1.1 200 ");
+    const size_t blankLine = reply.find("\r\n\r\n");
+    if (blankLine != reply.npos)
+        reply.erase(0, blankLine + 4);
+    return !isRefused;
+}
+
+}   // namespace
+
+PortClient::PortClient(const ConsoleOptions &options)
+    : options(options), onTerminal(isatty(STDIN_FILENO)), reader(nullptr, nullptr) {}
+
+int PortClient::run() {
+    if (!connection.open(options.host, options.port))
+        return 1;
+    const bool isDone = options.action == ConsoleOptions::Action::Text ? runText() : runLines();
+    return isDone ? askStatus() : 1;
+}
+
+bool PortClient::runText() {
+    if (!connection.exchange(makeHTTPRequest(options.text), reply))
+        return false;
+    if (!takeHTTPHead(reply)) {
+        std::cerr << "orvlang: " << reply << std::endl;
+        return false;
+    }
+    show(reply);
+    return true;
+}
+
+/// Each line is a request of its own, and counts there as one that was typed at the console: it can be continued, answer
+/// a `read`, or belong to a loop.
+bool PortClient::runLines() {
+    for (prompt(); reader.readLine(line); prompt()) {
+        // A line end that is no newline, so that an empty line is a request too.
+        line.append('\r');
+        if (!connection.exchange(line.view(), reply))
+            return false;
+        show(reply);
+    }
+    if (onTerminal)
+        std::cout << std::endl;
+    return true;
+}
+
+void PortClient::prompt() const {
+    if (onTerminal)
+        std::cout << options.port << " -> " << std::flush;
+}
+
+/// The status of the last statement that anybody has run there.
+int PortClient::askStatus() {
+    if (!connection.exchange("echo $status", reply))
+        return 1;
+    int status = 0;
+    const auto [end, error] = std::from_chars(reply.data(), reply.data() + reply.size(), status);
+    if (error == std::errc() && end != reply.data() + reply.size() && *end == '\n')
+        return status & 0xff;
+    std::cerr
+        << "orvlang: the status is not told; a `read`, a loop or an if block may be waiting for more lines"
+        << std::endl;
+    return 1;
+}
+
+void PortClient::show(std::string_view text) const {
+    const size_t marker = text.find(theErrorMarker);
+    std::cout << text.substr(0, marker) << std::flush;
+    if (marker != text.npos)
+        std::cerr << text.substr(marker + theErrorMarker.size()) << std::flush;
+}

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+
+#include "ConsoleOptions.h"
+#include "PortConnection.h"
+
+/// The program as a client of the command port of another one: text or lines are run there, and what they write is
+/// written here.
+class PortClient {
+public:
+    explicit PortClient(const ConsoleOptions &options);
+
+    /// Runs what the options ask for and gives the exit status: that of the last statement, or 1 with a message when it
+    /// cannot be had.
+    int run();
+
+private:
+    bool runText();
+    bool runLines();
+    void prompt() const;
+    int askStatus();
+    void show(std::string_view reply) const;
+
+    const ConsoleOptions options;
+    const bool onTerminal;
+    PortConnection connection;
+    KIT_CmdLineReader reader;
+    KIT_WorkBuffer line;   // the latest one read
+    std::string reply;     // the latest one
+};
