@@ -35,6 +35,8 @@ public:
 
     /// Whether bytes were read that no line has taken yet.
     bool holdsInput() const { return next < filled; }
+    /// Whether a reading gives something, were it the end, without asking the system.
+    bool answersAtOnce() const { return holdsInput() || endPending; }
     /// Whether the latest reading met the end of input (or an error) and nothing is held.
     bool isAtEnd() const { return ended && !holdsInput(); }
 

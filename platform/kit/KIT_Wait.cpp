@@ -48,7 +48,7 @@ long long nanoseconds(int milliseconds) {
 }   // namespace
 
 bool KITisDataAvailableOnStdin() {
-    return KIT_StandardInput::inst().holdsInput() || (askStdin() & (POLLIN | POLLHUP | POLLERR)) != 0;
+    return KIT_StandardInput::inst().answersAtOnce() || (askStdin() & (POLLIN | POLLHUP | POLLERR)) != 0;
 }
 
 bool KITisStdinValid() {
@@ -56,7 +56,7 @@ bool KITisStdinValid() {
 }
 
 void KITwaitForTimeoutOrDataOnStdin(int milliseconds) {
-    if (!KIT_StandardInput::inst().holdsInput())
+    if (!KIT_StandardInput::inst().answersAtOnce())
         wait(true, nanoseconds(milliseconds));
 }
 
