@@ -37,8 +37,8 @@ protected:
     bool isEnded(Client &client);
 
     static void answer(KIT_NetSocket &socket, const std::string &text);
-    /// How many descriptors the process has.
-    static int countDescriptors();
+    /// What descriptors the process has, in order.
+    static std::vector<int> listDescriptors();
 
     /// What is done with a delivery. Unless a test sets it, the reply is the delivery in brackets.
     Handler handler;
@@ -63,7 +63,7 @@ private:
 /// A client on a socket of its own, which sends and receives in the turns of the test's loop.
 class Client {
 public:
-    explicit Client(ListenerTest &test);
+    explicit Client(ListenerTest &test, const char *address = "127.0.0.1");
     ~Client();
     Client(const Client &) = delete;
     Client &operator=(const Client &) = delete;
