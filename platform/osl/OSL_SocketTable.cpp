@@ -116,7 +116,7 @@ std::string readFile(const char *path) {
 std::optional<OSL_SocketOwner> searchTable(const char *path, const Endpoint &own, const Endpoint &peer,
                                            bool asIp4) {
     const std::string table = readFile(path);
-    const std::string key = " " + format(own, asIp4) + " " + format(peer, asIp4) + " ";
+    const std::string key = ' ' + format(own, asIp4) + ' ' + format(peer, asIp4) + ' ';
     const size_t found = table.find(key);
     OSL_SocketOwner owner;
     // State, queues, timer and retransmissions stand in between.
