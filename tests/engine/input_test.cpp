@@ -140,7 +140,6 @@ TEST_F(Input, ReadStopsAndGoesOn) {
           { "1 2 3" },
           "{@Invalid variable name: a-b\n@Invalid variable name: FRAME\n}3\n" },
         { "source r.cmd; echo $ra $rb", { "x", "y" }, "in x\ngy\n" },
-        { "read", {}, "{@read:  Invalid usage\nread\n}" },
         { "read ''; echo a", {}, "a\n" },
     };
     folder.write("r.cmd", "read ra\necho in $ra; read -g rb; set -g rb = g$rb\n");

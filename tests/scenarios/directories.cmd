@@ -36,9 +36,9 @@ ucd c; uls -p ../../.. f*; echo status $status
 # expect: f2
 # expect: f10
 # expect: status 0
-ucd a b
-# expect err: %s (39): ucd:  Invalid usage
-# expect err: ucd
+ucd a b >& usage
+unix grep Invalid usage
+# expect: %s (39): ucd:  Invalid usage
 set -g ORP = $JOB/sub
 ucd; upwd
 # expect: %d/sub

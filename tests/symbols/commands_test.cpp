@@ -114,27 +114,26 @@ TEST_F(Commands, HelpFiles) {
         install(command, [](CMD_Args &) {});
     std::filesystem::create_directories("job/help");
     std::filesystem::create_directories("orp/help");
-    folder.write("job/help/command.help", "junk\nhlp10\n\tTen KEYWORD\n\n  more\nhlp\n  job hlp kéyword "
-                                          "keyWord\n#\n  not of hlp, but otherword\nnosuch\n keyword\nquiet");
-    folder.write("orp/help/command.help",
-                 "hlp\n  orp hlp\n\n   \nhlp\n  again\nhlp2 x\n  KeyWord\nhlp2\n  two\n");
+    folder.write("job/help/command.help", "junk\nhlp10\n\tTen QUUX\n\n  more\nhlp\n  job hlp qúux "
+                                          "quUx\n#\n  not of hlp, but elsething\nnosuch\n quux\nquiet");
+    folder.write("orp/help/command.help", "hlp\n  orp hlp\n\n   \nhlp\n  again\nhlp2 x\n  QuUx\nhlp2\n  two\n");
     type("set -g ORP = " + folder.path() + "/orp; job " + folder.path() + "/job");
     KIT_PathSearch::rehashAll();
     static const struct {
         const char *line, *written;
     } theCases[] = {
-        { "help hlp", "hlp\n  orp hlp\n\n   \n  job hlp kéyword keyWord\n" },
-        { "help hlp1 hlp2", "hlp10\n\tTen KEYWORD\n\n  more\nhlp2\n  two\n" },
+        { "help hlp", "hlp\n  orp hlp\n\n   \n  job hlp qúux quUx\n" },
+        { "help hlp1 hlp2", "hlp10\n\tTen QUUX\n\n  more\nhlp2\n  two\n" },
         { "help quie", "quiet\n" },
         { "help hl", "hlp   hlp2  hlp10 \n" },
-        { "help -k keyword", "hlp   hlp10 \n" },
-        { "help -k OTHER", "hlp \n" },
-        { "help -k lp", "hlp   hlp2  hlp10 \n" },
+        { "help -k quux", "hlp   hlp10 \n" },
+        { "help -k ELSETHING", "hlp \n" },
+        { "help -k HLP", "hlp   hlp2  hlp10 \n" },
         { "help -k nowhere", "" },
-        { "help -k keyword quiet", "quiet\n" },
+        { "help -k quux quiet", "quiet\n" },
         { "help -k", "{Invalid option for command\n}" },
         { "alias h hlp10; alias hh hlp 2; help h hh",
-          "'h' is an alias for hlp10\nhlp10\n\tTen KEYWORD\n\n  more\n'hh' is an alias for hlp 2\nNo installed "
+          "'h' is an alias for hlp10\nhlp10\n\tTen QUUX\n\n  more\n'hh' is an alias for hlp 2\nNo installed "
           "command matches hlp 2\n" },
     };
     for (const auto &c : theCases)
