@@ -30,7 +30,7 @@ CMD_Manager::CMD_Manager(const char *managerName, int extend)
     standardErrStack.append(&std::cerr);
     installBuiltIn();
     installBaseCommands();
-    setContext();   // a new manager is the current one until a statement runs on another
+    addPortExtension();   // a new manager is the current one until a statement runs on another
     initLibraryGlue();
     promptStack.emplace_back(std::string(name.view()) + " -> ");
     ++theManagerCount;
@@ -39,6 +39,7 @@ CMD_Manager::CMD_Manager(const char *managerName, int extend)
 }
 
 CMD_Manager::~CMD_Manager() {
+    closeOwnPorts();
     globalVariables.reset();
     aliases.reset();
     commandTable.reset();

@@ -51,6 +51,8 @@ public:
     static CMD_Manager *getContext() { return theManager; }
     static bool getContextExists() { return theManager != nullptr; }
     void setContext() override;
+    /// Expires when the manager is gone: for who refers to it without owning it.
+    std::weak_ptr<const void> getLife() const { return life; }
 
     // Running text.
 
@@ -348,6 +350,11 @@ private:
     void installBuiltIn();
     void installBaseCommands();
     void addPortExtension();
+    bool openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args *args,
+                  std::ostream *errors, const char *const *argv, int *pid, bool separateErrors, bool silent,
+                  const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
+                  bool pollFlag);
+    void closeOwnPorts();
     void initLibraryGlue();
 
     // The road of a line, in this order.
@@ -449,6 +456,7 @@ private:
     static bool theLibraryGlueNeeded;          // cleared by the first manager of the process
     static KIT_SymbolTable *theCommandLists;   // never freed, like the lists in it
 
+    const std::shared_ptr<const void> life = std::make_shared<char>();
     CMD_CommandList *commandList;   // borrowed; shared with the managers of the same name
     std::vector<KIT_String> promptStack;
     KIT_String readVariables;   // not empty while a `read` waits for its line
