@@ -2,6 +2,10 @@
 #include "ConsoleSignals.h"
 
 #include <csignal>
+#include <iterator>
+
+#include <poll.h>
+#include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 
@@ -10,29 +14,48 @@ namespace {
 constexpr int theNumbers[] = { SIGINT, SIGTERM, SIGHUP };
 
 volatile std::sig_atomic_t theSignal = 0;
+pid_t theProcess = 0;
 
 void takeSignal(int number) {
+    // A child that Python code has forked off ends: by now its disposition is the default one (SA_RESETHAND).
+    if (number != SIGINT && getpid() != theProcess) {
+        std::raise(number);
+        return;
+    }
     theSignal = number;
     KITgetInterrupt()->interrupt();
 }
 
-void take(int number) {
+/// Sets a handler, unless the signal is ignored.
+void take(int number, void (*handler)(int), int flags) {
     struct sigaction action = {};
     sigaction(number, nullptr, &action);
     if (action.sa_handler == SIG_IGN)
         return;
     action = {};
-    action.sa_handler = takeSignal;
-    // Without SA_RESTART: a read that waits for a line ends.
-    action.sa_flags = number == SIGINT ? 0 : SA_RESETHAND;
+    action.sa_handler = handler;
+    action.sa_flags = flags;
     sigaction(number, &action, nullptr);
+}
+
+/// The program ends when nobody reads its own output any more. Any other pipe or socket is for those to look after who
+/// write to it: Python code, which expects to get an error.
+void takeBrokenPipe(int) {
+    pollfd outputs[] = { { STDOUT_FILENO, 0, 0 }, { STDERR_FILENO, 0, 0 } };
+    if (poll(outputs, std::size(outputs), 0) <= 0)
+        return;
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
 }
 
 }   // namespace
 
 void ConsoleSignals::install() {
+    theProcess = getpid();
     for (const int number : theNumbers)
-        take(number);
+        // Without SA_RESTART: a read that waits for a line ends.
+        take(number, takeSignal, number == SIGINT ? 0 : SA_RESETHAND);
+    take(SIGPIPE, takeBrokenPipe, 0);
 }
 
 int ConsoleSignals::pending() {

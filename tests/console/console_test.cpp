@@ -113,6 +113,13 @@ TEST_F(ConsoleTest, ExitStatus) {
     }
 }
 
+TEST_F(ConsoleTest, EndsWhenNobodyReadsItsOutput) {
+    const char *const command = "{ " ORVLANG_PROGRAM " -c 'while 1\necho on\nend'; echo $? >&2; } | head -n 1";
+    const Outcome outcome = Program{ { "/bin/sh", "-c", command }, folder.path(), "", {} }.run();
+    EXPECT_EQ(outcome.out, "on\n");
+    EXPECT_EQ(outcome.err, "141\n");
+}
+
 TEST_F(ConsoleTest, ReadTakesLinesOfStandardInput) {
     folder.write("ask.cmd", "read a\nread b c\necho $b $a $c\n");
     EXPECT_EQ(run({ "ask.cmd" }, "one\ntwo and three\n").out, "two one and three\n");
