@@ -7,6 +7,9 @@
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/snk/SNK_Language.h>
 
+#include <algorithm>
+#include <string_view>
+
 namespace {
 
 CMD_Manager &manager() {
@@ -19,6 +22,14 @@ const char *refusal() {
     if (!KITgetInterrupt()->isMine())
         return "the command language runs on another thread";
     return nullptr;
+}
+
+void begin() {
+    KITgetInterrupt()->opStart("Run Python", 0, 0, nullptr);
+}
+
+void end() {
+    KITgetInterrupt()->opEnd(-1);
 }
 
 /// The status that was there before stays: the statement that called Python has one of its own.
@@ -52,6 +63,22 @@ bool setVariable(const char *name, const char *value, bool local) {
     return true;
 }
 
+/// The variables of that name that unsetVariable can see: a local, a global or both.
+std::ptrdiff_t countVariables(const char *name) {
+    KIT_StringArray names;
+    manager().getVariableNames(names, 0);
+    return std::count(names.begin(), names.end(), std::string_view(name));
+}
+
+/// Some variables of the language can't be removed, nor can the local ones of scripts further out.
+bool unsetVariable(const char *name) {
+    if (!manager().hasVariable(name))
+        return true;
+    const std::ptrdiff_t before = countVariables(name);
+    manager().unsetVariable(name);
+    return countVariables(name) < before;
+}
+
 void listVariables(const SNK_TextTaker &name) {
     KIT_StringArray names;
     manager().getVariableNames(names, 0);
@@ -63,12 +90,7 @@ void listVariables(const SNK_TextTaker &name) {
 
 const SNK_Language &CMDgetPythonLanguage() {
     static constexpr SNK_Language language = {
-        refusal,
-        execute,
-        getVariable,
-        setVariable,
-        [](const char *name) { manager().unsetVariable(name); },
-        listVariables,
+        refusal, begin, end, execute, getVariable, setVariable, unsetVariable, listVariables,
     };
     return language;
 }

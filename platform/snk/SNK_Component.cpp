@@ -2,6 +2,7 @@
 #include <orvlang/platform/snk/SNK_Component.h>
 
 #include <atomic>
+#include <cstdio>
 #include <iostream>
 #include <vector>
 
@@ -35,6 +36,7 @@ void flushStreams() {
     std::cout.flush();
     std::cerr.flush();
     std::clog.flush();
+    std::fflush(stdout);   // what modules that are written in C have printed
 }
 
 bool isInterrupted() {

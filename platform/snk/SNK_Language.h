@@ -16,6 +16,9 @@ struct SNK_TextTaker {
 struct SNK_Language {
     /// Null when the calling thread may use the language now, otherwise why it may not.
     const char *(*refusal)();
+    /// Enclose what the calling thread does with the language over a time in which others may ask for a refusal.
+    void (*begin)();
+    void (*end)();
     /// Runs text, hands out what it wrote, and gives the status of its last statement. False when something in it was
     /// refused because it nested too deep.
     bool (*execute)(const char *text, const SNK_TextTaker &output, const SNK_TextTaker &errors, int &status);
@@ -23,7 +26,8 @@ struct SNK_Language {
     bool (*getVariable)(const char *name, const SNK_TextTaker &value);
     /// Sets a variable, or a local of the current script. False when the name cannot be that of a variable.
     bool (*setVariable)(const char *name, const char *value, bool local);
-    void (*unsetVariable)(const char *name);
+    /// Removes a variable, if there is one. False when it is one that stays.
+    bool (*unsetVariable)(const char *name);
     /// Hands out the names of all variables that are to be seen; a local that hides a global comes twice.
     void (*listVariables)(const SNK_TextTaker &name);
 };

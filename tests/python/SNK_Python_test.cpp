@@ -218,6 +218,55 @@ TEST(Python, InterruptsEndWhatRunsAndNothingLater) {
     EXPECT_EQ(out.str(), "KeyboardInterrupt");
 }
 
+TEST(Python, TheProgramKeepsItsHandlerOfInterrupts) {
+    struct sigaction action = {}, before, after;
+    sigaction(SIGINT, nullptr, &before);
+    EXPECT_EQ(run("import asyncio, signal\n"
+                  "asyncio.run(asyncio.sleep(0))\n"
+                  "signal.signal(signal.SIGINT, lambda *arguments: got.append(arguments[0]))"),
+              done);
+    sigaction(SIGINT, nullptr, &after);
+    EXPECT_NE(after.sa_handler, before.sa_handler);   // there was none: Python's own
+    EXPECT_EQ(run("got = []; signal.raise_signal(signal.SIGINT); signal.signal(signal.SIGINT, signal.SIG_DFL)"),
+              done);
+    sigaction(SIGINT, nullptr, &after);
+    EXPECT_EQ(after.sa_handler, SIG_DFL);
+
+    action.sa_handler = [](int) { KITgetInterrupt()->interrupt(); };
+    sigaction(SIGINT, &action, nullptr);
+    EXPECT_EQ(run("asyncio.run(asyncio.sleep(0))\n"
+                  "old = signal.signal(signal.SIGINT, lambda *arguments: got.append(arguments[0]))\n"
+                  "signal.raise_signal(signal.SIGINT)\n"
+                  "signal.signal(signal.SIGINT, signal.default_int_handler)"),
+              done);
+    sigaction(SIGINT, nullptr, &after);
+    EXPECT_EQ(after.sa_handler, action.sa_handler);
+    EXPECT_EQ(evaluate("got"), "string [2, 2]");
+    EXPECT_EQ(run("signal.raise_signal(signal.SIGINT)"), "KeyboardInterrupt");
+    sigaction(SIGINT, &before, nullptr);
+}
+
+TEST(Python, EndsAScriptInOrderWheneverItIsInterrupted) {
+    struct sigaction action = {}, before;
+    action.sa_handler = [](int) { KITgetInterrupt()->interrupt(); };
+    sigaction(SIGUSR1, &action, &before);
+    ASSERT_EQ(run("import sys; known = sys.argv, list(sys.path)"), done);
+    const pthread_t here = pthread_self();
+    std::atomic<bool> isOver = false;
+    std::thread person([&] {
+        for (; !isOver; std::this_thread::yield())
+            pthread_kill(here, SIGUSR1);
+    });
+    char name[] = "/dev/null";
+    char *words[] = { name, nullptr };
+    for (int i = 0; i < 300; ++i)
+        SNKrunPythonStatementsFromFile(1, words, nullptr);
+    isOver = true;
+    person.join();
+    EXPECT_EQ(evaluate("known == (sys.argv, sys.path)"), "string True");
+    sigaction(SIGUSR1, &before, nullptr);
+}
+
 TEST(Python, NestsWithTheLanguageUntilSomethingSaysStop) {
     CMD_Manager manager("nesting");
     ASSERT_EQ(run("import orvlang\n"

@@ -42,3 +42,7 @@ python -c 'import atexit; atexit.register(print, "the end"); exit(3)'
 python -c 'raise SystemExit("text")'
 echo $status   # expect: 0
 # expect: the end
+# What files still hold is written at the end, though nobody has closed them.
+python -c 'kept = open("kept", "w"); kept.write("text"); raw = open("raw", "wb"); raw.write(b"bytes")'
+# expect file kept: text<no newline>
+# expect file raw: bytes<no newline>

@@ -13,8 +13,8 @@
 namespace {
 
 const SNK_ComponentHost *theHost = nullptr;
-PyObject *theSupport = nullptr;   // the namespace of support.py; both stay for good
-PyObject *theMain = nullptr;
+PyObject *theSupport = nullptr;   // the namespace of support.py
+PyObject *theMain = nullptr;   // the one of `__main__`; both stay for good, whatever code does to the modules
 
 std::atomic<int> theCalls{ 0 };            // under way in all threads
 constinit thread_local int theDepth = 0;   // those of this thread
@@ -47,21 +47,36 @@ PyStatus initialize() {
     return status;
 }
 
+void (*thePythonHandler)(int) = nullptr;   // of signals, as Python sets it
+
+/// Stands in for signal.signal: where the program has a handler of its own for SIGINT, that one stays. It tells Python
+/// of the signal by way of interrupt, and then what Python code has set is called.
+PyObject *setSignal(PyObject *original, PyObject *arguments) {
+    struct sigaction before;
+    sigaction(SIGINT, nullptr, &before);
+    PyObject *const result = PyObject_Call(original, arguments, nullptr);
+    const auto handler = before.sa_handler;
+    if (handler != SIG_DFL && handler != SIG_IGN && handler != thePythonHandler)
+        sigaction(SIGINT, &before, nullptr);
+    return result;
+}
+
+PyMethodDef theSetSignal = { "signal", setSignal, METH_VARARGS, nullptr };
+
 /// Makes SIGINT raise KeyboardInterrupt when interrupt says that there was one, without taking the signal itself.
 /// Importing the module and setting a handler both change the disposition, which is put back.
 bool prepareInterrupt() {
-    struct sigaction before;
+    struct sigaction before, python;
     sigaction(SIGINT, nullptr, &before);
     const SNK_PythonReference signals(PyImport_ImportModule("_signal"));
-    SNK_PythonReference done;
-    if (signals) {
-        const SNK_PythonReference handler(PyObject_GetAttrString(signals, "default_int_handler"));
-        if (handler)
-            done =
-                SNK_PythonReference(PyObject_CallMethod(signals, "signal", "iO", SIGINT, (PyObject *)handler));
-    }
-    sigaction(SIGINT, &before, nullptr);
-    return static_cast<bool>(done);
+    const SNK_PythonReference set(signals ? PyObject_GetAttrString(signals, "signal") : nullptr);
+    const SNK_PythonReference handler(set ? PyObject_GetAttrString(signals, "default_int_handler") : nullptr);
+    const SNK_PythonReference done(handler ? PyObject_CallFunction(set, "iO", SIGINT, (PyObject *)handler)
+                                           : nullptr);
+    sigaction(SIGINT, &before, &python);
+    thePythonHandler = python.sa_handler;
+    const SNK_PythonReference ours(done ? PyCFunction_New(&theSetSignal, set) : nullptr);
+    return ours && PyObject_SetAttrString(signals, "signal", ours) == 0;
 }
 
 /// Runs a part of the component itself in a namespace.
@@ -73,17 +88,18 @@ bool runText(const char *text, PyObject *space) {
 }
 
 bool prepareSupport() {
-    theSupport = PyDict_New();
-    PyObject *const main = PyImport_AddModule("__main__");   // borrowed, like its namespace: it stays
-    theMain = main ? PyModule_GetDict(main) : nullptr;
-    return theSupport && theMain && runText(SNK_supportText, theSupport);
+    PyObject *const main = PyImport_AddModule("__main__");   // borrowed
+    if (!main)
+        return false;
+    theMain = Py_NewRef(PyModule_GetDict(main));
+    theSupport = Py_BuildValue("{s:O,s:N}", "main", main, "read_line", SNKmakeReadLine().release());
+    return theSupport && runText(SNK_supportText, theSupport);
 }
 
-/// `orvlang`, put where an import finds it before it looks for a file.
-bool prepareModule() {
-    const SNK_PythonReference module(SNKmakePythonModule());
-    return module && runText(SNK_orvlangText, PyModule_GetDict(module)) &&
-           PyDict_SetItemString(PyImport_GetModuleDict(), "orvlang", module) == 0;
+/// The module `orvlang`, which is among those that an import finds before it looks for a file.
+PyObject *makeModule() {
+    SNK_PythonReference module(SNKmakePythonModule());
+    return module && runText(SNK_orvlangText, PyModule_GetDict(module)) ? module.release() : nullptr;
 }
 
 bool addFolders(const char *const *folders) {
@@ -97,7 +113,7 @@ bool addFolders(const char *const *folders) {
 }
 
 bool prepare(bool isOurs) {
-    if (!prepareSupport() || !prepareModule() || !addFolders(theHost->folders))
+    if (!prepareSupport() || !addFolders(theHost->folders))
         return false;
     return !isOurs || (prepareInterrupt() && SNK_Interpreter::support("take_input"));
 }
@@ -121,6 +137,7 @@ bool SNK_Interpreter::start(const SNK_ComponentHost &host, std::string &reason) 
         reason = std::string("the program has another Python inside, ") + Py_GetVersion();
         return false;
     }
+    PyImport_AppendInittab("orvlang", makeModule);
     const bool isOurs = !Py_IsInitialized();
     if (isOurs) {
         const PyStatus status = initialize();

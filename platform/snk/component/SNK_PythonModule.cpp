@@ -9,8 +9,21 @@
 
 namespace {
 
-PyObject *theError = nullptr;             // the class orvlang.Error
-PyTypeObject *theExecuteType = nullptr;   // what execute gives; both stay for good
+PyTypeObject *theExecuteType = nullptr;   // what execute gives; stays for good
+
+/// The class orvlang.Error, borrowed; null, with an exception set, when it cannot be made.
+PyObject *errorClass() {
+    static PyObject *theClass = nullptr;   // stays for good
+    if (!theClass)
+        theClass =
+            PyErr_NewExceptionWithDoc("orvlang.Error", "The language refuses what is asked.", nullptr, nullptr);
+    return theClass;
+}
+
+PyObject *raiseError(const char *format, const char *text) {
+    PyObject *const error = errorClass();
+    return error ? PyErr_Format(error, format, text) : nullptr;
+}
 
 /// The language, when the calling thread may use it now; otherwise null, with orvlang.Error set.
 const SNK_Language *language() {
@@ -22,7 +35,7 @@ const SNK_Language *language() {
         refusal = found->refusal();
     if (!refusal)
         return found;
-    PyErr_SetString(theError, refusal);
+    raiseError("%s", refusal);
     return nullptr;
 }
 
@@ -48,6 +61,18 @@ bool wasInterrupted() {
     return true;
 }
 
+/// Keeps the language for the calling thread, from the question whether it may use it until an interrupt was asked for.
+class RunningLanguage {
+public:
+    explicit RunningLanguage(const SNK_Language &language) : language(language) { language.begin(); }
+    ~RunningLanguage() { language.end(); }
+    RunningLanguage(const RunningLanguage &) = delete;
+    RunningLanguage &operator=(const RunningLanguage &) = delete;
+
+private:
+    const SNK_Language &language;
+};
+
 PyObject *makeExecuteResult(const std::string &output, const std::string &errors, int status) {
     SNK_PythonReference result(PyStructSequence_New(theExecuteType));
     if (!result)
@@ -62,9 +87,10 @@ PyObject *execute(PyObject *, PyObject *arguments) {
     const char *text = nullptr;
     if (!PyArg_ParseTuple(arguments, "s:execute", &text))
         return nullptr;
-    const SNK_Language *const target = language();
-    if (!target || !SNK_Interpreter::flush())
+    const SNK_Language *const target = SNK_Interpreter::flush() ? language() : nullptr;
+    if (!target)
         return nullptr;
+    const RunningLanguage running(*target);
     std::string output, errors;
     int status = 0;
     bool done = false;
@@ -109,7 +135,7 @@ PyObject *set(PyObject *, PyObject *arguments, PyObject *keywords) {
     if (!target)
         return nullptr;
     if (!target->setVariable(name, bytes, local != 0))
-        return PyErr_Format(theError, "no name for a variable: %s", name);
+        return raiseError("no name for a variable: %s", name);
     Py_RETURN_NONE;
 }
 
@@ -120,7 +146,8 @@ PyObject *unset(PyObject *, PyObject *arguments) {
     const SNK_Language *const target = language();
     if (!target)
         return nullptr;
-    target->unsetVariable(name);
+    if (!target->unsetVariable(name))
+        return raiseError("no variable that can be removed: %s", name);
     Py_RETURN_NONE;
 }
 
@@ -130,6 +157,8 @@ PyObject *listNames(PyObject *, PyObject *) {
     if (!list)
         return nullptr;
     const auto take = [](void *names, const char *text, size_t length) {
+        if (PyErr_Occurred())
+            return;
         const SNK_PythonReference name(PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(length), nullptr));
         if (name)
             PyList_Append(static_cast<PyObject *>(names), name);
@@ -166,11 +195,12 @@ PyMethodDef theFunctions[] = {
     { "set", asFunction(set), METH_VARARGS | METH_KEYWORDS,
       "set(name, value, *, local=False)\n--\n\n"
       "Sets a variable of the language to str(value): a global one, or a local of the current script." },
-    { "unset", unset, METH_VARARGS, "unset(name)\n--\n\nRemoves a variable of the language." },
+    { "unset", unset, METH_VARARGS, "unset(name)\n--\n\nRemoves a variable of the language, if there is one." },
     { "_names", listNames, METH_NOARGS, nullptr },
-    { "_read_line", readLine, METH_NOARGS, nullptr },
     {},
 };
+
+PyMethodDef theReadLine = { "read_line", readLine, METH_NOARGS, nullptr };
 
 PyModuleDef theModule = {
     PyModuleDef_HEAD_INIT,
@@ -194,12 +224,15 @@ PyStructSequence_Desc theExecuteResult = { "orvlang.Result", "What execute gives
 
 }   // namespace
 
+SNK_PythonReference SNKmakeReadLine() {
+    return SNK_PythonReference(PyCFunction_New(&theReadLine, nullptr));
+}
+
 SNK_PythonReference SNKmakePythonModule() {
     SNK_PythonReference module(PyModule_Create(&theModule));
-    theError =
-        PyErr_NewExceptionWithDoc("orvlang.Error", "The language refuses what is asked.", nullptr, nullptr);
+    PyObject *const error = errorClass();
     theExecuteType = PyStructSequence_NewType(&theExecuteResult);
-    if (!module || !theError || !theExecuteType || PyModule_AddObjectRef(module, "Error", theError) != 0 ||
+    if (!module || !error || !theExecuteType || PyModule_AddObjectRef(module, "Error", error) != 0 ||
         PyModule_AddObjectRef(module, "Result", reinterpret_cast<PyObject *>(theExecuteType)) != 0)
         return {};
     return module;

@@ -72,12 +72,17 @@ SNK_PythonReference makeWords(int argc, char **argv) {
     return words;
 }
 
-/// Undoes what begin_script did, and keeps the exception that is set.
-void endScript(SNK_PythonReference saved) {
+/// Undoes what start_script did, or a part of it, and keeps the exception that is set.
+void endScript(PyObject *script) {
     PyObject *type, *value, *traceback;
     PyErr_Fetch(&type, &value, &traceback);
-    if (!SNK_Interpreter::support("end_script", std::move(saved)))
-        PyErr_WriteUnraisable(nullptr);
+    while (!SNK_Interpreter::support("end_script", SNK_PythonReference::share(script))) {
+        if (!PyErr_ExceptionMatches(PyExc_KeyboardInterrupt)) {
+            PyErr_WriteUnraisable(nullptr);
+            break;
+        }
+        PyErr_Clear();   // meant for the code that has just ended
+    }
     PyErr_Restore(type, value, traceback);
 }
 
@@ -86,12 +91,13 @@ int runFile(int argc, char **argv, const SNK_TextTaker &texts) {
         SNK_PythonReference words = makeWords(argc, argv);
         if (!words)
             return -1;
-        const SNK_PythonReference begun = SNK_Interpreter::support("begin_script", std::move(words));
-        PyObject *code = nullptr, *saved = nullptr;   // borrowed
-        if (!begun || !PyArg_ParseTuple(begun, "OO", &code, &saved))
+        const SNK_PythonReference loaded = SNK_Interpreter::support("load_script", std::move(words));
+        PyObject *code = nullptr, *script = nullptr;   // borrowed
+        if (!loaded || !PyArg_ParseTuple(loaded, "OO", &code, &script))
             return -1;
-        const bool done = static_cast<bool>(evaluate(code));
-        endScript(SNK_PythonReference::share(saved));
+        const bool done =
+            SNK_Interpreter::support("start_script", SNK_PythonReference::share(script)) && evaluate(code);
+        endScript(script);
         return done ? int(SNK_Result::None) : -1;
     });
 }

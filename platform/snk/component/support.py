@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-# What the component does in Python: it runs in a namespace of its own, and no traceback shows it.
+# What the component does in Python: it runs in a namespace of its own, in which `main` is the module
+# `__main__` and `read_line` gives a line of standard input.
 
 import io
 import sys
@@ -7,20 +8,23 @@ import sys
 
 def describe(error):
     """The exception in short and in full, as bytes that hold no NUL."""
-    import traceback
-
-    trace = error.__traceback__
-    while trace and trace.tb_frame.f_code.co_filename == "<orvlang>":
-        trace = trace.tb_next
-    full = "".join(traceback.format_exception(type(error), error, trace))
     name = type(error).__qualname__
     if type(error).__module__ not in ("builtins", "__main__"):
         name = type(error).__module__ + "." + name
     try:
         text = str(error)
-    except Exception:
+    except:   # whatever it is
         text = "<exception str() failed>"
     short = f"{name}: {text}" if text else name
+    try:
+        import traceback
+
+        trace = error.__traceback__
+        while trace and trace.tb_frame.f_code.co_filename == "<orvlang>":
+            trace = trace.tb_next
+        full = "".join(traceback.format_exception(type(error), error, trace))
+    except:   # there is no module, or no room for what it does
+        full = short + "\n"
     return tuple(t.encode("utf-8", "backslashreplace").replace(b"\0", b"\\x00") for t in (short, full))
 
 
@@ -31,8 +35,8 @@ def add_folders(folders):
     sys.path.extend(path for path in map(os.path.abspath, folders) if path not in sys.path)
 
 
-def begin_script(words):
-    """The code of the file, and what end_script puts back."""
+def load_script(words):
+    """The code of the file, and what start_script and end_script need."""
     import os
 
     if not words:
@@ -40,47 +44,48 @@ def begin_script(words):
     name = words[0]
     with open(name, "rb") as file:
         code = compile(file.read(), name, "exec", dont_inherit=True)
-    import __main__
-
-    saved = (sys.argv, os.path.dirname(os.path.abspath(name)), getattr(__main__, "__file__", None))
-    sys.argv = words
-    sys.path.insert(0, saved[1])
-    __main__.__file__ = name
-    return code, saved
+    before = getattr(sys, "argv", None), getattr(main, "__file__", None)
+    return code, (words, os.path.dirname(os.path.abspath(name)), before)
 
 
-def end_script(saved):
-    import __main__
+def start_script(script):
+    sys.argv, folder, _ = script
+    sys.path.insert(0, folder)
+    main.__file__ = sys.argv[0]
 
-    sys.argv, folder, file = saved
+
+def end_script(script):
+    _, folder, (sys.argv, file) = script
+    if file is not None:
+        main.__file__ = file
+    elif hasattr(main, "__file__"):
+        del main.__file__
     if folder in sys.path:
         sys.path.remove(folder)
-    if file is not None:
-        __main__.__file__ = file
-    elif hasattr(__main__, "__file__"):
-        del __main__.__file__
 
 
 def flush():
-    for stream in (sys.stdout, sys.stderr):
-        if stream is not None and not getattr(stream, "closed", False):
+    for stream in (getattr(sys, "stdout", None), getattr(sys, "stderr", None)):
+        if hasattr(stream, "flush") and not getattr(stream, "closed", False):
             stream.flush()
 
 
 def finish():
-    """At the end of the process: what was registered with atexit. What cannot be written was told when it was."""
+    """At the end of the process: what was registered with atexit, and what open files have yet to write."""
     import atexit
+    import gc
 
     atexit._run_exitfuncs()
-    try:
-        flush()
-    except OSError:
-        pass
+    writers = (io.TextIOWrapper, io.BufferedWriter, io.BufferedRandom, io.BufferedRWPair)
+    for file in [thing for thing in gc.get_objects() if issubclass(type(thing), writers)]:
+        try:
+            file.flush()
+        except Exception:
+            pass   # nobody is left to be told; or it is closed
 
 
 def take_input():
     """Makes sys.stdin take line after line out of the one buffer that all of the process reads from."""
-    from orvlang import _read_line
 
     class Input(io.TextIOBase):
         name = "<stdin>"
@@ -94,7 +99,7 @@ def take_input():
             return True
 
         def readline(self, size=-1):
-            line = self.rest or _read_line()
+            line = self.rest or read_line()
             size = len(line) if size is None or size < 0 else size
             line, self.rest = line[:size], line[size:]
             return line
