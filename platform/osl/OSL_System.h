@@ -108,6 +108,8 @@ public:
     virtual int controlPoll(int poll, int operation, int descriptor, unsigned events, unsigned long long data);
     /// Waits up to that many nanoseconds.
     virtual int waitPoll(int poll, epoll_event *events, int count, long long nanoseconds);
+    /// Lets others run who wait for this processor.
+    virtual void yieldProcessor();
 };
 
 OSL_System &OSLsystem();

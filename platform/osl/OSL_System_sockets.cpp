@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include <poll.h>
+#include <sched.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
 #include <time.h>
@@ -97,4 +98,8 @@ int OSL_System::waitPoll(int poll, epoll_event *events, int count, long long nan
     return found < 0 && errno == ENOSYS
                ? ::epoll_wait(poll, events, count, static_cast<int>(nanoseconds / theNanosecondsPerMillisecond))
                : found;
+}
+
+void OSL_System::yieldProcessor() {
+    ::sched_yield();
 }

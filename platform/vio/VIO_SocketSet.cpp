@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/vio/VIO_SocketSet.h>
 
+#include <utility>
+
 #include <sys/epoll.h>
 
 #include <orvlang/platform/kit/KIT_Immortal.h>
@@ -14,6 +16,9 @@ constexpr long long theLongestTurn = 10000 * theMicrosecond;
 constexpr long long theAfterWait = 80 * theMicrosecond;
 /// Within this time of the last turn, the generators of one turn of the event loop are taken to ask.
 constexpr long long theSameTurn = 200 * theMicrosecond;
+/// When others kept the processor for that long, waits are by timer for a while.
+constexpr long long theLongYield = 300 * theMicrosecond;
+constexpr long long theCrowdedTime = 100000 * theMicrosecond;
 constexpr int theMostEvents = 64;
 
 }   // namespace
@@ -84,7 +89,23 @@ void VIO_SocketSet::serveAll(long long now) {
     if (ready.empty())
         collect(0);
     while (serveReady(end))
-        collect(theAfterWait);
+        awaitMore();
+}
+
+/// Gives peers a moment to ask again. A wait with a time-out would set a timer for each request, which may cost as much
+/// as the request; so the processor is handed to whoever is waiting for it, until that is somebody who keeps it.
+void VIO_SocketSet::awaitMore() {
+    OSL_System &system = OSLsystem();
+    const long long start = system.getMonotonicTime();
+    if (start < crowdedUntil)
+        return collect(theAfterWait);
+    for (long long now = start; ready.empty() && now - start < theAfterWait;) {
+        system.yieldProcessor();
+        collect(0);
+        const long long before = std::exchange(now, system.getMonotonicTime());
+        if (now - before > theLongYield)
+            crowdedUntil = now + theCrowdedTime;
+    }
 }
 
 /// Serves what is ready. False when nothing came of it or the time is over.

@@ -49,6 +49,7 @@ private:
     bool isTurnDue(Id caller, long long now);
     void serveAll(long long now);
     bool serveReady(long long end);
+    void awaitMore();
     void takeDue(long long now);
     void collect(long long wait);
 
@@ -56,6 +57,7 @@ private:
     Id lastId = 0;
     unsigned turnCount = 0;
     long long lastTurnEnd = 0;
+    long long crowdedUntil = 0;   // others want the processor for longer than a moment
     std::unordered_map<Id, Entry> users;
     std::deque<Id> ready;   // outlives a turn that ran out of time, so that all get their turn
 };
