@@ -36,6 +36,11 @@ if(NOT output STREQUAL "installed\n")
     message(FATAL_ERROR "the installed program wrote: ${output}")
 endif()
 
+run(${STAGE}/system/bin/orvlang -c "help upwd")
+if(NOT output MATCHES "^upwd\n    upwd\n")
+    message(FATAL_ERROR "the installed help is: ${output}")
+endif()
+
 # " u ": what the standard library must have once in a process.
 run(${NM} --dynamic --defined-only --demangle ${STAGE}/system/lib/liborvlang.so)
 string(REGEX REPLACE "[^\n]*( u |CMD|KIT|VIO|OSL|TRK|FML|fml_|SNK|Orvane|getUnixCwd)[^\n]*\n" "" foreign "${output}")
