@@ -11,12 +11,15 @@ void CMD_Manager::installBaseCommands() {
     };
     static constexpr CommandRow theRows[] = {
         { "alias", "su", true, cmd_alias },
+        { "coredump", "fm", true, cmd_coredump },
         { "echo", "n", true, cmd_echo },
         { "exhelp", "k:", true, cmd_exhelp },
         { "exit", "", true, cmd_exit },
         { "help", "k:", true, cmd_help },
         { "history", "c", true, cmd_history },
         { "job", "", true, cmd_job },
+        { "memory", "", true, cmd_memory },
+        { "perfmon", "o:st:", true, cmd_perfmon },
         { "prompt", "", true, cmd_prompt },
         { "python", "c", false, cmd_python },   // runs any code
         { "quit", "", true, cmd_quit },
@@ -41,7 +44,10 @@ void CMD_Manager::installBaseCommands() {
         { "continue", "", true, cmd_continue },
         { "for", "", true, cmd_loop },
         { "foreach", "", true, cmd_loop },
+        { "undoctrl", "sc", true, cmd_undoctrl },
         { "while", "", true, cmd_loop },
+        { "chblockbegin", "", true, cmd_chblockbegin },
+        { "chblockend", "", true, cmd_chblockend },
         { "message", "b:d:t:h:p", true, cmd_message },
         { "listchooser", "d:t:h:rp", true, cmd_listchooser },
         { "filechooser", "d:n:p:st:", true, cmd_filechooser },

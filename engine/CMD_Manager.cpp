@@ -39,6 +39,9 @@ CMD_Manager::CMD_Manager(const char *managerName, int extend)
 }
 
 CMD_Manager::~CMD_Manager() {
+    // The block of a script that is not at its end; the last script that goes would have closed it.
+    if (getSourceLevel() > 0)
+        closeChannelBlock();
     closeOwnPorts();
     globalVariables.reset();
     aliases.reset();
@@ -124,9 +127,8 @@ bool CMD_Manager::endChannelBlock() {
 
 void CMD_Manager::closeChannelBlock() {
     theChannelBlockCount = 0;
-    if (!theTRKEventHandler)
-        return;
-    TRKgetEventManager().endHandlingEvents();
-    delete theTRKEventHandler;
-    theTRKEventHandler = nullptr;
+    // Whom the held events reach may open a block of their own.
+    const std::unique_ptr<TRK_AutoEventHandler> ended(std::exchange(theTRKEventHandler, nullptr));
+    if (ended)
+        TRKgetEventManager().endHandlingEvents();
 }

@@ -21,6 +21,7 @@
 #include <orvlang/platform/kit/KIT_ErrorManager.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_OFStream.h>
+#include <orvlang/platform/kit/KIT_Performance.h>
 #include <orvlang/symbols/CMD_VariableTable.h>
 
 namespace {
@@ -114,6 +115,40 @@ private:
     bool isOpen;
 };
 
+/// Tells the performance log, while that is on, how long a statement took, the work on its words included.
+class StatementTimer {
+public:
+    explicit StatementTimer(const CMD_Source &theSource)
+        : source(theSource), isMeasuring(KITgetPerformance()->isEnabled()) {
+        if (isMeasuring)
+            start();
+    }
+    ~StatementTimer() {
+        if (isMeasuring)
+            stop();
+    }
+    StatementTimer(const StatementTimer &) = delete;
+    StatementTimer &operator=(const StatementTimer &) = delete;
+
+    /// A statement that finds no command is not told.
+    void setCommand(const CMD_Command *found) { command = found; }
+
+private:
+    void start() {
+        line = source.getLineNumber();   // it may go on to others meanwhile
+        KITgetPerformance()->begin();
+    }
+    void stop() {
+        const char *const file = source.isStdIn() ? nullptr : source.getFilename();
+        KITgetPerformance()->end(command ? command->getName() : "", file ? file : "", line);
+    }
+
+    const CMD_Source &source;
+    const bool isMeasuring;
+    int line = 0;
+    const CMD_Command *command = nullptr;
+};
+
 }   // namespace
 
 void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
@@ -132,6 +167,7 @@ void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
         statusCode = 1;
         return;
     }
+    StatementTimer timer(*source);
     {
         const bool expands = CMD_IfRules::expandsWords(source->getIfState(), ifWord);
         const OpenBranch branch(*source, ifWord);
@@ -153,7 +189,9 @@ void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
         statusCode = 1;
         return;
     }
-    if (CMD_Command *command = resolveCommand(frame))
+    CMD_Command *const command = resolveCommand(frame);
+    timer.setCommand(command);
+    if (command)
         callCommand(*command, *source, frame, ifWord == CMD_IfRules::wordNone, streams);
 }
 

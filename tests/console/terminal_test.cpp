@@ -117,9 +117,10 @@ TEST_F(TerminalTest, InterruptEndsAScript) {
 }
 
 TEST_F(TerminalTest, InterruptEndsWhatUnixStartedAlone) {
+    folder.write("wait.sh", "echo begun\nexec sleep 1000\n");
     Terminal terminal(program());
     terminal.waitFor("orvlang -> ");
-    terminal.type("unix 'echo be\"\"gun; sleep 1000'; echo reached `$status != 0`\n");
+    terminal.type("unix sh wait.sh; echo reached `$status != 0`\n");
     terminal.waitFor("begun\r\n");
     terminal.type(theControlC);
     terminal.waitFor("reached 1\r\n");

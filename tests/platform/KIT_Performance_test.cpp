@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <orvlang/platform/kit/KIT_ArenaInfo.h>
+#include <orvlang/platform/kit/KIT_Performance.h>
+#include <orvlang/platform/osl/OSL_System.h>
+
+namespace {
+
+constexpr long long theMillisecond = 1000000;
+
+/// A log whose time the test tells, and whose table comes into a text.
+class PerformanceTest : public testing::Test, private OSL_System {
+protected:
+    PerformanceTest() {
+        OSLsetSystem(this);
+        log.setWindow([](const char *table, void *text) { static_cast<std::string *>(text)->append(table); },
+                      &shown);
+    }
+    ~PerformanceTest() override { OSLsetSystem(nullptr); }
+
+    void piece(long long duration, const char *name, const char *file, int line) {
+        log.begin();
+        now += duration;
+        log.end(name, file, line);
+    }
+    /// `outer` has 3 ms of its own and 5 ms inside.
+    void nestedPieces() {
+        log.begin();
+        now += theMillisecond;
+        piece(4 * theMillisecond, "inner", "a.cmd", 2);
+        piece(theMillisecond, "", "", 0);
+        now += 2 * theMillisecond;
+        log.end("outer", "a.cmd", 1);
+    }
+
+    long long getMonotonicTime() override { return now; }
+
+    long long now = 0;
+    std::string shown;
+    KIT_Performance log;
+};
+
+}   // namespace
+
+TEST_F(PerformanceTest, CountsForATable) {
+    log.logType(KIT_Performance::logWindow);
+    log.logEnable(1);
+    nestedPieces();
+    piece(6 * theMillisecond, "inner", "", 0);
+    piece(1500, "short", "b.cmd", 7);
+    log.logEnable(1);
+    EXPECT_EQ(shown, "");
+    log.logEnable(0);
+    EXPECT_EQ(shown, "       count     total s       own s   longest s  command\n"
+                     "           2    0.010000    0.010000    0.006000  inner\n"
+                     "           1    0.008000    0.003000    0.008000  outer\n"
+                     "           1    0.000001    0.000001    0.000001  short\n"
+                     "       count     total s       own s   longest s  script line\n"
+                     "           1    0.008000    0.003000    0.008000  a.cmd (1): outer\n"
+                     "           1    0.004000    0.004000    0.004000  a.cmd (2): inner\n"
+                     "           1    0.000001    0.000001    0.000001  b.cmd (7): short\n");
+    shown.clear();
+    nestedPieces();
+    log.logEnable(0);
+    EXPECT_EQ(shown, "") << "it was off";
+}
+
+TEST_F(PerformanceTest, FiltersRowsByTheirTotal) {
+    log.logType(KIT_Performance::logWindow);
+    log.logEnable(1);
+    log.timeFilter = KIT_Performance::filterSeconds;
+    for (int i = 0; i < 3; ++i)
+        piece(400 * theMillisecond, "often", "", 0);
+    piece(999 * theMillisecond, "once", "", 0);
+    log.logType(KIT_Performance::logStdout);
+    EXPECT_EQ(shown, "       count     total s       own s   longest s  command\n"
+                     "           3    1.200000    1.200000    0.400000  often\n");
+}
+
+TEST_F(PerformanceTest, TellsEachPieceAsItEnds) {
+    testing::internal::CaptureStdout();
+    log.logType(KIT_Performance::logStdout);
+    nestedPieces();
+    log.logEnable(1);
+    nestedPieces();
+    log.timeFilter = KIT_Performance::filterMilliseconds;
+    piece(theMillisecond - 1, "short", "", 0);
+    piece(theMillisecond, "long", "", 0);
+    log.begin();
+    log.logEnable(0);
+    log.end("switched off", "", 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "a.cmd (2): inner 0.004000 s, own 0.004000 s\n"
+                                                      "a.cmd (1): outer 0.008000 s, own 0.003000 s\n"
+                                                      "long 0.001000 s, own 0.001000 s\n");
+}
+
+TEST(ArenaInfo, TellsWhatIsInMemory) {
+    std::ostringstream text;
+    KIT_ArenaInfo::outputUsage(text);
+    const std::string usage = text.str();
+    EXPECT_NE(usage.find("arena 0: "), std::string::npos) << usage;
+    EXPECT_NE(usage.find("\nin use: "), std::string::npos) << usage;
+    const size_t resident = usage.find("\nresident: ");
+    ASSERT_NE(resident, std::string::npos) << usage;
+    EXPECT_GT(std::stoll(usage.substr(resident + 11)), 100000) << usage;
+}
