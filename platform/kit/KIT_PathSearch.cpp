@@ -107,13 +107,13 @@ const std::vector<std::string> &KIT_PathSearch::getTrustedDirectories() {
     return trustedDirectories;
 }
 
-/// Hands each hit to found, until that gives false.
+/// Hands each hit with its status to found, until that gives false.
 template <typename Found>
 void KIT_PathSearch::search(const char *name, Kind kind, Found found) {
     if (!name || !*name)
         return;
-    const auto isHit = [kind](const std::string &path) {
-        OSL_FileStatus status;
+    OSL_FileStatus status;
+    const auto isHit = [&](const std::string &path) {
         if (!OSLsystem().getStatus(path.c_str(), status))
             return false;
         if (kind == Kind::Directory)
@@ -123,19 +123,19 @@ void KIT_PathSearch::search(const char *name, Kind kind, Found found) {
     std::string path = name;
     if (*name == '/') {
         if (isHit(path))
-            found(path);
+            found(path, status);
         return;
     }
     for (const std::string &directory : getDirectories()) {
         path.assign(directory).append("/").append(name);
-        if (isHit(path) && !found(path))
+        if (isHit(path) && !found(path, status))
             return;
     }
 }
 
 int KIT_PathSearch::findFirst(const char *name, Kind kind, KIT_String &found) {
     std::string hit;
-    search(name, kind, [&](const std::string &path) {
+    search(name, kind, [&](const std::string &path, const OSL_FileStatus &) {
         hit = path;
         return false;
     });
@@ -146,13 +146,18 @@ int KIT_PathSearch::findFirst(const char *name, Kind kind, KIT_String &found) {
 }
 
 int KIT_PathSearch::findAll(const char *name, Kind kind, KIT_StringArray &found) {
-    int count = 0;
-    search(name, kind, [&](const std::string &path) {
-        found.append(path);
-        ++count;
+    std::vector<OSL_FileStatus> seen;
+    search(name, kind, [&](const std::string &path, const OSL_FileStatus &status) {
+        const auto isSame = [&](const OSL_FileStatus &other) {
+            return other.device == status.device && other.number == status.number;
+        };
+        if (std::none_of(seen.begin(), seen.end(), isSame)) {
+            found.append(path);
+            seen.push_back(status);
+        }
         return true;
     });
-    return count;
+    return static_cast<int>(seen.size());
 }
 
 void KIT_PathSearch::refresh() {

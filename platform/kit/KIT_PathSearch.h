@@ -16,6 +16,7 @@ class KIT_StringArray;
 /// share folder of the installation, which is found from where the library lies. The script path: the same with
 /// /scripts behind each. A directory that comes twice counts once. The list is put together when it is first
 /// needed, and again when it is needed after rehashAll: a change of those variables alone does nothing.
+/// A file or directory that is found by two ways, through a link for instance, counts once, too.
 /// Not for several threads at a time.
 class CMD_API KIT_PathSearch {
 public:

@@ -76,6 +76,8 @@ bool take(int result, const struct stat &from, OSL_FileStatus &status) {
     status.isRegular = S_ISREG(from.st_mode);
     status.isDirectory = S_ISDIR(from.st_mode);
     status.size = from.st_size;
+    status.device = from.st_dev;
+    status.number = from.st_ino;
     return true;
 }
 

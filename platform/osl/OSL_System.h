@@ -21,6 +21,9 @@ struct OSL_FileStatus {
     bool isRegular = false;
     bool isDirectory = false;
     long long size = 0;   // in bytes
+    // Both together are the same for one file only, however it is named.
+    dev_t device = 0;
+    ino_t number = 0;
 };
 
 /// How a program is started.

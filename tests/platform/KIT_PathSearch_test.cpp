@@ -102,6 +102,7 @@ TEST_F(PathTest, FindsFilesAndDirectories) {
     EXPECT_FALSE(general->orvaneFindFile((root + "/x").c_str(), found));
     EXPECT_FALSE(general->orvaneFindFile(nullptr, found));
 
+    std::filesystem::create_symlink(root + "/orp/x", root + "/home/.orvane/x");   // the same again
     KIT_StringArray all;
     EXPECT_EQ(general->findAllFiles("x", all), 2);
     EXPECT_EQ(general->findAllDirectories("dir", all), 2);
