@@ -13,6 +13,7 @@
 #include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/platform/kit/KIT_CshTemplate.h>
+#include <orvlang/platform/kit/KIT_Performance.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
 #include <orvlang/symbols/CMD_VariableTable.h>
 
@@ -37,6 +38,18 @@ void executeStatement(benchmark::State &state) {
         host.execute("trivial one two", 0, nullptr, nullptr, 1, true);
 }
 BENCHMARK(executeStatement);
+
+/// The same while the performance log counts; executeStatement itself runs with the log switched off.
+void executeLoggedStatement(benchmark::State &state) {
+    KIT_Performance &performance = *KITgetPerformance();
+    performance.setWindow([](const char *, void *) {}, nullptr);
+    performance.logType(KIT_Performance::logWindow);
+    performance.logEnable(1);
+    executeStatement(state);
+    performance.logEnable(0);
+    performance.logType(KIT_Performance::logOff);
+}
+BENCHMARK(executeLoggedStatement);
 
 void lookUp(benchmark::State &state, const char *name) {
     CMD_Manager &host = hostWithCommand();

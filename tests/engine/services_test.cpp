@@ -79,6 +79,32 @@ TEST_F(Services, ChannelBlocks) {
     EXPECT_FALSE(held());
 }
 
+TEST_F(Services, AChannelBlockEndsWithItsManager) {
+    folder.write("waits.cmd", "begin\nread x\n");
+    {
+        CMD_Manager other(name.c_str());
+        other.execute("source waits.cmd", 0, &transcript.out(), &transcript.err(), 1, true);
+        EXPECT_EQ(transcript.take(), "1");
+        EXPECT_TRUE(TRKgetEventManager().isHandlingEvents());
+    }
+    EXPECT_FALSE(TRKgetEventManager().isHandlingEvents());
+    EXPECT_EQ(script("finish; begin; finish"), "011") << "nothing is left of its count";
+}
+
+TEST_F(Services, WhatHeldEventsSetOffMayOpenABlock) {
+    folder.write("changed.cmd", "begin; echo changed; begin; finish; finish\n");
+    install("change", [](CMD_Args &) { TRKgetEventManager().sendEvent(CMD_Manager::getContext()); });
+    TRKgetEventManager().setListener(
+        [](const void *, void *) {
+            CMD_Manager::getContext()->execute("source changed.cmd", 0, nullptr, nullptr, 1, true);
+        },
+        nullptr);
+    EXPECT_EQ(script("begin\nchange; change\necho held\nfinish\necho behind\n"),
+              "1held\n1changed\n1111behind\n");
+    TRKgetEventManager().setListener(nullptr, nullptr);
+    EXPECT_FALSE(TRKgetEventManager().isHandlingEvents());
+}
+
 TEST_F(Services, Sources) {
     EXPECT_EQ(manager.popSource(1), manager.getSource());   // the console stays
     EXPECT_EQ(manager.getSourceLevel(), 0);
