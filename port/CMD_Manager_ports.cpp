@@ -4,6 +4,7 @@
 #include <orvlang/engine/CMD_Manager.h>
 
 #include <ostream>
+#include <vector>
 
 #include <unistd.h>
 
@@ -25,6 +26,8 @@ using PortTable = KIT_PtrArray<Listener *>;
 
 PortTable *portTable = nullptr;   // in order of opening; owns the listeners; made on first use, never destroyed
 int autoPort = -1;                // the number of the automatic port
+std::vector<int>
+    theUnwatched;   // applications that outlive their port; the system keeps each until somebody asks
 
 PortTable &ports() {
     if (!portTable)
@@ -81,6 +84,10 @@ void portChildExited(VIO_ServerSocketListener &listener, void *data, bool flag) 
         autoPort = -1;
     if (!flag)
         ports().remove(open);
+}
+
+void forgetEndedApplications() {
+    std::erase_if(theUnwatched, [](int application) { return !KITisRunning(application, nullptr); });
 }
 
 /// Serves the event loop until the port is closed, the application (none below 0) has ended, or an interrupt comes.
@@ -210,6 +217,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
 
     int application = -1;
     if (argv) {
+        forgetEndedApplications();
         application = KITspawnvp(argv, spawnFlag, false);
         if (application < 0) {
             if (!silent)
@@ -227,8 +235,13 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
     }
     if (created)
         ports().append(listener);
-    if (wait && VIO_EventGenerator::isEventLoopPollCallbackSet())
-        waitForPort(listener->getSerial(), application, created, pollFlag);
+    if (wait && VIO_EventGenerator::isEventLoopPollCallbackSet()) {
+        const unsigned serial = listener->getSerial();
+        waitForPort(serial, application, created, pollFlag);
+        const bool isWatched = pid || (created && findOpen(serial));
+        if (application >= 0 && !isWatched)
+            theUnwatched.push_back(application);
+    }
     return created;
 }
 

@@ -417,7 +417,7 @@ TEST_F(ProtocolTest, DroppedConnectionsLeaveNoDescriptor) {
             EXPECT_EQ(ask(port, "echo x"), "x\n");
         }
     }
-    runUntil([&] { return countDescriptors() == before; });
+    runUntil([&] { return countDescriptors() <= before; });
 }
 
 }   // namespace

@@ -1,0 +1,288 @@
+// SPDX-License-Identifier: Apache-2.0
+// Opening, waiting for and closing ports, by the commands and by a host; applications that are started for a port.
+#include "PortFixture.h"
+
+#include <filesystem>
+#include <regex>
+
+#include <sys/wait.h>
+
+#include <orvlang/engine/CMD_Args.h>
+#include <orvlang/platform/kit/KIT_Exit.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/vio/VIO_ServerSocketListener.h>
+#include <orvlang/port/CMD_EvtMonitoringReader.h>
+
+using namespace std::string_literals;
+
+namespace {
+
+constexpr const char *theNoApplication = nullptr;
+constexpr int theMappedDistance = 64512 - 1024;   // from a port to the first number that stands for it
+
+/// Connects back, runs the lines of its first word there, and writes the other words to a file.
+constexpr const char *theApplication = R"(import socket, sys
+open('words', 'w').write('|'.join(sys.argv[2:]))
+with socket.create_connection(('127.0.0.1', int(sys.argv[-1]))) as port:
+    for line in sys.argv[1].split(';'):
+        port.sendall(line.encode())
+        while not port.recv(4096).endswith(b'\0'):
+            pass
+)";
+
+class PortsTest : public PortTest {
+protected:
+    PortsTest() : before(std::filesystem::current_path()) {
+        std::filesystem::current_path(folder.path());
+        folder.write("app.py", theApplication);
+        manager.installCommand(
+            "interrupted", "", [](CMD_Args &) { KITgetInterrupt()->interrupt(); }, true);
+    }
+    ~PortsTest() override { std::filesystem::current_path(before); }
+
+    static std::string text(int number) { return std::to_string(number); }
+    std::string list() { return run("closeport"); }
+    /// The statement that opens a port and runs the application with these lines.
+    std::string application(const std::string &lines, const std::string &rest) {
+        return "openport -p -r \"/usr/bin/python3 app.py '" + lines + "' 'two words'\" " + rest;
+    }
+
+    const std::filesystem::path before;
+};
+
+TEST_F(PortsTest, WrongCalls) {
+    static const struct {
+        const char *text, *result;
+    } theCases[] = {
+        { "openport", "Open ports: None\n" },
+        { "closeport", "Open ports: None\n" },
+        { "openport -q -e", "Open ports: None\n" },
+        { "openport 1 2", "{Too many arguments.\n}" },
+        { "openport -a 1 2", "{Too many arguments.\n}" },
+        { "closeport 1 2", "{Too many arguments.\n}" },
+        { "openport 0", "{Invalid port number 0\n}" },
+        { "openport abc", "{Invalid port number 0\n}" },
+        { "openport -5", "{Invalid port number -5\n}" },
+        { "openport ''", "{Invalid port number 0\n}" },
+        { "openport -z 6000", "{Invalid option for command\n}" },
+        { "openport -i", "{Invalid option for command\n}" },
+        { "openport -q -r nosuchprogram 0", "{Invalid port number 0\n}" },
+        { "closeport 6000", "" },
+        { "closeport abc", "" },
+        { "closeport -1", "" },
+        { "openport -a -r nosuchprogram", "{Unable to find free port.\n}" },
+        { "openport -a -q -r nosuchprogram", "" },
+    };
+    for (const auto &c : theCases)
+        EXPECT_EQ(run(c.text), c.result) << c.text;
+    EXPECT_EQ(list(), "Open ports: None\n");
+    folder.write("s.cmd", "\nopenport 0\n");
+    EXPECT_EQ(run("source s.cmd"), "{s.cmd (2): Invalid port number 0\n}");
+    manager.setSafeMode(1);
+    EXPECT_EQ(run("openport 6000"), "{Command 'openport' is not a safe command and cannot be run\n\r}");
+    EXPECT_EQ(CMD_Manager::getOrvLangPort(), -1);
+}
+
+TEST_F(PortsTest, OpenTwiceAndClose) {
+    const int first = open(), second = open();
+    const std::string one = text(first), two = text(second);
+    EXPECT_EQ(list(), "Open ports: " + two + " " + one + " \n");
+    EXPECT_EQ(run("openport " + one), "{Port number " + one + " already in use.\n}");
+    EXPECT_EQ(run("openport -q " + one), "");
+    EXPECT_EQ(run("openport -r nosuchprogram " + one),
+              "{Port number " + one +
+                  " already in use.\nCouldn't execute application: nosuchprogram\nPlease check that it is in "
+                  "your path.\n}");
+    EXPECT_EQ(run("openport -q -r '' " + one),
+              "{Couldn't execute application: \nPlease check that it is in your path.\n}");
+    EXPECT_EQ(run("closeport " + one), "");
+    EXPECT_FALSE(PortClient::canConnect(first));
+    EXPECT_EQ(list(), "Open ports: " + two + " \n");
+    EXPECT_EQ(run("openport -r nosuchprogram " + one),
+              "{Couldn't execute application: nosuchprogram\nPlease check that it is in your path.\n}");
+    EXPECT_EQ(list(), "Open ports: " + two + " \n");
+    EXPECT_EQ(run("openport " + one), "");
+    EXPECT_EQ(ask(first, "echo x"), "x\n");
+    EXPECT_EQ(run("closeport " + one + "; closeport " + two + "; closeport"), "Open ports: None\n");
+}
+
+TEST_F(PortsTest, MappedNumbers) {
+    const int port = open(), mapped = port + theMappedDistance;
+    const std::string clause =
+        text(mapped) + " (port " + text(mapped) + " gets mapped to socket port " + text(port) + ")";
+    EXPECT_EQ(run("openport " + text(mapped)), "{Port number " + clause + " already in use.\n}");
+    EXPECT_EQ(run("closeport " + text(mapped) + "; closeport"), "Open ports: " + text(port) + " \n");
+    EXPECT_EQ(run("closeport " + text(port) + "; openport " + text(mapped) + "; closeport"),
+              "Open ports: " + text(mapped) + " \n");
+    EXPECT_EQ(ask(port, "echo x"), "x\n");
+    EXPECT_EQ(run("closeport " + text(port) + "; closeport"), "Open ports: " + text(mapped) + " \n");
+    EXPECT_EQ(run("closeport " + text(mapped) + "; closeport"), "Open ports: None\n");
+
+    const std::unique_ptr<KIT_NetSocket> foreign(KIT_NetSocket::newSocket(port, true, false));
+    EXPECT_EQ(run("openport " + text(port)), "{Couldn't open port " + text(port) + ".\n}");
+    EXPECT_EQ(run("openport " + text(mapped)), "{Couldn't open port " + clause + ".\n}");
+    EXPECT_EQ(list(), "Open ports: None\n");
+}
+
+TEST_F(PortsTest, AutomaticPort) {
+    const std::string opened = run("openport -a 5000");
+    std::smatch number;
+    ASSERT_TRUE(std::regex_match(opened, number, std::regex("Opened (\\d+)\n"))) << opened;
+    const int port = std::stoi(number[1]);
+    EXPECT_EQ(ask(port, "echo x"), "x\n");
+    EXPECT_EQ(run("openport -a"), "Port " + text(port) + " remains open.\n");
+    EXPECT_EQ(run("openport -a -r nosuchprogram"), "Port " + text(port) + " remains open.\n");
+    EXPECT_EQ(run("openport -aq"), text(port) + "\n");
+    EXPECT_EQ(CMD_Manager::getOrvLangPort(), port);
+    EXPECT_EQ(list(), "Open ports: " + text(port) + " \n");
+    manager.closeAutoPort();
+    manager.closeAutoPort();
+    EXPECT_EQ(list(), "Open ports: None\n");
+
+    const int second = CMD_Manager::getOrvLangPort();
+    EXPECT_GT(second, 0);
+    EXPECT_EQ(run("closeport " + text(second) + "; openport -aqe"), text(second) + "\n");
+    EXPECT_EQ(ask(second, "nosuch"), "\n~~~~~\nUnknown command: nosuch\n\r");
+}
+
+TEST_F(PortsTest, AutomaticPortTriesOn) {
+    const int first = CMD_Manager::getOrvLangPort();
+    manager.closeAutoPort();
+    const std::unique_ptr<KIT_NetSocket> foreign(KIT_NetSocket::newSocket(first, true, false));
+    EXPECT_EQ(CMD_Manager::getOrvLangPort(), first + 1);
+}
+
+TEST_F(PortsTest, WaitEndsWhenThePortIsClosed) {
+    const std::string port = text(findFreePort());
+    std::string during;
+    std::thread client([&] {
+        while (!PortClient::canConnect(std::stoi(port)))
+            std::this_thread::yield();
+        // The number alone would not tell that it is another port by now.
+        during =
+            PortClient(std::stoi(port)).askBlocking("closeport " + port + "; openport " + port + "; closeport");
+    });
+    EXPECT_EQ(run("openport -w " + port), "");
+    client.join();
+    EXPECT_EQ(during, "Open ports: " + port + " \n");
+    EXPECT_EQ(list(), "Open ports: " + port + " \n");
+}
+
+TEST_F(PortsTest, InterruptEndsTheWaitAlone) {
+    const int port = findFreePort();
+    std::thread client([&] {
+        while (!PortClient::canConnect(port))
+            std::this_thread::yield();
+        PortClient(port).askBlocking("interrupted");
+    });
+    EXPECT_EQ(run("openport -w " + text(port)), "");
+    client.join();
+    EXPECT_EQ(ask(port, "echo still"), "still\n");
+}
+
+TEST_F(PortsTest, WithoutAnEventLoopNothingWaits) {
+    VIO_EventGenerator::setEventLoopPollCallback(nullptr);
+    const int port = open("-w");
+    VIO_EventGenerator::setEventLoopPollCallback(CMD_EvtMonitoringReader::pollEventGeneratorsCallback);
+    EXPECT_EQ(ask(port, "echo x"), "x\n");
+}
+
+TEST_F(PortsTest, ApplicationConnectsBackAndTakesItsPortAlong) {
+    const std::string port = text(findFreePort());
+    EXPECT_EQ(run(application("set -g said = hello;closeport", port) + "\necho $said\ncloseport"),
+              "hello\nOpen ports: None\n");
+    EXPECT_EQ(folder.read("words"), "two words|" + port);
+
+    // The number that the user gave, not the one that it stands for.
+    const int mapped = findFreePort() + theMappedDistance;
+    folder.write("number.py", "import sys\nopen('number', 'w').write(sys.argv[1])\n");
+    EXPECT_EQ(run("openport -pr '/usr/bin/python3 number.py' " + text(mapped) + "; closeport"),
+              "Open ports: None\n");
+    EXPECT_EQ(folder.read("number"), text(mapped));
+}
+
+TEST_F(PortsTest, ApplicationOfTheAutomaticPort) {
+    const std::string result =
+        run(application("set -g said = again;openport -a", "-a") + "\necho $said; closeport");
+    EXPECT_TRUE(std::regex_match(result, std::regex("Opened (\\d+)\nagain\nOpen ports: (\\d+) \n"))) << result;
+    // What the application had opened is the automatic port; its own one is gone.
+    const int port = CMD_Manager::getOrvLangPort();
+    EXPECT_EQ(list(), "Open ports: " + text(port) + " \n");
+    EXPECT_NE(result.find("Open ports: " + text(port) + " \n"), result.npos) << result;
+}
+
+TEST_F(PortsTest, ApplicationOfAPortThatIsOpenAlready) {
+    const std::string port = text(open());
+    EXPECT_EQ(run(application("set -g said = hello", "-q " + port) + "\necho $said; closeport"),
+              "hello\nOpen ports: " + port + " \n");
+}
+
+TEST_F(PortsTest, ApplicationThatOutlivesItsPortIsWaitedForInTheEnd) {
+    const std::string port = text(findFreePort());
+    std::thread client([&] {
+        while (!PortClient::canConnect(std::stoi(port)))
+            std::this_thread::yield();
+        PortClient(std::stoi(port)).askBlocking("closeport " + port);
+    });
+    EXPECT_EQ(run("openport -r 'sleep 0.2' " + port), "");
+    client.join();
+    siginfo_t child;
+    runUntil([&] {
+        run("openport -r true " + text(findFreePort()));
+        return waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) < 0 && errno == ECHILD;
+    });
+}
+
+TEST_F(PortsTest, HostIsToldOfTheEndOfItsApplication) {
+    static int theCalls;
+    theCalls = 0;
+    const auto closed = [](VIO_ServerSocketListener &listener, void *data, bool flag) {
+        theCalls += data == nullptr && !flag;
+        // Which destroys the listener.
+        CMD_Manager::getContext()->closePort(listener.getPortNumber());
+    };
+    const auto told = [](VIO_ServerSocketListener &, void *, bool) { ++theCalls; };
+    std::ostringstream errors;
+    int pid = 0;
+    const int first = findFreePort();
+    const char *const words[] = { "sh", "-c", "exit 3", nullptr };
+    EXPECT_TRUE(manager.openPort(first, false, false, false, errors, words, &pid, false, false, nullptr, closed,
+                                 true, false));
+    EXPECT_GT(pid, 0);
+    runUntil([] { return theCalls == 1; });
+    EXPECT_EQ(list(), "Open ports: None\n");
+    const int second = findFreePort();
+    EXPECT_TRUE(manager.openPort(second, false, false, true, errors, "sh -c 'exit 3'", nullptr, false, false,
+                                 nullptr, told, true, false));
+    EXPECT_EQ(theCalls, 2);
+    EXPECT_EQ(list(), "Open ports: None\n");
+    EXPECT_FALSE(manager.openPort(second, false, false, false, errors, "nosuchprogram", nullptr, false, true,
+                                  nullptr, told, true, false));
+    EXPECT_EQ(errors.str(), "");
+    EXPECT_FALSE(manager.openPort(second, false, false, false, errors, "nosuchprogram", nullptr, false, false,
+                                  nullptr, told, true, false));
+    EXPECT_EQ(errors.str(),
+              "Couldn't execute application: nosuchprogram\nPlease check that it is in your path.\n");
+    EXPECT_TRUE(manager.openPort(second, false, false, false, errors, theNoApplication, nullptr, false, false,
+                                 nullptr, nullptr, true, false));
+    EXPECT_FALSE(manager.openPort(second, true, false, false, errors, theNoApplication, nullptr, false, true,
+                                  nullptr, nullptr, true, false));
+    EXPECT_EQ(theCalls, 2);
+}
+
+TEST_F(PortsTest, TheEndOfTheProcessAndOfAManagerClosePorts) {
+    const int first = open(), automatic = CMD_Manager::getOrvLangPort();
+    {
+        CMD_Manager other("port");
+        EXPECT_EQ(other.isCommandDefined("openport"), 1);
+        EXPECT_EQ(CMD_Manager::getContext(), &other);
+        EXPECT_EQ(run("closeport"), "Open ports: " + text(automatic) + " " + text(first) + " \n");
+    }
+    EXPECT_TRUE(PortClient::canConnect(first));
+    KIT_Exit::runExitCallbacks();
+    EXPECT_FALSE(PortClient::canConnect(first));
+    EXPECT_EQ(list(), "Open ports: None\n");
+    manager.closeAutoPort();
+}
+
+}   // namespace
