@@ -292,6 +292,27 @@ TEST(Python, NestsWithTheLanguageUntilSomethingSaysStop) {
     manager.popOutputStreams();
 }
 
+TEST(Python, DoesWithoutOnASmallStack) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, size_t(512) << 10);
+    const auto work = [](void *text) -> void * {
+        CMD_Manager manager("small");
+        std::ostringstream out;
+        manager.execute("python -c 1; echo `pythonexprs(\"1\")`\necho behind", 0, &out, &out, 1, true);
+        *static_cast<std::string *>(text) = out.str();
+        return nullptr;
+    };
+    std::string text;
+    pthread_t thread;
+    ASSERT_EQ(pthread_create(&thread, &attributes, work, &text), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    const std::string reason =
+        "Python is not available: less than a mebibyte of stack is left on this thread\n";
+    EXPECT_EQ(text, reason + reason + "\n" + reason + "\nbehind\n");
+}
+
 TEST(Python, ReachesTheVariablesOfTheLanguage) {
     CMD_Manager manager("variables");
     manager.setVariable("both", "global", 0, 0);
@@ -312,6 +333,9 @@ TEST(Python, ReachesTheVariablesOfTheLanguage) {
         EXPECT_EQ(evaluate(c.code), std::string("string ") + c.value) << c.code;
     EXPECT_EQ(run("v['none']"), "KeyError: 'none'");
     EXPECT_EQ(run("del v['none']"), "KeyError: 'none'");
+    EXPECT_EQ(run("orvlang.unset('none')"), done);
+    // Else v.clear() would not end.
+    EXPECT_EQ(run("del v['JOB']"), "orvlang.Error: no variable that can be removed: JOB");
     EXPECT_EQ(run("orvlang.set('a b', 1)"), "orvlang.Error: no name for a variable: a b");
     EXPECT_EQ(run("orvlang.set('a', 'x\\0')"), "ValueError: embedded null character");
     EXPECT_EQ(run("orvlang.execute('echo \\0')"), "ValueError: embedded null character");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SNK_PythonModule.h"
 
+#include <mutex>
 #include <string>
 
 #include <structseq.h>
@@ -61,6 +62,18 @@ bool wasInterrupted() {
     return true;
 }
 
+/// Gives the interpreter lock away for something that can take long: other threads of Python go on meanwhile.
+class Unlocked {
+public:
+    Unlocked() : thread(PyEval_SaveThread()) {}
+    ~Unlocked() { PyEval_RestoreThread(thread); }
+    Unlocked(const Unlocked &) = delete;
+    Unlocked &operator=(const Unlocked &) = delete;
+
+private:
+    PyThreadState *const thread;
+};
+
 /// Keeps the language for the calling thread, from the question whether it may use it until an interrupt was asked for.
 class RunningLanguage {
 public:
@@ -94,10 +107,13 @@ PyObject *execute(PyObject *, PyObject *arguments) {
     std::string output, errors;
     int status = 0;
     bool done = false;
-    // The language can take long; other threads of Python go on meanwhile.
-    Py_BEGIN_ALLOW_THREADS done = target->execute(text, into(output), into(errors), status);
-    SNK_Interpreter::host().flush();
-    Py_END_ALLOW_THREADS if (wasInterrupted()) return nullptr;
+    {
+        const Unlocked unlocked;
+        done = target->execute(text, into(output), into(errors), status);
+        SNK_Interpreter::host().flush();
+    }
+    if (wasInterrupted())
+        return nullptr;
     if (!done) {
         PyErr_SetString(PyExc_RecursionError, "the command language nests too deep");
         return nullptr;
@@ -173,8 +189,14 @@ PyObject *readLine(PyObject *, PyObject *) {
     if (host.language() && !language())
         return nullptr;
     std::string line;
-    Py_BEGIN_ALLOW_THREADS host.readLine(into(line));
-    Py_END_ALLOW_THREADS if (wasInterrupted()) return nullptr;
+    {
+        static std::mutex theReader;
+        const Unlocked unlocked;
+        const std::lock_guard lock(theReader);
+        host.readLine(into(line));
+    }
+    if (wasInterrupted())
+        return nullptr;
     return PyUnicode_DecodeUTF8(line.data(), static_cast<Py_ssize_t>(line.size()), "surrogateescape");
 }
 
