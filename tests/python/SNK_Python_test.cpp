@@ -310,7 +310,7 @@ TEST(Python, DoesWithoutOnASmallStack) {
     pthread_attr_destroy(&attributes);
     const std::string reason =
         "Python is not available: less than a mebibyte of stack is left on this thread\n";
-    EXPECT_EQ(text, reason + reason + "\n" + reason + "\nbehind\n");
+    EXPECT_EQ(text, reason + reason + "\n" + reason + "behind\n");
 }
 
 TEST(Python, ReachesTheVariablesOfTheLanguage) {
