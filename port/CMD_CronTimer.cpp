@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Source.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
@@ -18,6 +19,14 @@ long long currentTime() {
     OSL_TimeVal now = {};
     OSLgettimeofday(&now);
     return now.seconds;
+}
+
+/// Whether text would run as a statement, and not answer a `read`, go into a loop that is being typed or be skipped.
+bool takesStatements(const CMD_Manager &manager) {
+    const CMD_Manager::Pending pending = manager.getPendingInput();
+    if (pending == CMD_Manager::Pending::If)
+        return manager.getSource()->doIfStatements();
+    return pending == CMD_Manager::Pending::Nothing;
 }
 
 }   // namespace
@@ -59,8 +68,8 @@ int CMD_CronTimer::processEvents() {
 /// Nothing of the job is kept across its run, in which it may be removed.
 void CMD_CronTimer::runJob(size_t place, std::ostream &output) {
     CMD_Manager *const manager = CMD_Manager::getContext();
-    if (!manager)
-        return;   // it stays due until there is one
+    if (!manager || !takesStatements(*manager))
+        return;   // it stays due
     jobs[place]->isRunning = true;
     {
         const KIT_String command = jobs[place]->command;

@@ -11,7 +11,8 @@
 /// Runs commands when their time has come: the event generator behind `atjob`. It is there only while there are jobs: it
 /// destroys itself in the first turn that finds none.
 ///
-/// What the jobs write is thrown away. A job may do what it likes: add and remove jobs, itself among them, and poll the
+/// What the jobs write is thrown away. While the manager waits for the rest of something (the answer to a `read`, the end
+/// of a loop) no job runs, since its text would be taken for that. A job may do what it likes: add and remove jobs, itself among them, and poll the
 /// event loop, in which the other jobs go on.
 class CMD_CronTimer : public VIO_EventGenerator {
 public:
