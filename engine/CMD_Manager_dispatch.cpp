@@ -134,11 +134,12 @@ public:
     void setCommand(const CMD_Command *found) { command = found; }
 
 private:
-    void start() {
+    // Out of the way of the statements that are not measured.
+    [[gnu::noinline, gnu::cold]] void start() {
         line = source.getLineNumber();   // it may go on to others meanwhile
         KITgetPerformance()->begin();
     }
-    void stop() {
+    [[gnu::noinline, gnu::cold]] void stop() {
         const char *const file = source.isStdIn() ? nullptr : source.getFilename();
         KITgetPerformance()->end(command ? command->getName() : "", file ? file : "", line);
     }
