@@ -12,8 +12,8 @@
 /// destroys itself in the first turn that finds none.
 ///
 /// What the jobs write is thrown away. While the manager waits for the rest of something (the answer to a `read`, the end
-/// of a loop) no job runs, since its text would be taken for that. A job may do what it likes: add and remove jobs, itself among them, and poll the
-/// event loop, in which the other jobs go on.
+/// of a loop) no job runs, since its text would be taken for that. A job may do what it likes: add and remove jobs, itself
+/// among them, and poll the event loop, in which the other jobs go on.
 class CMD_CronTimer : public VIO_EventGenerator {
 public:
     /// The one of the process; null while there is none.
