@@ -10,7 +10,7 @@
 #include <orvlang/platform/kit/KIT_Export.h>
 
 /// One change of a host's data that can be taken back and made again. Its owner calls undo and redo by turns, undo
-/// first. Both, and the destructor, may use the manager; what they record is dropped.
+/// first. Both, and the destructor, may use the manager and must not throw. What they record while they run is dropped.
 class CMD_API KIT_UndoStep {
 public:
     virtual ~KIT_UndoStep();
