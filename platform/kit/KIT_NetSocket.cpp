@@ -184,6 +184,7 @@ std::unique_ptr<KIT_NetSocket> KIT_NetSocket::accept() {
             dropWaiting();
         return nullptr;
     }
+    ++takenCount;
     std::unique_ptr<KIT_NetSocket> made(new KIT_NetSocket);
     made->descriptor = taken;
     return made;
@@ -195,8 +196,10 @@ void KIT_NetSocket::dropWaiting() {
     if (reserve >= 0)
         system.close(reserve);
     const int taken = system.accept(descriptor);
-    if (taken >= 0)
+    if (taken >= 0) {
         system.close(taken);
+        ++takenCount;
+    }
     reserve = system.open("/dev/null", O_RDONLY, 0);
 }
 

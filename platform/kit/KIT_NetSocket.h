@@ -54,6 +54,8 @@ public:
     /// Takes a connection that waits at a listening socket; null when there is none. When there is no descriptor left
     /// for it, it is closed, so that it does not wait for ever.
     std::unique_ptr<KIT_NetSocket> accept();
+    /// How many connections were taken or closed so.
+    unsigned getTaken() const { return takenCount; }
 
     /// Reads what is there into the buffer, without waiting, until it holds `most` bytes or so; gives how many came.
     std::size_t gather(std::size_t most);
@@ -87,6 +89,7 @@ private:
 
     int descriptor = -1;
     int reserve = -1;   // of a listening socket: given up for a moment when there is no other descriptor
+    unsigned takenCount = 0;
     bool inputEnded = false;
     std::size_t mostQueued = static_cast<std::size_t>(-1);
     int readWait = -1;

@@ -13,7 +13,10 @@ VIO_Acceptor::~VIO_Acceptor() {
 }
 
 bool VIO_Acceptor::serve(long long) {
+    const VIO_SocketSet::Id self = id;
+    const unsigned before = socket->getTaken();
     owner.current = this;
     owner.createConnectedSocketListener();
-    return true;
+    // Where none can be taken, the one that waits would else keep the turn going.
+    return !VIO_SocketSet::inst().holds(self) || socket->getTaken() != before;
 }

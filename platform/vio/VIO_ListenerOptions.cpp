@@ -19,7 +19,7 @@ constexpr double theShortestWait = 0.001;   // seconds
 constexpr double theLongestWait = 1000000;
 constexpr size_t theLargestCount = 1 << 30;   // a delivery has an int for its length
 
-constinit KIT_Immortal<std::string> theDefault;
+constinit KIT_Immortal<Options> theDefault;
 
 /// Sets what one of two words stands for.
 bool readChoice(std::string_view value, const char *off, const char *on, bool &choice) {
@@ -113,19 +113,19 @@ constexpr struct {
 
 }   // namespace
 
-void VIO_ListenerOptions::setDefault(const char *text) {
-    theDefault.object = text ? text : "";
+void VIO_ListenerOptions::setDefault(const char *text, std::ostream *complaints) {
+    theDefault.object = {};
+    theDefault.object.readWords(text, complaints);
 }
 
 VIO_ListenerOptions VIO_ListenerOptions::parse(const char *text, std::ostream *complaints) {
-    VIO_ListenerOptions options;
-    options.readWords(theDefault.object, complaints);
-    if (text)
-        options.readWords(text, complaints);
+    VIO_ListenerOptions options = theDefault.object;
+    options.readWords(text, complaints);
     return options;
 }
 
-void VIO_ListenerOptions::readWords(std::string_view text, std::ostream *complaints) {
+void VIO_ListenerOptions::readWords(const char *words, std::ostream *complaints) {
+    const std::string_view text(words ? words : "");
     for (size_t at = text.find_first_not_of(theBlanks); at < text.size();) {
         const size_t end = std::min(text.find_first_of(theBlanks, at), text.size());
         const std::string_view word = text.substr(at, end - at);

@@ -20,13 +20,14 @@ struct VIO_ListenerOptions {
     size_t clients = 1000;
     unsigned accept = Text | Xml | Http;
 
-    /// Reads the text of the host's default, then this one; null counts as empty. A wrong word changes nothing and is
-    /// named on `complaints`, unless that is null.
+    // A null text counts as empty. A wrong word changes nothing and is named on `complaints`, unless that is null.
+
+    /// The host's default, with what this text says over it.
     static VIO_ListenerOptions parse(const char *text, std::ostream *complaints);
-    /// The text that stands before every other one; null counts as empty.
-    static void setDefault(const char *text);
+    /// What holds from now on where a text says nothing else.
+    static void setDefault(const char *text, std::ostream *complaints);
 
 private:
-    void readWords(std::string_view text, std::ostream *complaints);
+    void readWords(const char *text, std::ostream *complaints);
     bool readWord(std::string_view name, std::string_view value);
 };

@@ -50,7 +50,7 @@ void VIO_ServerSocketListener::addSocket(std::unique_ptr<KIT_NetSocket> socket) 
 }
 
 void VIO_ServerSocketListener::setDefaultListenerOption(const char *words) {
-    VIO_ListenerOptions::setDefault(words);
+    VIO_ListenerOptions::setDefault(words, &std::cerr);
 }
 
 const char *VIO_ServerSocketListener::getClassName() const {

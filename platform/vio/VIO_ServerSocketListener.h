@@ -43,7 +43,8 @@ public:
     /// Asks whether the watched child has ended, and does then what is told above. True when it had.
     bool checkChild();
 
-    /// Option words that hold for all listeners made from now on, where their own text says nothing else.
+    /// Option words that hold for all listeners made from now on, where their own text says nothing else. They replace
+    /// those of an earlier call; null for none. A wrong word is named on standard error.
     static void setDefaultListenerOption(const char *words);
 
 protected:

@@ -263,9 +263,9 @@ TEST(VIO_ListenerOptions, NamesWhatItDoesNotKnow) {
 }
 
 TEST(VIO_ListenerOptions, StandsOverTheDefaultOfTheHost) {
-    VIO_ListenerOptions::setDefault("user=any clients=3");
+    VIO_ListenerOptions::setDefault("user=any clients=3", nullptr);
     const auto options = VIO_ListenerOptions::parse("clients=4", nullptr);
-    VIO_ListenerOptions::setDefault(nullptr);
+    VIO_ListenerOptions::setDefault(nullptr, nullptr);
     EXPECT_TRUE(options.anyUser);
     EXPECT_EQ(options.clients, 4u);
     EXPECT_FALSE(VIO_ListenerOptions::parse(nullptr, nullptr).anyUser);
