@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What is shown to script authors runs as it is shown: the examples of the language guide and the example scripts.
+#include "Guide.h"
 #include "Program.h"
 
 #include <filesystem>
@@ -16,52 +17,6 @@ std::string readFile(const std::filesystem::path &path) {
     std::ostringstream text;
     text << file.rdbuf();
     return text.str();
-}
-
-std::vector<std::string> linesOf(const std::string &text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line.starts_with('\r') ? line.substr(1) : line);
-    // The messages about commands end in a newline and a carriage return.
-    if (!lines.empty() && lines.back().empty() && text.ends_with('\r'))
-        lines.pop_back();
-    return lines;
-}
-
-void compare(const char *what, const std::string &expected, const std::string &actual) {
-    const std::vector<std::string> expectedLines = linesOf(expected), actualLines = linesOf(actual);
-    if (expectedLines != actualLines)
-        ADD_FAILURE() << what << " (- expected, + written):\n" << lineDifference(expectedLines, actualLines);
-}
-
-/// One fenced block of a document.
-struct Fence {
-    std::string kind;   // the first word behind the fence
-    std::string name;   // the second one
-    std::string text;
-    int line;
-};
-
-std::vector<Fence> fencesOf(const std::filesystem::path &path) {
-    std::vector<Fence> fences;
-    std::ifstream file(path);
-    bool isInside = false;
-    int number = 0;
-    for (std::string line; std::getline(file, line);) {
-        ++number;
-        if (!line.starts_with("```")) {
-            if (isInside)
-                fences.back().text += line + "\n";
-            continue;
-        }
-        isInside = !isInside;
-        if (isInside) {
-            fences.push_back({ "", "", "", number });
-            std::istringstream(line.substr(3)) >> fences.back().kind >> fences.back().name;
-        }
-    }
-    return fences;
 }
 
 // A block `orv` is a script that runs; the blocks `input`, `output` and `errors` behind it say with what and what it
@@ -89,8 +44,8 @@ void runExamples(const std::string &guide, const std::vector<std::string> &optio
             (kind == "input" ? input : kind == "output" ? output : errors) = fences[k].text;
         }
         const Outcome outcome = Program{ words, folder.path(), input, { "PYTHONPATH=" + folder.path() } }.run();
-        compare("output", output, outcome.out);
-        compare("errors", errors, outcome.err);
+        compareLines("output", output, outcome.out);
+        compareLines("errors", errors, outcome.err);
         ++examples;
     }
     EXPECT_GE(examples, fewest);
@@ -118,8 +73,8 @@ TEST(ExampleScripts, WriteWhatLiesBesideThem) {
         const std::string input = readFile(path.replace_extension(".in"));
         const Outcome outcome =
             Program{ { ORVLANG_PROGRAM, entry.path().filename() }, folder.path(), input, {} }.run();
-        compare("output", readFile(path.replace_extension(".out")), outcome.out);
-        compare("errors", "", outcome.err);
+        compareLines("output", readFile(path.replace_extension(".out")), outcome.out);
+        compareLines("errors", "", outcome.err);
         EXPECT_EQ(outcome.status, 0);
         ++scripts;
     }
