@@ -96,7 +96,10 @@ const SNK_ComponentTable *SNK_Component::get(std::string *reason) {
         return nullptr;
     }
     static KIT_Immortal<const Component> component{ Component() };
-    if (!component.object.table && reason)
-        *reason = "Python is not available: " + component.object.failure;
-    return component.object.table;
+    const SNK_ComponentTable *const table = component.object.table;
+    if (table && !table->hasEnded())
+        return table;
+    if (reason)
+        *reason = "Python is not available: " + (table ? "the program has ended it" : component.object.failure);
+    return nullptr;
 }

@@ -20,13 +20,15 @@ struct SNK_ComponentHost {
     const SNK_Language *(*language)();
 };
 
-/// What the library can ask of the component. All but interrupt and isDeep take the interpreter lock themselves. The runs give
+/// What the library can ask of the component. Those that run code take the interpreter lock themselves. The runs give
 /// the kind of the result (SNK_Result::Type), and hand out its texts: the value, the entries, or the exception in
 /// short and in full.
 struct SNK_ComponentTable {
     int (*runExpression)(const char *code, int wanted, double &number, const SNK_TextTaker &texts);
     int (*runStatements)(const char *code, const SNK_TextTaker &texts);
     int (*runFile)(int argc, char **argv, const SNK_TextTaker &texts);
+    /// Whether the interpreter is gone for good; then only this one and finish may be called.
+    bool (*hasEnded)();
     /// Whether the code that runs on the calling thread, if any does, has come close to Python's own limit of depth.
     bool (*isDeep)();
     int (*lock)();

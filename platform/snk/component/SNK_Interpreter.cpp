@@ -16,6 +16,9 @@ const SNK_ComponentHost *theHost = nullptr;
 PyObject *theSupport = nullptr;   // the namespace of support.py
 PyObject *theMain = nullptr;   // the one of `__main__`; both stay for good, whatever code does to the modules
 
+bool isOurs = false;   // else the program had started the interpreter before
+bool isGone = false;   // the program has ended it
+
 std::atomic<int> theCalls{ 0 };            // under way in all threads
 constinit thread_local int theDepth = 0;   // those of this thread
 
@@ -112,10 +115,16 @@ bool addFolders(const char *const *folders) {
     return list && SNK_Interpreter::support("add_folders", std::move(list));
 }
 
-bool prepare(bool isOurs) {
-    if (!prepareSupport() || !addFolders(theHost->folders))
+/// Where the program's own interpreter finds `orvlang`: it knows its built-in modules from the start.
+bool addModule() {
+    const SNK_PythonReference module(makeModule());
+    return module && PyDict_SetItemString(PyImport_GetModuleDict(), "orvlang", module) == 0;
+}
+
+bool prepare() {
+    if (!prepareSupport() || !addFolders(theHost->folders) || Py_AtExit([] { isGone = true; }) != 0)
         return false;
-    return !isOurs || (prepareInterrupt() && SNK_Interpreter::support("take_input"));
+    return isOurs ? prepareInterrupt() && SNK_Interpreter::support("take_input") : addModule();
 }
 
 /// Handles the signals that are due now. Those that came for an earlier call, too late for it, concern nobody.
@@ -137,9 +146,9 @@ bool SNK_Interpreter::start(const SNK_ComponentHost &host, std::string &reason) 
         reason = std::string("the program has another Python inside, ") + Py_GetVersion();
         return false;
     }
-    PyImport_AppendInittab("orvlang", makeModule);
-    const bool isOurs = !Py_IsInitialized();
+    isOurs = !Py_IsInitialized();
     if (isOurs) {
+        PyImport_AppendInittab("orvlang", makeModule);
         const PyStatus status = initialize();
         if (PyStatus_Exception(status)) {
             reason = status.err_msg ? status.err_msg : "the interpreter does not start";
@@ -147,13 +156,21 @@ bool SNK_Interpreter::start(const SNK_ComponentHost &host, std::string &reason) 
         }
     }
     const PyGILState_STATE state = PyGILState_Ensure();
-    const bool prepared = prepare(isOurs);
+    const bool prepared = prepare();
     if (!prepared)
         SNKdescribeException(reason);
     PyGILState_Release(state);
     if (isOurs)
         PyEval_SaveThread();
     return prepared;
+}
+
+bool SNK_Interpreter::hasEnded() {
+    return isGone || !Py_IsInitialized();
+}
+
+bool SNK_Interpreter::endsWithProcess() {
+    return isOurs && !hasEnded();
 }
 
 const SNK_ComponentHost &SNK_Interpreter::host() {
@@ -165,7 +182,7 @@ PyObject *SNK_Interpreter::mainNamespace() {
 }
 
 SNK_PythonReference SNK_Interpreter::support(const char *function, SNK_PythonReference argument) {
-    PyObject *const found = PyDict_GetItemString(theSupport, function);
+    PyObject *const found = theSupport ? PyDict_GetItemString(theSupport, function) : nullptr;
     if (!found) {
         PyErr_SetString(PyExc_SystemError, function);
         return {};

@@ -14,6 +14,11 @@ public:
     /// it is not to be tried again. Leaves the interpreter lock free.
     static bool start(const SNK_ComponentHost &host, std::string &reason);
 
+    /// Whether the program has ended the interpreter, which it may do with one that it has started itself.
+    static bool hasEnded();
+    /// Whether nobody else looks after the end of the interpreter.
+    static bool endsWithProcess();
+
     static const SNK_ComponentHost &host();
     /// The namespace of `__main__`, borrowed.
     static PyObject *mainNamespace();

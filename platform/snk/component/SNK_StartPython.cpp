@@ -112,6 +112,8 @@ void unlock(int state) {
 
 /// The interpreter itself stays: threads of Python may be running, and waiting for them could take for ever.
 void finish() {
+    if (!SNK_Interpreter::endsWithProcess())
+        return;
     const SNK_Interpreter::Call call;
     if (!SNK_Interpreter::support("finish"))
         PyErr_WriteUnraisable(nullptr);
@@ -125,6 +127,7 @@ const SNK_ComponentTable *SNK_START_FUNCTION(const SNK_ComponentHost &host, cons
     static constexpr SNK_ComponentTable table = { runExpression,
                                                   runStatements,
                                                   runFile,
+                                                  SNK_Interpreter::hasEnded,
                                                   SNK_Interpreter::isDeep,
                                                   lock,
                                                   unlock,
