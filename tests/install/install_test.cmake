@@ -48,13 +48,25 @@ if(foreign)
     message(FATAL_ERROR "the library exports what is none of its own:\n${foreign}")
 endif()
 
-# Python is found from where the library lies; without its component the library works, and says what is missing.
+# Python and XML are found from where the library lies; without their components the library works, and says what is
+# missing.
+file(WRITE ${STAGE}/ask.sh
+    "printf '<?xml version=\"1.0\"?><orvlang>echo x</orvlang>' | nc -N 127.0.0.1 $1 | tr -d '\\0'")
+set(xml "openport -a -p -r 'sh ${STAGE}/ask.sh'")
+run(${STAGE}/system/bin/orvlang -c "${xml}")
+if(NOT output MATCHES "^x\nOpened [0-9]+\n$")
+    message(FATAL_ERROR "XML, installed, wrote: ${output}")
+endif()
 set(python "python -c 'print(6 * 7)'\necho next")
 run(${STAGE}/system/bin/orvlang -c "${python}")
 if(NOT output STREQUAL "42\nnext\n")
     message(FATAL_ERROR "Python, installed, wrote: ${output}")
 endif()
 file(RENAME ${STAGE}/system/lib/orvlang ${STAGE}/component)
+run(${STAGE}/system/bin/orvlang -c "${xml}")
+if(NOT output MATCHES "<parse_error>XML is not available: liborvlang_xml.so is not installed in /[^\n]*/lib/orvlang</parse_error>")
+    message(FATAL_ERROR "without the component of XML the port wrote: ${output}")
+endif()
 run(${STAGE}/system/bin/orvlang -c "${python}")
 file(RENAME ${STAGE}/component ${STAGE}/system/lib/orvlang)
 if(NOT output MATCHES "^(next\n)?Python is not available: liborvlang_python.so is not installed in /.*/lib/orvlang\n")
