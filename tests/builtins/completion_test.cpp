@@ -8,7 +8,7 @@ class Completion : public EngineFixture {
 protected:
     Completion() {
         const auto nothing = [](CMD_Args &) {};
-        for (const char *command : { "frame", "zoomin", "zoom", "frobnicate", "coredump2", "both" })
+        for (const char *command : { "frame", "zoomin", "zoom", "frobnicate", "both" })
             install(command, nothing);
         install("unsafe", nothing, "", false);
         for (const char *alias : { "zebra", "both", "frost" })
@@ -48,7 +48,7 @@ TEST_F(Completion, Table) {
         { "both", "both", "both both " },   // an alias and a command: which one is not settled
         { "bo", "both", "both both " },
         { "unsafe", "unsafe ", "unsafe " },
-        { "core", "coredump2 ", "coredump2 " },
+        { "core", "coredump ", "coredump " },
         { "Fr", "Fr", "" },
     };
     for (const auto &c : theCases) {

@@ -50,8 +50,7 @@ TEST_F(Registry, ExactNamesAndPrefixes) {
     CMD_Manager other("ExactNamesAndPrefixes");
     EXPECT_EQ(find(other, "qq"), "unknown");   // nothing of the kind
     other.installCommand("set", "", tellName, true);
-    EXPECT_EQ(find(other, "s"), "set/s ");   // lists of one and two are found in like any other
-    EXPECT_EQ(find(other, "\"\""), "set/ ");
+    EXPECT_EQ(find(other, "s"), "set/s ");
     other.installCommand("setenv", "x", tellName, true);
     EXPECT_EQ(find(other, "\"\""), "ambiguous");
     for (const char *command : { "zoo", "pare", "par", "pareach", "S", "x-y", "\xe4" })
