@@ -5,7 +5,6 @@
 #include <ostream>
 
 #include <orvlang/engine/CMD_Manager.h>
-#include <orvlang/engine/CMD_Source.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
@@ -15,23 +14,15 @@ namespace {
 
 int theLastId = 0;
 
-long long currentTime() {
+}   // namespace
+
+CMD_CronTimer *CMD_CronTimer::theTimer = nullptr;
+
+long long CMD_CronTimer::getCurrentTime() {
     OSL_TimeVal now = {};
     OSLgettimeofday(&now);
     return now.seconds;
 }
-
-/// Whether text would run as a statement, and not answer a `read`, go into a loop that is being typed or be skipped.
-bool takesStatements(const CMD_Manager &manager) {
-    const CMD_Manager::Pending pending = manager.getPendingInput();
-    if (pending == CMD_Manager::Pending::If)
-        return manager.getSource()->doIfStatements();
-    return pending == CMD_Manager::Pending::Nothing;
-}
-
-}   // namespace
-
-CMD_CronTimer *CMD_CronTimer::theTimer = nullptr;
 
 CMD_CronTimer *CMD_CronTimer::create() {
     std::unique_ptr<CMD_CronTimer> timer(new CMD_CronTimer);
@@ -46,7 +37,7 @@ CMD_CronTimer::~CMD_CronTimer() {
 
 int CMD_CronTimer::processEvents() {
     KIT_OStrStream output;
-    const long long now = currentTime();
+    const long long now = getCurrentTime();
     ++turns;
     for (size_t place = jobs.size(); place-- > 0;) {
         const CMD_AtJob *const job = jobs[place].get();
@@ -68,8 +59,8 @@ int CMD_CronTimer::processEvents() {
 /// Nothing of the job is kept across its run, in which it may be removed.
 void CMD_CronTimer::runJob(size_t place, std::ostream &output) {
     CMD_Manager *const manager = CMD_Manager::getContext();
-    if (!manager || !takesStatements(*manager))
-        return;   // it stays due
+    if (!manager)
+        return;   // it stays due until there is one
     jobs[place]->isRunning = true;
     {
         const KIT_String command = jobs[place]->command;
@@ -83,7 +74,7 @@ void CMD_CronTimer::runJob(size_t place, std::ostream &output) {
     if (job->period == 0)
         return dropJob(place);
     job->isRunning = false;
-    job->time = currentTime() + job->period;
+    job->time = getCurrentTime() + job->period;
 }
 
 void CMD_CronTimer::dropJob(size_t place) {
@@ -92,13 +83,13 @@ void CMD_CronTimer::dropJob(size_t place) {
         jobs.erase(jobs.begin() + static_cast<std::ptrdiff_t>(place));
 }
 
-void CMD_CronTimer::addJob(int seconds, const char *command, int period) {
-    if (seconds > 0)
-        jobs.push_back(std::make_unique<CMD_AtJob>(++theLastId, currentTime() + seconds, period, command));
+void CMD_CronTimer::addJob(long long time, const char *command, int period) {
+    if (time > getCurrentTime())
+        jobs.push_back(std::make_unique<CMD_AtJob>(++theLastId, time, period, command));
 }
 
 void CMD_CronTimer::listJobs(std::ostream &out) const {
-    const long long now = currentTime();
+    const long long now = getCurrentTime();
     std::for_each(jobs.rbegin(), jobs.rend(), [&](const std::unique_ptr<CMD_AtJob> &job) {
         if (job)
             out << "JobId(" << job->id << ") In " << job->time - now << " seconds, run '" << job->command

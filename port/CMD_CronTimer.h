@@ -11,9 +11,9 @@
 /// Runs commands when their time has come: the event generator behind `atjob`. It is there only while there are jobs: it
 /// destroys itself in the first turn that finds none.
 ///
-/// What the jobs write is thrown away. While the manager waits for the rest of something (the answer to a `read`, the end
-/// of a loop) no job runs, since its text would be taken for that. A job may do what it likes: add and remove jobs, itself
-/// among them, and poll the event loop, in which the other jobs go on.
+/// What the jobs write is thrown away. A job runs like a line of anybody: when the manager waits for the answer to a
+/// `read`, the job's text is that answer. A job may do what it likes: add and remove jobs, itself among them, and poll the
+/// event loop, in which the other jobs go on.
 class CMD_CronTimer : public VIO_EventGenerator {
 public:
     /// The one of the process; null while there is none.
@@ -26,9 +26,12 @@ public:
     int getPollTime() const override { return 500; }
     int processEvents() override;
 
-    /// Schedules a command for so many seconds from now, and every `period` seconds from then on unless that is 0.
-    /// Without a second to wait there is no job.
-    void addJob(int seconds, const char *command, int period);
+    /// The clock of the jobs: seconds since the start of 1970.
+    static long long getCurrentTime();
+
+    /// Schedules a command for a time of that clock, and every `period` seconds from then on unless that is 0. For a
+    /// time that is not to come there is no job.
+    void addJob(long long time, const char *command, int period);
     /// One line for each job, the newest first.
     void listJobs(std::ostream &out) const;
     /// Removes the job of that number and tells the outcome.

@@ -49,7 +49,7 @@ void addJob(CMD_Args &args) {
     const int seconds = KITatoi(args.argv(1));
     KIT_WorkBuffer command;
     args.fillCommandLine(command, 2, false);
-    timer->addJob(seconds, command.c_str(), args.found('p') ? seconds : 0);
+    timer->addJob(CMD_CronTimer::getCurrentTime() + seconds, command.c_str(), args.found('p') ? seconds : 0);
 }
 
 }   // namespace
