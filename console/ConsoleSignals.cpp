@@ -52,6 +52,8 @@ void takeBrokenPipe(int) {
 
 void ConsoleSignals::install() {
     theProcess = getpid();
+    // Ignored, as by some programs that start this one, it would hide how children end.
+    std::signal(SIGCHLD, SIG_DFL);
     for (const int number : theNumbers)
         // Without SA_RESTART: a read that waits for a line ends.
         take(number, takeSignal, number == SIGINT ? 0 : SA_RESETHAND);

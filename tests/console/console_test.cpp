@@ -169,6 +169,15 @@ TEST_F(ConsoleTest, PluginsChainInFrontOfACommand) {
               "Command 'first_plugins' is not a safe command and cannot be run\n\r");
 }
 
+TEST_F(ConsoleTest, KnowsHowItsChildrenEndWhoeverStartsIt) {
+    const Program program = { { "/usr/bin/env", "--ignore-signal=CHLD", ORVLANG_PROGRAM, "-c",
+                                "unix exit 3; echo $status" },
+                              folder.path(),
+                              "",
+                              {} };
+    EXPECT_EQ(program.run().out, "3\n");
+}
+
 TEST_F(ConsoleTest, PluginsComeFromTrustedFoldersAlone) {
     const std::filesystem::path place = folder.path();
     std::filesystem::create_directory(place / "foreign");
