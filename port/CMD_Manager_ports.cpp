@@ -106,15 +106,15 @@ void waitForPort(unsigned serial, int application, bool closesWithApplication, b
     }
 }
 
-struct MappedPort {
+/// What a message tells behind a number that stands for another one.
+struct MappingClause {
     int port, socketPort;
 };
 
-std::ostream &operator<<(std::ostream &stream, const MappedPort &mapped) {
-    stream << mapped.port;
-    if (mapped.port != mapped.socketPort)
-        stream << " (port " << mapped.port << " gets mapped to socket port " << mapped.socketPort << ")";
-    return stream;
+std::ostream &operator<<(std::ostream &out, const MappingClause &clause) {
+    if (clause.port != clause.socketPort)
+        out << " (port " << clause.port << " gets mapped to socket port " << clause.socketPort << ")";
+    return out;
 }
 
 void listPorts(std::ostream &out) {
@@ -199,19 +199,19 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
                            bool spawnFlag, bool pollFlag) {
     // The position of the statement is written as soon as the stream is asked for.
     const auto messages = [&]() -> std::ostream & { return args ? args->err(1) : *errors; };
-    const MappedPort mapped = { port, KIT_NetSocket::mapToUnprivilegedPort(port) };
+    const MappingClause mapping = { port, KIT_NetSocket::mapToUnprivilegedPort(port) };
     Listener *listener = Listener::createCommandListener(port, theManager ? *theManager : *this, separateErrors,
                                                          restrictToSafeCommands, listenerOption, true, false);
     const bool created = listener != nullptr;
     if (!created) {
-        listener = findPort([&](const Listener &open) { return open.getPort() == mapped.socketPort; });
+        listener = findPort([&](const Listener &open) { return open.getPort() == mapping.socketPort; });
         if (!listener) {
             if (!silent)
-                messages() << "Couldn't open port " << mapped << ".\n";
+                messages() << "Couldn't open port " << port << mapping << ".\n";
             return false;
         }
         if (!quiet && !silent)
-            messages() << "Port number " << mapped << " already in use.\n";
+            messages() << "Port number " << port << " already in use" << mapping << ".\n";
         listener->setRestrictToSafeCommands(restrictToSafeCommands);
     }
 
