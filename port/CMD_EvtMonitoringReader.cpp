@@ -54,6 +54,18 @@ bool isInItsTurn(const cmd_PollingEvtGeneratorWrapper *wrapper) {
     return false;
 }
 
+/// The reader's line, as long as it is awaited.
+class LineScope {
+public:
+    explicit LineScope(KIT_CmdLineReader &reader) : reader(reader) { reader.beginLine(); }
+    ~LineScope() { reader.endLine(); }
+    LineScope(const LineScope &) = delete;
+    LineScope &operator=(const LineScope &) = delete;
+
+private:
+    KIT_CmdLineReader &reader;
+};
+
 unsigned int countCommands() {
     const CMD_Manager *const manager = CMD_Manager::getContext();
     return manager ? manager->getCommandsRun() : 0;
@@ -151,6 +163,7 @@ CMD_EvtMonitoringReader::GetlineResult CMD_EvtMonitoringReader::getline(KIT_CmdL
     errno = 0;
     const bool plainInput = KIT_EnvControl::getInt(KIT_EnvControl::PlainInput) != 0;
     line.clear();
+    const LineScope scope(reader);
     for (int spins = 0;;) {
         if ((!plainInput && reader.holdsInput()) || KITisDataAvailableOnStdin()) {
             if (plainInput)
@@ -164,9 +177,11 @@ CMD_EvtMonitoringReader::GetlineResult CMD_EvtMonitoringReader::getline(KIT_CmdL
         }
         if (!KITisStdinValid() || KITgetInterrupt()->isInterrupted())
             return InputEnded;
-        if (spins > 0)
+        if (spins > 0) {
             --spins;
-        else
-            KITwaitForTimeoutOrDataOnStdin(generators.entries() > 0 ? theWaitWithGenerators : theWaitAlone);
+            continue;
+        }
+        reader.showLine();
+        KITwaitForTimeoutOrDataOnStdin(generators.entries() > 0 ? theWaitWithGenerators : theWaitAlone);
     }
 }

@@ -1,18 +1,96 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/kit/KIT_CmdLineReader.h>
 
-#include <orvlang/platform/kit/KIT_StandardInput.h>
+#include <unistd.h>
 
-KIT_CmdLineReader::KIT_CmdLineReader(PromptCallback, CompletionCallback) {}
+#include <orvlang/platform/kit/KIT_EnvControl.h>
+#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_LineEditor.h>
+#include <orvlang/platform/kit/KIT_StandardInput.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/osl/OSL_System.h>
+#include <orvlang/platform/osl/OSL_Terminal.h>
+
+KIT_CmdLineReader::KIT_CmdLineReader(PromptCallback prompt, CompletionCallback completion)
+    : prompt(prompt), completion(completion), mayEdit(prompt != nullptr) {}
+
+KIT_CmdLineReader::~KIT_CmdLineReader() = default;
 
 bool KIT_CmdLineReader::readLine(KIT_WorkBuffer &line) {
-    return KIT_StandardInput::inst().readLine(line);
+    KIT_StandardInput &input = KIT_StandardInput::inst();
+    if (!isEditing())
+        return input.readLine(line);
+    bool done = false;
+    bool goesOn = true;
+    beginLine();
+    while (goesOn && !done) {
+        showLine();
+        if (!input.answersAtOnce())
+            OSLsystem().waitReadable(STDIN_FILENO, -1);
+        goesOn = !KITgetInterrupt()->isInterrupted() && readPartOfLine(line, done);
+    }
+    endLine();
+    return goesOn;
 }
 
 bool KIT_CmdLineReader::readPartOfLine(KIT_WorkBuffer &line, bool &done) {
-    return KIT_StandardInput::inst().readPart(line, done);
+    if (!isEditing())
+        return KIT_StandardInput::inst().readPart(line, done);
+    const KIT_LineEditor::State state = editor->readKeys();
+    line.strcpy(std::string_view(editor->getText()));
+    done = state == KIT_LineEditor::State::Entered;
+    return state != KIT_LineEditor::State::Ended;
 }
 
 bool KIT_CmdLineReader::holdsInput() const {
     return KIT_StandardInput::inst().holdsInput();
+}
+
+void KIT_CmdLineReader::beginLine() {
+    if (isEditing())
+        editor->begin();
+}
+
+void KIT_CmdLineReader::showLine() {
+    if (isEditing())
+        editor->show();
+}
+
+void KIT_CmdLineReader::endLine() {
+    if (editor)
+        editor->end();
+}
+
+bool KIT_CmdLineReader::isEditing() {
+    if (!mayEdit || KIT_EnvControl::getInt(KIT_EnvControl::PlainInput) != 0)
+        return false;
+    if (!editor)
+        editor = KIT_LineEditor::make(prompt, completion);
+    mayEdit = editor != nullptr;
+    return mayEdit;
+}
+
+void KIT_CmdLineReader::remember(const char *line) {
+    if (line && isEditing())
+        editor->getRecall().add(line);
+}
+
+void KIT_CmdLineReader::dropInput() {
+    KIT_StandardInput::inst().discard();
+}
+
+void KIT_CmdLineReader::yieldTerminal() {
+    KIT_LineEditor::yield();
+}
+
+void KIT_CmdLineReader::releaseTerminal() {
+    OSL_Terminal::release();
+}
+
+void KIT_CmdLineReader::retakeTerminal() {
+    OSL_Terminal::retake();
+}
+
+void KIT_CmdLineReader::noteTerminalResize() {
+    OSL_Terminal::noteResize();
 }

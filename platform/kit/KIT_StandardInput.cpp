@@ -11,12 +11,16 @@
 
 #include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_LineEditor.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {
 
 constinit KIT_Immortal<KIT_StandardInput> theInput;
+
+constexpr size_t theWholeRoom = -1;
+constexpr size_t theLeastCapacity = 8192;
 
 void assign(KIT_WorkBuffer &line, std::string_view text) {
     line.strcpy(text);
@@ -58,8 +62,7 @@ bool KIT_StandardInput::takeLine(Line &line) {
             }
         const std::string_view text(buffer.get() + next, length);
         assign(line, text.substr(0, text.find('\0')));
-        next += length + terminator;
-        scanned = next;
+        passOver(length + terminator);
         return true;
     }
     return false;
@@ -68,7 +71,7 @@ bool KIT_StandardInput::takeLine(Line &line) {
 bool KIT_StandardInput::readPart(KIT_WorkBuffer &line, bool &done) {
     if (std::exchange(endPending, false))
         return false;
-    if (!holdsInput() && !fillAtOnce()) {
+    if (!holdsInput() && !fillAtOnce(theWholeRoom)) {
         if (!ended)
             return true;
         cutOff = false;
@@ -77,8 +80,7 @@ bool KIT_StandardInput::readPart(KIT_WorkBuffer &line, bool &done) {
     size_t length = 0;
     done = findNewline(length);
     const std::string_view text(buffer.get() + next, done ? length : filled - next);
-    next += text.size() + done;
-    scanned = next;
+    passOver(text.size() + done);
     const size_t end = text.find('\0');
     if (!cutOff)
         line.strcat(text.substr(0, end));
@@ -100,10 +102,34 @@ std::string_view KIT_StandardInput::take(size_t limit) {
             length = ended ? held.size() : 0;
             endPending = length > 0;
         }
-        next += length;
-        scanned = std::max(scanned, next);
+        passOver(length);
         return held.substr(0, length);
     }
+}
+
+bool KIT_StandardInput::takeByte(char &byte) {
+    endPending = false;
+    if (!holdsInput() && !fillAtOnce(1))
+        return false;
+    byte = buffer[next];
+    passOver(1);
+    return true;
+}
+
+void KIT_StandardInput::confirm(std::string_view lines) {
+    const std::string behind(buffer.get() + next, filled - next);
+    discard();
+    makeRoom(lines.size() + behind.size());
+    lines.copy(buffer.get(), lines.size());
+    behind.copy(buffer.get() + lines.size(), behind.size());
+    filled = lines.size() + behind.size();
+    confirmed = lines.size();
+}
+
+void KIT_StandardInput::passOver(size_t count) {
+    next += count;
+    scanned = next;
+    confirmed -= std::min(confirmed, count);
 }
 
 bool KIT_StandardInput::findNewline(size_t &length) {
@@ -120,8 +146,9 @@ bool KIT_StandardInput::findNewline(size_t &length) {
 /// Reads what there is, waiting for the first byte. False at the end, on an error and at an interrupt; `ended`
 /// tells the first two.
 bool KIT_StandardInput::fill() {
+    KIT_LineEditor::yield();
     while (!KITgetInterrupt()->isInterrupted()) {
-        const bool got = readOnce();
+        const bool got = readOnce(theWholeRoom);
         if (got || ended)
             return got;
         // Somebody with whom the terminal is shared may have set it so that a read does not wait.
@@ -133,30 +160,30 @@ bool KIT_StandardInput::fill() {
 }
 
 /// Reads what there is, if anything.
-bool KIT_StandardInput::fillAtOnce() {
+bool KIT_StandardInput::fillAtOnce(size_t limit) {
     ended = false;
-    return OSLsystem().waitReadable(STDIN_FILENO, 0) > 0 && readOnce();
+    return OSLsystem().waitReadable(STDIN_FILENO, 0) > 0 && readOnce(limit);
 }
 
-bool KIT_StandardInput::readOnce() {
-    makeRoom();
-    const ssize_t n = OSLsystem().read(STDIN_FILENO, buffer.get() + filled, capacity - filled);
+bool KIT_StandardInput::readOnce(size_t limit) {
+    makeRoom(1);
+    const ssize_t n = OSLsystem().read(STDIN_FILENO, buffer.get() + filled, std::min(limit, capacity - filled));
     ended = n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN);
     if (n > 0)
         filled += static_cast<size_t>(n);
     return n > 0;
 }
 
-void KIT_StandardInput::makeRoom() {
+void KIT_StandardInput::makeRoom(size_t least) {
     if (next == filled)
         next = filled = scanned = 0;
-    if (filled < capacity)
+    if (capacity - filled >= least)
         return;
     const size_t held = filled - next;
-    if (next >= capacity / 2 && capacity > 0) {
+    if (next >= capacity / 2 && capacity - held >= least) {
         std::memmove(buffer.get(), buffer.get() + next, held);
     } else {
-        const size_t size = std::max<size_t>(2 * capacity, 8192);
+        const size_t size = std::max({ 2 * capacity, held + least, theLeastCapacity });
         std::unique_ptr<char[]> larger(new char[size]);   // not zeroed, unlike make_unique
         if (held > 0)
             std::memcpy(larger.get(), buffer.get() + next, held);
@@ -172,11 +199,11 @@ bool KIT_StandardInput::giveBack() {
     const off_t held = static_cast<off_t>(filled - next);
     if (OSLsystem().seek(STDIN_FILENO, -held, SEEK_CUR) < 0)
         return false;
-    next = filled = scanned = 0;
+    next = filled = scanned = confirmed = 0;
     return true;
 }
 
 void KIT_StandardInput::discard() {
-    next = filled = scanned = 0;
+    next = filled = scanned = confirmed = 0;
     ended = endPending = partTaken = cutOff = false;
 }

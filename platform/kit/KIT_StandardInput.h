@@ -32,6 +32,13 @@ public:
     /// Waits for a line, or for `limit` bytes of one, and gives them with the newline, as fgets does. Empty at the end
     /// of input and when it was interrupted. The bytes stay readable until the next call.
     std::string_view take(size_t limit);
+    /// Takes the next byte, if there is one, and no byte behind it off the system: a child process may want those.
+    bool takeByte(char &byte);
+
+    /// Puts whole lines in front of everything else, to be read as lines.
+    void confirm(std::string_view lines);
+    /// Whether some of them have not been taken.
+    bool holdsConfirmed() const { return confirmed > 0; }
 
     /// Whether bytes were read that no line has taken yet.
     bool holdsInput() const { return next < filled; }
@@ -51,15 +58,17 @@ private:
     bool takeLine(Line &line);
     bool findNewline(size_t &length);
     bool fill();
-    bool fillAtOnce();
-    bool readOnce();
-    void makeRoom();
+    bool fillAtOnce(size_t limit);
+    bool readOnce(size_t limit);
+    void makeRoom(size_t least);
+    void passOver(size_t count);
 
     std::unique_ptr<char[]> buffer;
     size_t capacity = 0;
-    size_t next = 0;      // first byte that no line has taken
-    size_t filled = 0;    // behind the last byte read
-    size_t scanned = 0;   // no newline before here
+    size_t next = 0;        // first byte that no line has taken
+    size_t filled = 0;      // behind the last byte read
+    size_t scanned = 0;     // no newline before here
+    size_t confirmed = 0;   // bytes from `next` on
     bool ended = false;
     bool endPending = false;   // a line without newline was given: the next call tells the end
     bool partTaken = false;    // by readPart, of a line that is not complete

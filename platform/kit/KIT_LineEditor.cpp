@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: Apache-2.0
+// How the line comes on the terminal and off it again; what the keys do stands in the other sources of the class.
+#include <orvlang/platform/kit/KIT_LineEditor.h>
+
+#include <algorithm>
+#include <iostream>
+#include <streambuf>
+#include <utility>
+
+#include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_EditPosition.h>
+#include <orvlang/platform/osl/OSL_File.h>
+#include <orvlang/platform/osl/OSL_Terminal.h>
+
+KIT_LineEditor *KIT_LineEditor::theActive = nullptr;
+
+namespace {
+
+/// Stands in front of a stream's buffer: what is written takes the half-typed line away first.
+class YieldingBuffer : public std::streambuf {
+public:
+    explicit YieldingBuffer(std::ostream &stream) : stream(stream), target(stream.rdbuf()) { put(this); }
+    ~YieldingBuffer() override { put(target); }
+
+protected:
+    int_type overflow(int_type byte) override {
+        KIT_LineEditor::yield();
+        return traits_type::eq_int_type(byte, traits_type::eof())
+                   ? traits_type::not_eof(byte)
+                   : target->sputc(traits_type::to_char_type(byte));
+    }
+    std::streamsize xsputn(const char *bytes, std::streamsize count) override {
+        KIT_LineEditor::yield();
+        return target->sputn(bytes, count);
+    }
+    int sync() override { return target->pubsync(); }
+
+private:
+    /// The state of the stream stays, errors included.
+    void put(std::streambuf *buffer) {
+        const std::ios::iostate state = stream.rdstate();
+        stream.rdbuf(buffer);
+        stream.clear(state);
+    }
+
+    std::ostream &stream;
+    std::streambuf *const target;
+};
+
+/// The length of the escape sequence at the start of a text; 0 when there is none.
+std::size_t escapeLength(std::string_view text) {
+    if (text.size() < 2 || text[0] != '\x1b')
+        return 0;
+    if (text[1] != '[')
+        return 2;
+    const auto end = std::find_if(text.begin() + 2, text.end(), [](char c) { return c >= '@' && c <= '~'; });
+    return std::min(static_cast<std::size_t>(end - text.begin()) + 1, text.size());
+}
+
+/// The prompt as EDL_Line wants it. libedit loses escape sequences at the end, so the last character moves behind them.
+std::wstring markEscapes(std::string_view prompt, KIT_Places &places) {
+    std::wstring marked, last;   // the place that is not in `marked` yet
+    while (!prompt.empty()) {
+        if (const std::size_t escape = escapeLength(prompt)) {
+            marked += L'\1' +
+                      std::wstring(prompt.begin(), prompt.begin() + static_cast<std::ptrdiff_t>(escape)) +
+                      L'\1';
+            prompt.remove_prefix(escape);
+            continue;
+        }
+        const std::size_t length = std::min(prompt.find('\x1b', 1), prompt.size());
+        const std::wstring text = std::exchange(last, {}) + places.encode(prompt.substr(0, length));
+        marked.append(text, 0, text.size() - 1);
+        last = text.back();
+        prompt.remove_prefix(length);
+    }
+    return marked + last;
+}
+
+}   // namespace
+
+class KIT_LineEditor::Streams {
+    YieldingBuffer out{ std::cout }, err{ std::cerr }, log{ std::clog };
+};
+
+std::unique_ptr<KIT_LineEditor> KIT_LineEditor::make(KIT_CmdLineReader::PromptCallback prompt,
+                                                     KIT_CmdLineReader::CompletionCallback completion) {
+    if (!OSL_Terminal::canEdit())
+        return nullptr;
+    const OSL_Terminal::ModeKeeper keeper;   // libedit sets a mode of its own at its start, and never again
+    std::unique_ptr<EDL_Line> engine = EDLmakeLine();
+    if (!engine)
+        return nullptr;
+    return std::unique_ptr<KIT_LineEditor>(new KIT_LineEditor(prompt, completion, std::move(engine)));
+}
+
+KIT_LineEditor::KIT_LineEditor(KIT_CmdLineReader::PromptCallback prompt,
+                               KIT_CmdLineReader::CompletionCallback completion,
+                               std::unique_ptr<EDL_Line> engine)
+    : promptCallback(prompt), completionCallback(completion), engine(std::move(engine)) {}
+
+KIT_LineEditor::~KIT_LineEditor() {
+    end();
+}
+
+void KIT_LineEditor::begin() {
+    yield();
+    around = theActive;
+    theActive = this;
+    state = State::Editing;
+    isHidden = true;
+    isSearching = false;
+    recallPlace = recall.size();
+    lastKey = KIT_Key::Unknown;
+    if (!around)
+        streams = std::make_unique<Streams>();
+    setLine("");
+    show();
+}
+
+/// What was not entered stays on the terminal, with the cursor behind it.
+void KIT_LineEditor::end() {
+    if (theActive != this)
+        return;
+    if (!isHidden) {
+        engine->run(EDL_Command::LineEnd);
+        flush();
+        isHidden = true;
+    }
+    streams.reset();
+    theActive = around;
+    if (!around)
+        OSL_Terminal::leaveEditMode();
+}
+
+void KIT_LineEditor::hide() {
+    isHidden = true;
+    flush();
+    erase();
+    flush();
+    OSL_Terminal::release();
+}
+
+void KIT_LineEditor::show() {
+    if (OSL_Terminal::takeStale())
+        isHidden = true;
+    const bool isResized = OSL_Terminal::takeResized();
+    if (isHidden)
+        drawAnew();
+    else if (isResized)
+        redrawResized();
+}
+
+/// In a row of its own: blanks over the whole width end in the next row unless they began at the left edge.
+void KIT_LineEditor::drawAnew() {
+    if (!OSL_Terminal::enterEditMode())
+        return;
+    isHidden = false;
+    std::cout.flush();
+    OSL_Terminal::getSize(columnCount, rowCount);
+    output.append(static_cast<std::size_t>(columnCount), ' ').append("\r\x1b[J");
+    if (!isSearching)
+        refreshPrompt();
+    engine->takeOutput();
+    engine->resize();
+    engine->draw();
+    flush();
+}
+
+void KIT_LineEditor::redrawResized() {
+    OSL_Terminal::getSize(columnCount, rowCount);
+    erase();
+    engine->resize();
+    engine->draw();
+    flush();
+}
+
+/// Takes the drawing off the terminal and leaves the cursor where it began.
+void KIT_LineEditor::erase() {
+    KIT_EditPosition position(columnCount);
+    position.advance(prompt);
+    position.advance(engine->getText().substr(0, engine->getCursor()));
+    const std::size_t above = std::min(position.row, static_cast<std::size_t>(rowCount - 1));
+    output += '\r';
+    if (above > 0)
+        output += "\x1b[" + std::to_string(above) + 'A';
+    output += "\x1b[J";
+}
+
+/// Goes behind the drawing, to the next row.
+void KIT_LineEditor::leaveRow() {
+    engine->run(EDL_Command::LineEnd);
+    flush();
+    KIT_EditPosition position(columnCount);
+    position.advance(prompt);
+    position.advance(engine->getText());
+    const bool isInNextRow = position.row > 0 && position.column == 0;
+    output += isInNextRow ? "\r" : "\r\n";
+}
+
+void KIT_LineEditor::flush() {
+    std::string drawing = engine->takeOutput();
+    places.translate(drawing);
+    output += drawing;
+    OSLwriteAll(STDOUT_FILENO, output.data(), output.size());
+    output.clear();
+}
+
+void KIT_LineEditor::refreshPrompt() {
+    const char *const text = promptCallback();
+    std::string shown = text ? text : "";
+    if (!shown.empty() && shown.find('\x1b') == shown.npos && OSL_Terminal::hasColour())
+        shown = "\x1b[1;32m" + shown + "\x1b[0m";
+    prompt = markEscapes(shown, places);
+    engine->setPrompt(prompt);
+}
+
+std::string KIT_LineEditor::getTextBeforeCursor() const {
+    return places.decode(engine->getText().substr(0, engine->getCursor()));
+}
+
+void KIT_LineEditor::setLine(std::string_view text) {
+    setLine(text, text.size());
+}
+
+/// The cursor is given in bytes of the text.
+void KIT_LineEditor::setLine(std::string_view text, std::size_t cursor) {
+    engine->replace(0, engine->getText().size(), places.encode(text),
+                    places.encode(text.substr(0, cursor)).size());
+}

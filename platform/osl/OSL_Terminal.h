@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <termios.h>
+
+/// The terminal that standard input and standard output are, and its mode. In the mode for editing each key arrives as it
+/// is typed and none is shown; the keys for signals go on sending them.
+class OSL_Terminal {
+public:
+    /// Whether there is a terminal on both, of a kind that understands control sequences, and the process has it.
+    static bool canEdit();
+    /// Whether colours are welcome on it: $NO_COLOR is not set.
+    static bool hasColour();
+    /// 80 and 24 when it does not tell.
+    static void getSize(int &columnCount, int &rowCount);
+
+    /// Has the terminal's mode the same behind it as before.
+    class ModeKeeper {
+    public:
+        ModeKeeper();
+        ~ModeKeeper();
+        ModeKeeper(const ModeKeeper &) = delete;
+        ModeKeeper &operator=(const ModeKeeper &) = delete;
+
+    private:
+        termios mode;
+        const bool isKnown;
+    };
+
+    /// The mode before the first call is the one to come back to, which the end of the process does too. False when the
+    /// terminal cannot be had, in the background for instance.
+    static bool enterEditMode();
+    static void leaveEditMode();
+
+    // For signal handlers, too.
+
+    /// Puts the mode of before back for somebody else, until enterEditMode or retake.
+    static void release();
+    /// Sets the mode for editing again, unless it was left, and has takeStale give true: to be called when the process
+    /// goes on after a stop.
+    static void retake();
+    /// Has takeResized give true.
+    static void noteResize();
+
+    /// Whether what is on the terminal is unknown; asked once.
+    static bool takeStale();
+    static bool takeResized();
+};
