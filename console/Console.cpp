@@ -13,6 +13,7 @@
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/port/CMD_EvtMonitoringReader.h>
 
+#include "Completion.h"
 #include "ConsoleSignals.h"
 
 namespace {
@@ -48,7 +49,7 @@ void buildScriptLine(char **words, KIT_WorkBuffer &line) {
 
 Console::Console(const ConsoleOptions &options)
     : options(options), onTerminal(isatty(STDIN_FILENO)), manager(options.managerName, 1),
-      reader(nullptr, nullptr) {
+      reader(makePrompt, complete) {
     for (const ConsoleOptions::PythonCommand &command : options.pythonCommands)
         manager.installCommand(command.name, command.options, CMDpythonCommandCallback, false);
     manager.setSafeMode(options.safeMode);
@@ -56,6 +57,8 @@ Console::Console(const ConsoleOptions &options)
 
 int Console::run() {
     ConsoleSignals::install();
+    if (onTerminal)
+        ConsoleSignals::installForEditing();
     CMD_EvtMonitoringReader::inst();   // before anything runs: ports are served from now on
     bool opened = true;
     if (options.action == ConsoleOptions::Action::Script)
@@ -74,8 +77,16 @@ int Console::run() {
 }
 
 void Console::runLines() {
-    while (readLine())
+    if (reader.isEditing())
+        recall.seed(reader);
+    for (;;) {
+        const bool isAnswer = manager.getPendingInput() == CMD_Manager::Pending::Read;
+        if (!readLine())
+            break;
+        if (reader.isEditing() && !isAnswer)
+            recall.add(reader, line.view());
         manager.sendInput(line.c_str(), false);
+    }
     if (onTerminal)
         std::cout << std::endl;   // what comes next, the shell's prompt mostly, begins on a line of its own
 }
@@ -119,11 +130,14 @@ bool Console::readLine() {
             dropTypedLine();
         if (ConsoleSignals::pending())
             return false;
-        manager.doPrompt();
+        if (!reader.isEditing())
+            manager.doPrompt();
         if (readLineOnce())
             return true;
         if (!ConsoleSignals::pending())
             return false;
+        if (reader.isEditing() && ConsoleSignals::pending() == SIGINT)
+            std::cout << "^C";   // as the terminal shows it otherwise
     }
 }
 
@@ -140,7 +154,20 @@ bool Console::readLineOnce() {
 void Console::dropTypedLine() {
     ConsoleSignals::forget();
     std::cout << std::endl;
+    KIT_CmdLineReader::dropInput();
     manager.abandonInput();
+}
+
+const char *Console::makePrompt() {
+    static KIT_String text;
+    if (CMD_Manager *const manager = CMD_Manager::getContext())
+        manager->getPrompt(text);
+    return text.c_str();
+}
+
+int Console::complete(const char *line, int cursor, KIT_StringArray &candidates) {
+    CMD_Manager *const manager = CMD_Manager::getContext();
+    return manager ? Completion::complete(*manager, line, cursor, candidates) : cursor;
 }
 
 bool Console::reportMissingInput() {

@@ -6,6 +6,7 @@
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 
 #include "ConsoleOptions.h"
+#include "RecallFile.h"
 
 /// One run of the program: a manager, and where its lines come from.
 class Console {
@@ -23,10 +24,13 @@ private:
     bool readLineOnce();
     void dropTypedLine();
     bool reportMissingInput();
+    static const char *makePrompt();
+    static int complete(const char *line, int cursor, KIT_StringArray &candidates);
 
     const ConsoleOptions options;
     const bool onTerminal;
     CMD_Manager manager;
     KIT_CmdLineReader reader;
+    RecallFile recall;
     KIT_WorkBuffer line;   // the latest one read
 };

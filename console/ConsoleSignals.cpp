@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ConsoleSignals.h"
 
+#include <cerrno>
 #include <csignal>
 #include <iterator>
 
 #include <poll.h>
 #include <unistd.h>
 
+#include <orvlang/platform/kit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 
 namespace {
@@ -23,6 +25,8 @@ void takeSignal(int number) {
         return;
     }
     theSignal = number;
+    if (number != SIGINT)
+        KIT_CmdLineReader::releaseTerminal();   // a command that does not listen may leave no time for it later
     KITgetInterrupt()->interrupt();
 }
 
@@ -48,6 +52,31 @@ void takeBrokenPipe(int) {
     std::raise(SIGPIPE);
 }
 
+/// The disposition is the default one by now, as in the next one.
+void quit(int number) {
+    KIT_CmdLineReader::releaseTerminal();
+    std::raise(number);
+}
+
+void stop(int number) {
+    const int before = errno;
+    KIT_CmdLineReader::releaseTerminal();
+    std::raise(number);   // stops here
+    KIT_CmdLineReader::retakeTerminal();
+    take(number, stop, SA_RESETHAND | SA_NODEFER);
+    errno = before;
+}
+
+void goOn(int) {
+    const int before = errno;
+    KIT_CmdLineReader::retakeTerminal();
+    errno = before;
+}
+
+void resize(int) {
+    KIT_CmdLineReader::noteTerminalResize();
+}
+
 }   // namespace
 
 void ConsoleSignals::install() {
@@ -58,6 +87,13 @@ void ConsoleSignals::install() {
         // Without SA_RESTART: a read that waits for a line ends.
         take(number, takeSignal, number == SIGINT ? 0 : SA_RESETHAND);
     take(SIGPIPE, takeBrokenPipe, 0);
+}
+
+void ConsoleSignals::installForEditing() {
+    take(SIGTSTP, stop, SA_RESETHAND | SA_NODEFER);
+    take(SIGQUIT, quit, SA_RESETHAND | SA_NODEFER);
+    take(SIGCONT, goOn, SA_RESTART);
+    take(SIGWINCH, resize, SA_RESTART);
 }
 
 int ConsoleSignals::pending() {

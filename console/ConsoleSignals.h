@@ -8,6 +8,9 @@ public:
     /// Takes over SIGINT, SIGTERM and SIGHUP, unless who started the program had it ignore them. A second SIGTERM or
     /// SIGHUP ends the process at once, in case a command does not listen.
     static void install();
+    /// Takes over those that a terminal with a half-typed line on it has to know of: stopping and going on, a change of
+    /// its size, and SIGQUIT, which ends the program as ever.
+    static void installForEditing();
     /// The latest signal that came since the last forget; 0 for none.
     static int pending();
     static void forget();

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+class CMD_Manager;
+class KIT_StringArray;
+
+/// What a half-typed line of the language could become: command words and aliases, options of the command, names behind
+/// a `$`, and file names, quoted so that the language reads them back as one word.
+class Completion {
+public:
+    /// Appends the candidates for the text before the cursor and gives the place in the line from which on they stand
+    /// for it. Each ends with a blank unless the word may go on.
+    static int complete(CMD_Manager &manager, const char *line, int cursor, KIT_StringArray &candidates);
+};

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "RecallFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+
+namespace {
+
+constexpr size_t theMostLines = 10000;   // what stays when the file has become twice as long
+
+std::string findFolder() {
+    const char *const state = std::getenv("XDG_STATE_HOME");
+    if (state && state[0] == '/')
+        return std::string(state) + "/orvlang";
+    const char *const home = std::getenv("HOME");
+    return home && home[0] == '/' ? std::string(home) + "/.local/state/orvlang" : std::string();
+}
+
+/// An open file with a lock on it. A file that was replaced while the lock was awaited is opened anew.
+class LockedFile {
+public:
+    LockedFile(const std::string &path, int flags, int lock) {
+        for (;;) {
+            descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0600);
+            if (descriptor < 0 || flock(descriptor, lock) != 0 || isStillAt(path))
+                return;
+            close(descriptor);
+        }
+    }
+    ~LockedFile() {
+        if (descriptor >= 0)
+            close(descriptor);
+    }
+    LockedFile(const LockedFile &) = delete;
+    LockedFile &operator=(const LockedFile &) = delete;
+
+    int descriptor;   // negative when it does not open
+
+private:
+    bool isStillAt(const std::string &path) const {
+        struct stat opened, named;
+        return fstat(descriptor, &opened) != 0 || stat(path.c_str(), &named) != 0 ||
+               (opened.st_dev == named.st_dev && opened.st_ino == named.st_ino);
+    }
+};
+
+bool writeAll(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t n = write(descriptor, text.data(), text.size());
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return false;
+        text.remove_prefix(static_cast<size_t>(n));
+    }
+    return true;
+}
+
+std::string readAll(int descriptor) {
+    std::string text;
+    char buffer[16384];
+    for (ssize_t n; (n = read(descriptor, buffer, sizeof buffer)) > 0;)
+        text.append(buffer, static_cast<size_t>(n));
+    return text;
+}
+
+/// The end of a text that has so many lines.
+std::string_view lastLines(std::string_view text, size_t count) {
+    size_t start = text.size();
+    while (count-- > 0 && start > 0) {
+        const size_t newline = text.rfind('\n', start < 2 ? 0 : start - 2);
+        start = start < 2 || newline == text.npos ? 0 : newline + 1;
+    }
+    return text.substr(start);
+}
+
+}   // namespace
+
+RecallFile::RecallFile() {
+    const std::string folder = findFolder();
+    if (folder.empty())
+        return;
+    std::error_code failed;
+    if (std::filesystem::create_directories(folder, failed))
+        std::filesystem::permissions(folder, std::filesystem::perms::owner_all, failed);
+    path = folder + "/history";
+}
+
+void RecallFile::seed(KIT_CmdLineReader &reader) {
+    if (path.empty())
+        return;
+    const LockedFile file(path, O_RDONLY, LOCK_EX);
+    if (file.descriptor < 0)
+        return;
+    const std::string text = readAll(file.descriptor);
+    const std::string_view kept = lastLines(text, theMostLines);
+    if (std::count(text.begin(), text.end(), '\n') > 2 * static_cast<long>(theMostLines))
+        shorten(kept);
+    for (std::string_view rest = kept; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        reader.remember(std::string(line).c_str());
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    }
+}
+
+/// Puts a shorter file in the place of the locked one.
+void RecallFile::shorten(std::string_view kept) const {
+    const std::string shorter = path + ".new";
+    const int descriptor = open(shorter.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (descriptor < 0)
+        return;
+    const bool isWritten = writeAll(descriptor, kept);
+    close(descriptor);
+    if (!isWritten || rename(shorter.c_str(), path.c_str()) != 0)
+        unlink(shorter.c_str());
+}
+
+void RecallFile::add(KIT_CmdLineReader &reader, std::string_view line) {
+    line = line.substr(0, line.find('\n'));
+    if (line.empty() || line[0] == ' ' || line[0] == '\t')
+        return;
+    const std::string text(line);
+    reader.remember(text.c_str());
+    if (path.empty() || text == latest)
+        return;
+    latest = text;
+    const LockedFile file(path, O_WRONLY | O_APPEND | O_CREAT, LOCK_SH);
+    if (file.descriptor >= 0)
+        writeAll(file.descriptor, text + "\n");
+}
