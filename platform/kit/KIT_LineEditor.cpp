@@ -156,12 +156,12 @@ void KIT_LineEditor::show() {
 void KIT_LineEditor::drawAnew() {
     if (!OSL_Terminal::enterEditMode())
         return;
-    isHidden = false;
+    if (!isSearching)
+        refreshPrompt();   // runs what the prompt holds, which may write
     std::cout.flush();
+    isHidden = false;
     OSL_Terminal::getSize(columnCount, rowCount);
     output.append(static_cast<std::size_t>(columnCount), ' ').append("\r\x1b[J");
-    if (!isSearching)
-        refreshPrompt();
     engine->takeOutput();
     engine->resize();
     engine->draw();
