@@ -11,6 +11,7 @@
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
+#include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
@@ -26,8 +27,8 @@ using PortTable = KIT_PtrArray<Listener *>;
 
 PortTable *portTable = nullptr;   // in order of opening; owns the listeners; made on first use, never destroyed
 int autoPort = -1;                // the number of the automatic port
-std::vector<int>
-    theUnwatched;   // applications that outlive their port; the system keeps each until somebody asks
+// Applications that outlive their port; the system keeps each until somebody asks.
+constinit KIT_Immortal<std::vector<int>> theUnwatched{};
 
 PortTable &ports() {
     if (!portTable)
@@ -87,7 +88,7 @@ void portChildExited(VIO_ServerSocketListener &listener, void *data, bool flag) 
 }
 
 void forgetEndedApplications() {
-    std::erase_if(theUnwatched, [](int application) { return !KITisRunning(application, nullptr); });
+    std::erase_if(theUnwatched.object, [](int application) { return !KITisRunning(application, nullptr); });
 }
 
 /// Serves the event loop until the port is closed, the application (none below 0) has ended, or an interrupt comes.
@@ -240,7 +241,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
         waitForPort(serial, application, created, pollFlag);
         const bool isWatched = pid || (created && findOpen(serial));
         if (application >= 0 && !isWatched)
-            theUnwatched.push_back(application);
+            theUnwatched.object.push_back(application);
     }
     return created;
 }

@@ -109,7 +109,7 @@ int PortTest::open(const std::string &options) {
 
 int PortTest::findFreePort() {
     // Below those that the system gives to clients.
-    static int next = 12000 + getpid() % 18000;
+    static int next = 12000 + getpid() * 131 % 18000;
     do
         next = next < 31999 ? next + 1 : 12000;
     while (!isFree(next));

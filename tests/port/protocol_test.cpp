@@ -334,6 +334,8 @@ TEST_F(ProtocolTest, WhatOneClientLeavesIsMetByTheNextLine) {
     EXPECT_EQ(ask(first, "read answer"), "");
     EXPECT_EQ(ask(second, "the answer"), "");
     EXPECT_EQ(ask(first, "echo $answer"), "the answer\n");
+    EXPECT_EQ(ask(first, "read answer"), "");
+    EXPECT_EQ(ask(second, "echo several\necho lines [$answer]"), "several\nlines []\n");
     EXPECT_EQ(ask(first, "for i = 1 to 2"), "");
     EXPECT_EQ(ask(second, "echo $i"), "");
     EXPECT_EQ(ask(first, "end"), "1\n2\n");
