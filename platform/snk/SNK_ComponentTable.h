@@ -45,4 +45,4 @@ using SNK_StartFunction = const SNK_ComponentTable *(const SNK_ComponentHost &ho
 
 /// The name that the component exports it by. The number changes with the tables: a component that was made for
 /// others is refused, not misread.
-#define SNK_START_FUNCTION SNKstartPython2
+#define SNK_START_FUNCTION SNKstartPython3
