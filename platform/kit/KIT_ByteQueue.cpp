@@ -13,15 +13,19 @@ constexpr std::size_t theLargestIdleBlock = 65536;
 }   // namespace
 
 char *KIT_ByteQueue::prepare(std::size_t least) {
-    if (isEmpty()) {
+    if (isEmpty())
         first = last = 0;
-        if (capacity > theLargestIdleBlock && least <= theLargestIdleBlock)
-            moveTo(theSmallestBlock);
-    }
     if (getRoom() < least)
         moveTo(
             std::max({ size() + least, size() <= capacity / 2 ? capacity : 2 * capacity, theSmallestBlock }));
     return bytes.get() + last;
+}
+
+void KIT_ByteQueue::trim() {
+    if (!isEmpty() || capacity <= theLargestIdleBlock)
+        return;
+    bytes.reset();
+    capacity = first = last = 0;
 }
 
 void KIT_ByteQueue::append(std::string_view text) {

@@ -5,8 +5,7 @@
 #include <memory>
 #include <string_view>
 
-/// Bytes that are appended at one end and taken at the other. An empty one keeps some memory for the next ones and
-/// gives a large block back.
+/// Bytes that are appended at one end and taken at the other.
 class KIT_ByteQueue {
 public:
     std::string_view view() const { return { bytes.get() + first, last - first }; }
@@ -22,6 +21,8 @@ public:
     /// Drops the first bytes. Their memory stays as it is until something is appended.
     void take(std::size_t count) { first += count; }
     void clear() { first = last; }
+    /// Gives a large block back when nothing is in it; a small one is kept for the next bytes.
+    void trim();
 
 private:
     void moveTo(std::size_t newCapacity);

@@ -61,8 +61,11 @@ public:
     std::size_t gather(std::size_t most);
     /// What was gathered and not read. Good until the next call of gather.
     std::string_view getGathered() const;
-    /// Takes the first bytes out of the buffer. Where they stand they stay readable until the next call of gather.
+    /// Takes the first bytes out of the buffer. Where they stand they stay readable until the next call of gather or
+    /// trim.
     void takeGathered(std::size_t count);
+    /// Gives back what an empty buffer holds in memory beyond the ordinary.
+    void trim();
     /// Appends to the buffer as if the peer had sent it. Ends the life of what getGathered gave.
     void pretendGathered(std::string_view bytes);
     /// Has `read` give Ended behind what was gathered, whatever the peer still sends.

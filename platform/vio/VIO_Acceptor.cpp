@@ -3,13 +3,26 @@
 
 #include <utility>
 
+#include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/vio/VIO_ServerSocketListener.h>
 
 VIO_Acceptor::VIO_Acceptor(VIO_ServerSocketListener &owner, std::unique_ptr<KIT_NetSocket> taken)
-    : owner(owner), socket(std::move(taken)), id(VIO_SocketSet::inst().add(*this, socket->getDescriptor())) {}
+    : owner(owner), socket(std::move(taken)) {
+    watch();
+}
 
 VIO_Acceptor::~VIO_Acceptor() {
     VIO_SocketSet::inst().remove(id, socket->getDescriptor());
+}
+
+VIO_SocketSet::Id VIO_Acceptor::watch() {
+    if (id == 0)
+        id = VIO_SocketSet::inst().add(*this, socket->getDescriptor());
+    return id;
+}
+
+bool VIO_Acceptor::isReady() const {
+    return OSLsystem().waitReadable(socket->getDescriptor(), 0) > 0;
 }
 
 bool VIO_Acceptor::serve(long long) {

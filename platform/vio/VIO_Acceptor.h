@@ -15,7 +15,9 @@ public:
     ~VIO_Acceptor();
 
     KIT_NetSocket &getSocket() { return *socket; }
-    VIO_SocketSet::Id getId() const { return id; }
+    /// Sees to it that the socket is watched. 0 while the system has no descriptor left for that.
+    VIO_SocketSet::Id watch();
+    bool isReady() const;
 
     bool serve(long long now) override;
     long long getDueTime() const override { return 0; }
@@ -23,5 +25,5 @@ public:
 private:
     VIO_ServerSocketListener &owner;
     const std::unique_ptr<KIT_NetSocket> socket;
-    VIO_SocketSet::Id id;
+    VIO_SocketSet::Id id = 0;
 };

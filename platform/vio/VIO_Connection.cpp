@@ -61,7 +61,13 @@ int VIO_Connection::getDescriptor() const {
 }
 
 bool VIO_Connection::isReady() const {
-    return getDescriptor() >= 0 && OSLsystem().waitReadable(getDescriptor(), 0) > 0;
+    OSL_System &system = OSLsystem();
+    if (delivering)
+        return false;
+    if (dueTime != 0 && dueTime <= system.getMonotonicTime())
+        return true;
+    const int descriptor = socket->getDescriptor();
+    return (awaitingRoom ? system.waitWritable(descriptor, 0) : system.waitReadable(descriptor, 0)) > 0;
 }
 
 bool VIO_Connection::serve(long long now) {
@@ -124,6 +130,7 @@ bool VIO_Connection::deliver(const VIO_Delivery &next) {
 
 /// Sees to it that the reply goes out. False when nothing more can be delivered for now.
 bool VIO_Connection::finishDelivery(bool failed) {
+    socket->trim();
     if (!socket->isUsable()) {
         end();
         return false;
@@ -151,6 +158,7 @@ bool VIO_Connection::sendRest(long long now) {
     }
     if (socket->getQueued() > 0)
         return false;
+    socket->trim();
     awaitRoom(false);
     if (ending)
         closeSlowly();

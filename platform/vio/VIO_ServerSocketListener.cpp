@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/vio/VIO_ServerSocketListener.h>
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
 #include <orvlang/platform/kit/KIT_Process.h>
-#include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/vio/VIO_Acceptor.h>
 #include <orvlang/platform/vio/VIO_ListenerOptions.h>
 
@@ -66,11 +66,12 @@ KIT_NetSocket &VIO_ServerSocketListener::getSocket() {
 }
 
 bool VIO_ServerSocketListener::areEventsWaiting() {
-    return OSLsystem().waitReadable(getFileDescriptor(), 0) > 0;
+    return std::any_of(acceptors.begin(), acceptors.end(),
+                       [](const auto &acceptor) { return acceptor->isReady(); });
 }
 
 int VIO_ServerSocketListener::processEvents() {
-    const VIO_SocketSet::Id id = acceptors.front()->getId();
+    const VIO_SocketSet::Id id = acceptors.front()->watch();
     checkChild();
     // From here on this object may be gone.
     return VIO_SocketSet::inst().turn(id);
@@ -85,7 +86,7 @@ bool VIO_ServerSocketListener::checkChild() {
     if (child.pid == 0 || KITisRunning(child.pid, nullptr))
         return false;
     const Child ended = std::exchange(child, {});
-    const VIO_SocketSet::Id id = acceptors.front()->getId();
+    const VIO_SocketSet::Id id = acceptors.front()->watch();
     if (ended.callback)
         ended.callback(*this, ended.data, !ended.close);
     // The callback may have destroyed this listener.
