@@ -9,11 +9,11 @@
 #include <exception>
 
 #include <orvlang/engine/CMD_Manager.h>
-#include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_UndoManager.h>
 #include <orvlang/platform/snk/SNK_Python.h>
 #include <orvlang/platform/xml/XML_Document.h>
+#include <orvlang/port/CMD_ServedRun.h>
 
 namespace {
 
@@ -162,8 +162,7 @@ void CMD_ConnectedSocketCommandListener::runOrvlangCommand(const char *text, KIT
     {
         const RequestModes modes(manager, restrictToSafeCommands, browserMode);
         const UndoBlock block;
-        // The request may come while a statement waits: what either of them nests is no business of the other.
-        const KIT_Nesting::Scope apart(KIT_Nesting::Scope::Apart);
+        const CMD_ServedRun run;
         manager.execute(text, 0, &output, separateErrors ? &errors : &output, 1, false);
     }
     if (!errors.view().empty())

@@ -5,10 +5,10 @@
 #include <ostream>
 
 #include <orvlang/engine/CMD_Manager.h>
-#include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/osl/OSL_Time.h>
+#include <orvlang/port/CMD_ServedRun.h>
 
 namespace {
 
@@ -64,8 +64,7 @@ void CMD_CronTimer::runJob(size_t place, std::ostream &output) {
     jobs[place]->isRunning = true;
     {
         const KIT_String command = jobs[place]->command;
-        // It runs while something waits: what either of them nests is no business of the other.
-        const KIT_Nesting::Scope apart(KIT_Nesting::Scope::Apart);
+        const CMD_ServedRun run;
         manager->execute(command.c_str(), 0, &output, &output, 1, true);
     }
     CMD_AtJob *const job = jobs[place].get();

@@ -157,6 +157,7 @@ TEST_F(PortsTest, WaitEndsWhenThePortIsClosed) {
     std::thread client([&] {
         while (!PortClient::canConnect(std::stoi(port)))
             std::this_thread::yield();
+        PortClient(std::stoi(port)).askBlocking("while `1+`\nend\n");   // leaves an expression error
         // The number alone would not tell that it is another port by now.
         during =
             PortClient(std::stoi(port)).askBlocking("closeport " + port + "; openport " + port + "; closeport");

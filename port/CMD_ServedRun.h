@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
+
+/// A run of the language while something waits, a statement perhaps: what one of the two nests too deep, and the
+/// expression error that one leaves behind, is no business of the other.
+class CMD_ServedRun {
+public:
+    CMD_ServedRun() = default;
+    ~CMD_ServedRun() { FML::theErrNo = pendingError; }
+    CMD_ServedRun(const CMD_ServedRun &) = delete;
+    CMD_ServedRun &operator=(const CMD_ServedRun &) = delete;
+
+private:
+    const KIT_Nesting::Scope apart{ KIT_Nesting::Scope::Apart };
+    const int pendingError = FML::theErrNo;
+};
