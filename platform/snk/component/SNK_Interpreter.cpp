@@ -42,6 +42,7 @@ PyStatus initialize() {
     config.isolated = 0;
     config.use_environment = 1;
     config.user_site_directory = 1;
+    config.use_hash_seed = -1;   // as PYTHONHASHSEED has it
     // Without a name of its own, another Python that stands first on PATH would lend its modules.
     status = PyConfig_SetBytesString(&config, &config.program_name, ORVLANG_PYTHON_PROGRAM);
     if (!PyStatus_Exception(status))

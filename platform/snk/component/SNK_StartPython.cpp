@@ -72,16 +72,18 @@ SNK_PythonReference makeWords(int argc, char **argv) {
     return words;
 }
 
-/// Undoes what start_script did, or a part of it, and keeps the exception that is set.
+/// Undoes what start_script did, or a part of it, and keeps the exception that is set. What a signal raises meanwhile was
+/// meant for the code that has just ended.
 void endScript(PyObject *script) {
+    constexpr int theTries = 100;
     PyObject *type, *value, *traceback;
     PyErr_Fetch(&type, &value, &traceback);
-    while (!SNK_Interpreter::support("end_script", SNK_PythonReference::share(script))) {
-        if (!PyErr_ExceptionMatches(PyExc_KeyboardInterrupt)) {
+    for (int tries = 1; !SNK_Interpreter::support("end_script", SNK_PythonReference::share(script)); ++tries) {
+        if (tries == theTries) {
             PyErr_WriteUnraisable(nullptr);
             break;
         }
-        PyErr_Clear();   // meant for the code that has just ended
+        PyErr_Clear();
     }
     PyErr_Restore(type, value, traceback);
 }
