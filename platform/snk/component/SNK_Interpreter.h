@@ -22,7 +22,8 @@ public:
     static const SNK_ComponentHost &host();
     /// The namespace of `__main__`, borrowed.
     static PyObject *mainNamespace();
-    /// Calls a function of support.py; takes over its argument, if it has one. Empty, with an exception set, when it fails.
+    /// Calls a function of support.py; takes over its argument, if it has one. Empty, with an exception set, when it
+    /// fails.
     static SNK_PythonReference support(const char *function, SNK_PythonReference argument = {});
 
     /// Flushes sys.stdout and sys.stderr; false, with an exception set, when one of them does not take its text.

@@ -72,8 +72,8 @@ SNK_PythonReference makeWords(int argc, char **argv) {
     return words;
 }
 
-/// Undoes what start_script did, or a part of it, and keeps the exception that is set. What a signal raises meanwhile was
-/// meant for the code that has just ended.
+/// Undoes what start_script did, or a part of it, and keeps the exception that is set. What a signal raises meanwhile
+/// was meant for the code that has just ended.
 void endScript(PyObject *script) {
     constexpr int theTries = 100;
     PyObject *type, *value, *traceback;

@@ -5,7 +5,7 @@ from _collections_abc import MutableMapping
 
 
 class Variables(MutableMapping):
-    """The variables of the language by name; what is set here is global."""
+    """The variables of the language by name."""
 
     def __getitem__(self, name):
         value = get(name)
