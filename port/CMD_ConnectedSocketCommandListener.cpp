@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
+#include <optional>
 
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
@@ -158,15 +159,17 @@ void CMD_ConnectedSocketCommandListener::processXMLNode(const XML_Document &docu
 }
 
 void CMD_ConnectedSocketCommandListener::runOrvlangCommand(const char *text, KIT_WorkBuffer &reply) {
-    KIT_OStrStream output, errors;
+    KIT_OStrStream output;
+    std::optional<KIT_OStrStream> ownErrors;
+    KIT_OStrStream &errors = separateErrors ? ownErrors.emplace() : output;
     {
         const RequestModes modes(manager, restrictToSafeCommands, browserMode);
         const UndoBlock block;
         const CMD_ServedRun run;
-        manager.execute(text, 0, &output, separateErrors ? &errors : &output, 1, false);
+        manager.execute(text, 0, &output, &errors, 1, false);
     }
-    if (!errors.view().empty())
-        output << theErrorMarker << errors.view();
+    if (ownErrors && !ownErrors->view().empty())
+        output << theErrorMarker << ownErrors->view();
     reply.strcpy(output.text());
 }
 
