@@ -7,8 +7,8 @@
 ///
 /// Things run inside things, until the stack or another measure of depth is used up. What is refused for that reason is
 /// counted here, for the thread that it happens on, so that whoever has run something can see that something in it was
-/// refused, and lets nothing more nest. A command that executes itself twice would otherwise come back to the limit from
-/// each of its levels, which takes time by the power of their number.
+/// refused, and lets nothing more nest. A command that executes itself twice would otherwise come back to the limit
+/// from each of its levels, two to the power of their number.
 class KIT_Nesting {
 public:
     /// Whether less than that many bytes of stack are left. If so, what needs them must not run, and a refusal has been

@@ -10,8 +10,8 @@ struct SNK_ComponentTable;
 /// library, when it is first asked for, so that a host without Python pays nothing.
 class SNK_Component {
 public:
-    /// The stack that a call needs, in bytes. Python counts its own depth and stops at a thousand calls, for which its C
-    /// code takes up to two thirds of this. (A sort that sorts in its comparisons takes more, in any Python.)
+    /// The stack that a call needs, in bytes. Python counts its own depth and stops at a thousand calls, for which its
+    /// C code takes up to two thirds of this. (A sort that sorts in its comparisons takes more, in any Python.)
     static constexpr std::size_t theStackReserve = 1024 * 1024;
 
     /// Null when Python cannot run now: `reason`, unless null, is then the text to show.
