@@ -87,8 +87,9 @@ void portChildExited(VIO_ServerSocketListener &listener, void *data, bool flag) 
         ports().remove(open);
 }
 
-void forgetEndedApplications() {
+int startApplication(const char *const *argv, bool spawnFlag) {
     std::erase_if(theUnwatched.object, [](int application) { return !KITisRunning(application, nullptr); });
+    return KITspawnvp(argv, spawnFlag, false);
 }
 
 /// Serves the event loop until the port is closed, the application (none below 0) has ended, or an interrupt comes.
@@ -218,8 +219,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
 
     int application = -1;
     if (argv) {
-        forgetEndedApplications();
-        application = KITspawnvp(argv, spawnFlag, false);
+        application = startApplication(argv, spawnFlag);
         if (application < 0) {
             if (!silent)
                 messages() << "Couldn't execute application: " << (argv[0] ? argv[0] : "") << std::endl
@@ -240,7 +240,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
         const unsigned serial = listener->getSerial();
         waitForPort(serial, application, created, pollFlag);
         const bool isWatched = pid || (created && findOpen(serial));
-        if (application >= 0 && !isWatched)
+        if (application >= 0 && !isWatched && KITisRunning(application, nullptr))
             theUnwatched.object.push_back(application);
     }
     return created;

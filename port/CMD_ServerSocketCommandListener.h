@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <memory>
-
 #include <orvlang/platform/vio/VIO_ServerSocketListener.h>
 
 class CMD_Manager;
