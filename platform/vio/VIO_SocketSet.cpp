@@ -72,15 +72,10 @@ bool VIO_SocketSet::isTurnDue(Id caller, long long now) {
     const auto found = users.find(caller);
     if (found == users.end())
         return false;
-    unsigned &lastTurn = found->second.lastTurn;
-    if (lastTurn == turnCount || now - lastTurnEnd > theSameTurn)
-        ++turnCount;
-    else {
-        lastTurn = turnCount;
-        return false;
-    }
-    lastTurn = turnCount;
-    return true;
+    const bool isDue = found->second.lastTurn == turnCount || now - lastTurnEnd > theSameTurn;
+    turnCount += isDue;
+    found->second.lastTurn = turnCount;
+    return isDue;
 }
 
 void VIO_SocketSet::serveAll(long long now) {
