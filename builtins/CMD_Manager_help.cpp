@@ -12,6 +12,7 @@
 #include <orvlang/engine/CMD_CommandList.h>
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
+#include <orvlang/platform/osl/OSL_System.h>
 
 namespace {
 
@@ -21,10 +22,16 @@ bool isHidden(std::string_view name) {
     return name == "XYZZY" || name == "coredump";
 }
 
+/// A pipe or device of that name, say in a foreign $JOB, is left out: it could be without an end.
 KIT_StringArray findHelpFiles(const char *filename) {
-    KIT_StringArray paths;
-    KIT_PathSearch::getInstance(0)->findAllFiles(filename, paths);
-    return paths;
+    KIT_StringArray found;
+    KIT_PathSearch::getInstance(0)->findAllFiles(filename, found);
+    KIT_StringArray files;
+    OSL_FileStatus status;
+    for (const char *path : found)
+        if (OSLsystem().getStatus(path, status) && status.isRegular)
+            files.append(path);
+    return files;
 }
 
 }   // namespace

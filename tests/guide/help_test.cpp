@@ -238,6 +238,19 @@ TEST_F(HelpTexts, AreShownForWrongUses) {
     }
 }
 
+// One without an end, which anybody can put into the folder of a job, must not hold the program up.
+TEST_F(HelpTexts, ComeFromPlainFilesOnly) {
+    for (const char *file : { "mkfifo", "ln -s /dev/zero", "mkdir" }) {
+        const TemporaryFolder folder;
+        const std::string make = "mkdir help; " + std::string(file) + " help/command.help";
+        const Program program = { { ORVLANG_PROGRAM, "-c", "unix '" + make + "'; help upwd; help -k jobs" },
+                                  folder.path(),
+                                  "",
+                                  { "JOB=" + folder.path() } };
+        EXPECT_EQ(program.run().out, "upwd\n" + join(entries().at("upwd")) + help("help -k jobs")) << file;
+    }
+}
+
 // 43 names, since coredump is left out: six columns of which the first has one name more.
 TEST_F(HelpTexts, ListTheCommandsInColumns) {
     EXPECT_EQ(help("help"), "alias        echo         for          memory       read         uls          \n"
