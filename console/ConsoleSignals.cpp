@@ -45,11 +45,13 @@ void take(int number, void (*handler)(int), int flags) {
 /// The program ends when nobody reads its own output any more. Any other pipe or socket is for those to look after who
 /// write to it: Python code, which expects to get an error.
 void takeBrokenPipe(int) {
+    const int before = errno;
     pollfd outputs[] = { { STDOUT_FILENO, 0, 0 }, { STDERR_FILENO, 0, 0 } };
-    if (poll(outputs, std::size(outputs), 0) <= 0)
-        return;
-    std::signal(SIGPIPE, SIG_DFL);
-    std::raise(SIGPIPE);
+    if (poll(outputs, std::size(outputs), 0) > 0) {
+        std::signal(SIGPIPE, SIG_DFL);
+        std::raise(SIGPIPE);
+    }
+    errno = before;
 }
 
 /// The disposition is the default one by now, as in the next one.
