@@ -73,6 +73,6 @@ private:
     size_t scanned = 0;   // no head ends before here
     size_t seen = 0;      // length of what was gathered at the last call
     long long lastProgress = 0;
-    std::string_view
-        late;   // was put behind the latest delivery in the peer's place, and may still come from there
+    // Was put behind the latest delivery in the peer's place, and may still come from there.
+    std::string_view late;
 };
