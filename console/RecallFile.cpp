@@ -86,14 +86,12 @@ std::string_view lastLines(std::string_view text, size_t count) {
 
 }   // namespace
 
-RecallFile::RecallFile() {
-    const std::string folder = findFolder();
-    if (folder.empty())
-        return;
+RecallFile::RecallFile() : folder(findFolder()), path(folder.empty() ? folder : folder + "/history") {}
+
+void RecallFile::makeFolder() const {
     std::error_code failed;
     if (std::filesystem::create_directories(folder, failed))
         std::filesystem::permissions(folder, std::filesystem::perms::owner_all, failed);
-    path = folder + "/history";
 }
 
 void RecallFile::seed(KIT_CmdLineReader &reader) {
@@ -133,6 +131,8 @@ void RecallFile::add(KIT_CmdLineReader &reader, std::string_view line) {
     reader.remember(text.c_str());
     if (path.empty() || text == latest)
         return;
+    if (latest.empty())
+        makeFolder();
     latest = text;
     const LockedFile file(path, O_WRONLY | O_APPEND | O_CREAT, LOCK_SH);
     if (file.descriptor >= 0)

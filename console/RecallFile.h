@@ -19,8 +19,10 @@ public:
     void add(KIT_CmdLineReader &reader, std::string_view line);
 
 private:
+    void makeFolder() const;
     void shorten(std::string_view kept) const;
 
-    std::string path;     // empty when there is no place for it
-    std::string latest;   // line of this run
+    const std::string folder;   // empty when there is no place for it
+    const std::string path;     // as empty
+    std::string latest;         // line of this run
 };
