@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <utility>
 
@@ -15,6 +16,12 @@ namespace {
 KIT_Immortal<KIT_Performance> thePerformance;
 
 void showAtExit(void *) {
+    thePerformance.object.showTable();
+}
+
+/// For a program that ends without KIT_Exit. Its windows can be gone by then.
+void showAtReturn() {
+    thePerformance.object.setWindow(nullptr, nullptr);
     thePerformance.object.showTable();
 }
 
@@ -51,6 +58,7 @@ void KIT_Performance::logEnable(int on) {
     }
     flags |= flagEnabled;
     KIT_Exit::addExitCallback(showAtExit, nullptr);
+    [[maybe_unused]] static const int isRegistered = std::atexit(showAtReturn);
 }
 
 void KIT_Performance::setWindow(ShowFunction function, void *functionData) {

@@ -37,7 +37,8 @@ public:
     void begin();
     void end(std::string_view name, std::string_view file, int line);
 
-    /// Has a host show the table in a window of its own; otherwise, and with null, it goes to standard error.
+    /// Has a host show the table in a window of its own; otherwise, and with null, it goes to standard error. So it does
+    /// at the end of a process that does not end through KIT_Exit.
     using ShowFunction = void (*)(const char *table, void *data);
     void setWindow(ShowFunction function, void *functionData);
     /// Shows the table, unless it is empty, and begins a new one.

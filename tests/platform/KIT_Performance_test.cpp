@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cstdlib>
+#include <iostream>
 #include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include <orvlang/platform/kit/KIT_ArenaInfo.h>
+#include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Performance.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
@@ -96,6 +99,21 @@ TEST_F(PerformanceTest, TellsEachPieceAsItEnds) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "a.cmd (2): inner 0.004000 s, own 0.004000 s\n"
                                                       "a.cmd (1): outer 0.008000 s, own 0.003000 s\n"
                                                       "long 0.001000 s, own 0.001000 s\n");
+}
+
+TEST(Performance, ShowsWhatIsLeftWhenTheProcessEnds) {
+    const auto work = [](void (*leave)(int)) {
+        KIT_Performance &log = *KITgetPerformance();
+        log.setWindow([](const char *, void *) { std::cerr << "in the window"; }, nullptr);
+        log.logType(KIT_Performance::logWindow);
+        log.logEnable(1);
+        log.begin();
+        log.end("work", "", 0);
+        leave(0);
+    };
+    EXPECT_EXIT(work(KIT_Exit::exit), testing::ExitedWithCode(0), "^in the window$");
+    EXPECT_EXIT(work(std::exit), testing::ExitedWithCode(0), "  command\n.*  work\n$")
+        << "the window is gone by then";
 }
 
 TEST(ArenaInfo, TellsWhatIsInMemory) {
