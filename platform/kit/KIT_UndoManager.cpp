@@ -36,10 +36,11 @@ void KIT_UndoManager::addStep(const char *name, std::unique_ptr<KIT_UndoStep> st
     if (!step || !isRecording())
         return;
     // At least what the list needs, so that steps that claim nothing do not pile up without end.
-    const std::int64_t size = std::max<std::int64_t>(step->getMemoryUsage(), sizeof(step));
+    std::int64_t size = std::max<std::int64_t>(step->getMemoryUsage(), sizeof(step));
     drop(undone);
     if (tooLarge)
         return;
+    size = std::min(size, std::numeric_limits<std::int64_t>::max() - usage);
     current.steps.push_back(std::move(step));
     current.size += size;
     usage += size;

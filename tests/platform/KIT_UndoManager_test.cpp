@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -150,6 +151,8 @@ TEST_F(UndoTest, DropsTheOldestAboveTheLimit) {
     EXPECT_EQ(manager.getMemoryUsage(), 0);
     add("claims nothing", 0);
     EXPECT_GT(manager.getMemoryUsage(), 0);
+    add("claims everything", std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(manager.getMemoryUsage(), 0);
 }
 
 TEST_F(UndoTest, ABlockThatDoesNotFitGoesAsAWhole) {
