@@ -40,7 +40,6 @@ TEST_F(Completion, Table) {
         { "frames", "frames", "" },
         { "fro", "fro", "frost frobnicate " },
         { "fr", "fr", "frost frame frobnicate " },
-        { "fr", "fr", "frost frame frobnicate " },
         { "z", "z", "zebra zoom zoomin " },
         { "zo", "zoom", "zoom zoomin " },
         { "zoomi", "zoomin ", "zoomin " },
