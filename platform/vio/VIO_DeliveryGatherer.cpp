@@ -56,9 +56,12 @@ VIO_DeliveryGatherer::Form VIO_DeliveryGatherer::classify(std::string_view text)
         return Form::Xml;
     if (theXmlStart.starts_with(text))
         return Form::MaybeXml;
-    const VIO_HttpLine line = VIOfindHttpLine(text);
-    if (line == VIO_HttpLine::Maybe)
+    const VIO_HttpLine line = VIOfindHttpLine(text, scanned);
+    if (line == VIO_HttpLine::Maybe) {
+        scanned = text.size();
         return Form::MaybeHttp;
+    }
+    scanned = 0;
     return line == VIO_HttpLine::Yes ? Form::OtherHttp : Form::Text;
 }
 

@@ -55,7 +55,7 @@ private:
     };
 
     void beginNext();
-    static Form classify(std::string_view text);
+    Form classify(std::string_view text);
     VIO_Delivery decideForm(const Look &look);
     VIO_Delivery decideText(const Look &look, long long neededSilence) const;
     VIO_Delivery decideHttp(const Look &look);
@@ -70,7 +70,7 @@ private:
     const VIO_ListenerOptions &options;
     std::optional<Form> form;   // of the delivery that is being gathered
     std::optional<Frame> frame;
-    size_t scanned = 0;   // no head ends before here
+    size_t scanned = 0;   // no head, or as long as that is sought no line, ends before here
     size_t seen = 0;      // length of what was gathered at the last call
     long long lastProgress = 0;
     // Was put behind the latest delivery in the peer's place, and may still come from there.

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view theBlanks = " \t\r";
 constexpr std::string_view theVersion = " HTTP/";   // behind the target
-constexpr size_t theLongestLine = 16384;
+constexpr size_t theTellingStart = 4096;            // of a line without an end; the rest of it is not looked at
 
 char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -115,12 +115,11 @@ void VIO_HttpHead::takeLine(std::string_view line) {
         namesOtherHost |= !isLoopback(trim(value));
 }
 
-VIO_HttpLine VIOfindHttpLine(std::string_view text) {
-    const std::string_view start = text.substr(0, theLongestLine);
-    const size_t end = start.find('\n');
-    if (end == start.npos)
-        return start.size() < theLongestLine ? findPartOfLine(start) : VIO_HttpLine::No;
-    const std::string_view line = start.substr(0, end);
+VIO_HttpLine VIOfindHttpLine(std::string_view text, size_t scanned) {
+    const size_t end = text.find('\n', scanned);
+    if (end == text.npos)
+        return findPartOfLine(text.substr(0, theTellingStart));
+    const std::string_view line = text.substr(0, end);
     const size_t method = skip(line, 0, isLetter);
     const size_t target = skip(line, method + 1, isOfTarget);
     const bool found = method > 0 && line.substr(method).starts_with(' ') && target > method + 1 &&

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -26,5 +27,5 @@ private:
 enum class VIO_HttpLine { No, Maybe, Yes };
 
 /// Maybe: the text has no newline yet, and what there is can be the start of a request line with a method in capital
-/// letters.
-VIO_HttpLine VIOfindHttpLine(std::string_view text);
+/// letters. The first `scanned` bytes are known to hold no newline.
+VIO_HttpLine VIOfindHttpLine(std::string_view text, size_t scanned);

@@ -175,6 +175,10 @@ TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
           { { 0, "PUT / HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n" } },
           "0:refuse" },
         { "the start of a request line", { { 0, "GET /x" }, { 99, " HT" } }, "199:deliver(9+0)" },
+        { "a long one",
+          { { 0, "GET /" + line + line + line + line + line }, { 99, " HTTP/1.1\r\nOrigin: x\r\n\r\n" } },
+          "99:refuse" },
+        { "long text that is none", { { 0, "ECHO " + line + line }, { 7, " x\n" } }, "8:deliver(8198+0)" },
         { "a word in capitals may be one", { { 0, "QUIT" } }, "100:deliver(4+0)" },
         { "it is not", { { 0, "QUIT\n" } }, "0:deliver(5+0)" },
 
