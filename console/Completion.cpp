@@ -2,6 +2,8 @@
 #include "Completion.h"
 
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -30,25 +32,28 @@ void addCommands(const CMD_Manager &manager, const std::string &prefix, Names &n
         names.insert(std::string(name) + " ");
 }
 
+bool isFolder(const std::string &path) {
+    std::error_code unknown;
+    return std::filesystem::is_directory(path, unknown);
+}
+
+/// Behind the name of a folder the path may go on.
 void addVariables(const CMD_Manager &manager, const CompletionWord &typed, std::string_view prefix,
                   Names &names) {
-    const auto add = [&](std::string_view name) {
+    const auto add = [&](const std::string &name) {
         if (!name.starts_with(prefix))
             return;
-        std::string text = typed.hasBrace ? "${" : "$";
-        text += name;
-        if (typed.hasBrace)
-            text += '}';
-        names.insert(typed.quote ? text : text + " ");
+        KIT_String value;
+        manager.getEnv(name.c_str(), value);
+        const std::string text = typed.hasBrace ? "${" + name + "}" : "$" + name;
+        names.insert(text + (isFolder(value.c_str()) ? "/" : typed.quote ? "" : " "));
     };
     KIT_StringArray found;
     manager.getVariableNames(found, 0);
     for (const char *name : found)
         add(name);
-    for (char **entry = environ; *entry; ++entry) {
-        const std::string_view text = *entry;
-        add(text.substr(0, text.find('=')));
-    }
+    for (char **entry = environ; *entry; ++entry)
+        add(std::string(*entry, std::strcspn(*entry, "=")));
 }
 
 /// Each letter of the command's option string that no value is told of by.
@@ -114,9 +119,9 @@ void addFiles(const CompletionWord &typed, Names &names) {
     const bool areBare =
         typed.partQuote == '\0' &&
         std::all_of(found.begin(), found.end(), [](const auto &file) { return isBare(file.first); });
-    for (const auto &[name, isFolder] : found) {
-        const std::string text = areBare ? name : quoted(name, typed.partQuote, isFolder);
-        names.insert(text + (isFolder ? "/" : " "));
+    for (const auto &[name, goesOn] : found) {
+        const std::string text = areBare ? name : quoted(name, typed.partQuote, goesOn);
+        names.insert(text + (goesOn ? "/" : " "));
     }
 }
 

@@ -40,6 +40,8 @@ public:
     /// Draws prompt and line, with the terminal's cursor in the first column of an empty row.
     virtual void draw() = 0;
     virtual void run(EDL_Command command) = 0;
+    /// Puts one character in at the cursor. As replace does, with less to write.
+    virtual void type(wchar_t place) = 0;
     /// Puts other text in the place of what lies between two places, and the cursor at a third one.
     virtual void replace(std::size_t from, std::size_t to, std::wstring_view text, std::size_t cursor) = 0;
     /// Reads the size of the terminal again; draw has to follow.
@@ -54,7 +56,7 @@ public:
 /// Makes a line for the terminal on standard input, which is in its mode for editing. Null when libedit cannot work there.
 using EDL_MakeFunction = EDL_Line *();
 /// The name that the component exports it by. The number changes with what stands above.
-#define EDL_MAKE_FUNCTION EDLmakeLine1
+#define EDL_MAKE_FUNCTION EDLmakeLine2
 
 /// As EDL_MakeFunction; null also when the component is missing.
 std::unique_ptr<EDL_Line> EDLmakeLine();

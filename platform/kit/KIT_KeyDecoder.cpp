@@ -54,7 +54,7 @@ bool isWhole(std::string_view sequence) {
     if (sequence.empty())
         return false;
     if (sequence[0] == '[')
-        return sequence.size() > 1 && sequence.back() >= '@' && sequence.back() <= '~';
+        return sequence.size() > 1 && (sequence.back() < ' ' || sequence.back() > '?');
     return sequence[0] != 'O' || sequence.size() > 1;
 }
 
@@ -68,8 +68,6 @@ bool KIT_KeyDecoder::take(char byte) {
     held += byte;
     if (isPasting)
         return takePasted();
-    if (held[0] == theEscape)
-        return takeEscaped();
     return takeCharacter();
 }
 
@@ -81,6 +79,8 @@ bool KIT_KeyDecoder::complete(KIT_Key found) {
 
 bool KIT_KeyDecoder::takeCharacter() {
     const unsigned char first = static_cast<unsigned char>(held[0]);
+    if (held[0] == theEscape)
+        return takeEscaped();
     if (held[0] == theLiteralKey) {
         isLiteral = true;
         held.clear();
@@ -88,10 +88,14 @@ bool KIT_KeyDecoder::takeCharacter() {
     }
     if (first < ' ' || first == 0x7F)
         return complete(findKey(theControlKeys, held));
+    if (held.size() > 1 && KITcharacterLength(held.back()) != 0) {   // that was no character; another key begins
+        held.erase(0, held.size() - 1);
+        return takeCharacter();
+    }
     const std::size_t length = KITcharacterLength(held[0]);
-    if (held.size() < length && (held.size() == 1 || KITcharacterLength(held.back()) == 0))
+    if (held.size() < length)
         return false;
-    if (length == 0 || KITfirstCharacter(held).length != held.size())
+    if (KITfirstCharacter(held).length != held.size())
         return complete(KIT_Key::Unknown);
     text = held;
     return complete(KIT_Key::Text);

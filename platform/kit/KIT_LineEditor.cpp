@@ -196,7 +196,7 @@ void KIT_LineEditor::leaveRow() {
     position.advance(prompt);
     position.advance(engine->getText());
     const bool isInNextRow = position.row > 0 && position.column == 0;
-    output += isInNextRow ? "\r" : "\r\n";
+    output += isInNextRow ? "\r" : "\n";
 }
 
 void KIT_LineEditor::flush() {

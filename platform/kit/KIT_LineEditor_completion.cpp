@@ -72,10 +72,10 @@ void KIT_LineEditor::listCandidates(const KIT_StringArray &candidates) {
     for (int i = 0; i < count; ++i) {
         const bool isLast = (i + 1) % perRow == 0 || i + 1 == count;
         output += shown(i);
-        output += isLast ? "\r\n" : std::string(static_cast<std::size_t>(width - columnsOf(shown(i))), ' ');
+        output += isLast ? "\n" : std::string(static_cast<std::size_t>(width - columnsOf(shown(i))), ' ');
     }
     if (count < candidates.entries())
-        output += "... and " + std::to_string(candidates.entries() - count) + " more\r\n";
+        output += "... and " + std::to_string(candidates.entries() - count) + " more\n";
     engine->draw();
     flush();
     setLine(text, cursor);

@@ -3,6 +3,7 @@
 #include <orvlang/platform/kit/KIT_LineEditor.h>
 
 #include <algorithm>
+#include <utility>
 
 #include <orvlang/platform/kit/KIT_StandardInput.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
@@ -113,7 +114,7 @@ void KIT_LineEditor::typeText() {
     const std::size_t cursor = engine->getCursor();
     const bool isMark = cursor > 0 && KITcolumnsOf(KITfirstCharacter(text).code) == 0;
     if (!isMark)
-        return insert(places.encode(text));
+        return engine->type(places.encode(text)[0]);
     const std::wstring whole = places.encode(places.decode(engine->getText().substr(cursor - 1, 1)) + text);
     engine->replace(cursor - 1, cursor, whole, cursor - 1 + whole.size());
 }
@@ -148,12 +149,13 @@ void KIT_LineEditor::takeConfirmedLine() {
     enter();
 }
 
-/// Beyond both ends nothing happens.
+/// Beyond both ends nothing happens. A past line that was changed becomes the line that is being typed.
 void KIT_LineEditor::recallAt(std::size_t place) {
     if (place > recall.size() || place == recallPlace)
         return;
-    if (recallPlace == recall.size())
-        typed = getText();
+    std::string text = getText();
+    if (recallPlace == recall.size() || text != recall[recallPlace])
+        typed = std::move(text);
     recallPlace = place;
     setLine(place == recall.size() ? typed : recall[place]);
 }
@@ -162,8 +164,9 @@ void KIT_LineEditor::recallAlike(KIT_Key key) {
     if (lastKey != KIT_Key::OlderAlike && lastKey != KIT_Key::NewerAlike)
         alikeStart = getTextBeforeCursor();
     const bool isOlder = key == KIT_Key::OlderAlike;
-    const std::size_t place = isOlder ? recall.findOlderAlike(alikeStart, recallPlace)
-                                      : recall.findNewerAlike(alikeStart, recallPlace);
+    const std::string shown = getText();
+    const std::size_t place = isOlder ? recall.findOlderAlike(alikeStart, shown, recallPlace)
+                                      : recall.findNewerAlike(alikeStart, shown, recallPlace);
     if (place != KIT_Recall::None)
         recallAt(place);
     else if (!isOlder)

@@ -35,13 +35,12 @@ std::size_t KIT_Recall::newer(std::size_t from, Matches matches) const {
     return None;
 }
 
-std::size_t KIT_Recall::findOlderAlike(std::string_view start, std::size_t from) const {
-    return older(from, [start](const std::string &line) { return line.starts_with(start) && line != start; });
+std::size_t KIT_Recall::findOlderAlike(std::string_view start, std::string_view shown, std::size_t from) const {
+    return older(from, [=](const std::string &line) { return line.starts_with(start) && line != shown; });
 }
 
-std::size_t KIT_Recall::findNewerAlike(std::string_view start, std::size_t from) const {
-    return newer(from + 1,
-                 [start](const std::string &line) { return line.starts_with(start) && line != start; });
+std::size_t KIT_Recall::findNewerAlike(std::string_view start, std::string_view shown, std::size_t from) const {
+    return newer(from + 1, [=](const std::string &line) { return line.starts_with(start) && line != shown; });
 }
 
 std::size_t KIT_Recall::searchOlder(std::string_view part, std::size_t from) const {

@@ -16,10 +16,10 @@ public:
     std::size_t size() const { return lines.size(); }
     const std::string &operator[](std::size_t i) const { return lines[i]; }
 
-    /// The nearest line before `from`, or behind it, that begins with the text and is not just that; None if there is
-    /// none.
-    std::size_t findOlderAlike(std::string_view start, std::size_t from) const;
-    std::size_t findNewerAlike(std::string_view start, std::size_t from) const;
+    /// The nearest line before `from`, or behind it, that begins with the text and is not the one that is shown; None if
+    /// there is none.
+    std::size_t findOlderAlike(std::string_view start, std::string_view shown, std::size_t from) const;
+    std::size_t findNewerAlike(std::string_view start, std::string_view shown, std::size_t from) const;
     /// The nearest line from `from` on, towards the oldest or the newest, that holds the text.
     std::size_t searchOlder(std::string_view part, std::size_t from) const;
     std::size_t searchNewer(std::string_view part, std::size_t from) const;

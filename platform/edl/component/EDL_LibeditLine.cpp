@@ -43,6 +43,7 @@ public:
     void setPrompt(std::wstring_view text) override { prompt = text; }
     void draw() override;
     void run(EDL_Command command) override { press(keyOf(command)); }
+    void type(wchar_t place) override;
     void replace(std::size_t from, std::size_t to, std::wstring_view text, std::size_t cursor) override;
     void resize() override;
     std::wstring_view getText() const override;
@@ -134,6 +135,16 @@ wchar_t *LibeditLine::givePrompt(EditLine *editor) {
 unsigned char LibeditLine::apply(EditLine *editor, wint_t) {
     of(editor).pending();
     return CC_REFRESH;
+}
+
+/// As a key it would stand for a command if it were a control character or one of Latin-1, which libedit takes for keys
+/// that are pressed together with the meta key.
+void LibeditLine::type(wchar_t place) {
+    const bool isPlainKey = (place >= L' ' && place <= L'~') || place > L'\xFF';
+    if (isPlainKey)
+        press(place);
+    else
+        replace(getCursor(), getCursor(), { &place, 1 }, getCursor() + 1);
 }
 
 void LibeditLine::replace(std::size_t from, std::size_t to, std::wstring_view text, std::size_t cursor) {
