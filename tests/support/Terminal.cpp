@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Terminal.h"
 
+#include <algorithm>
 #include <csignal>
 #include <stdexcept>
 
 #include <poll.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -21,7 +24,8 @@ Terminal::Terminal(const Program &program) {
     std::vector<std::string> texts;
     const std::vector<char *> names = program.environmentTable(texts);
     const std::vector<char *> arguments = program.argumentTable();
-    child = forkpty(&descriptor, nullptr, nullptr, nullptr);
+    const winsize size = { 24, 80, 0, 0 };
+    child = forkpty(&descriptor, nullptr, nullptr, &size);
     if (child < 0)
         throw std::runtime_error("no terminal");
     if (child == 0) {
@@ -56,6 +60,33 @@ std::string Terminal::waitFor(const std::string &text) {
     return before;
 }
 
+void Terminal::waitForRows(const std::string &expected) {
+    const int count = static_cast<int>(std::count(expected.begin(), expected.end(), '\n')) + 1;
+    while (screen.lastRows(count) != expected) {
+        if (readMore())
+            continue;
+        ADD_FAILURE() << "waited for:\n" << expected << "\nbut there is:\n" << screen.lastRows(count + 5);
+        return;
+    }
+    shown.clear();
+}
+
+void Terminal::resize(int columnCount, int rowCount) {
+    screen.resize(columnCount, rowCount);
+    const winsize size = { static_cast<unsigned short>(rowCount), static_cast<unsigned short>(columnCount), 0,
+                           0 };
+    ASSERT_EQ(ioctl(descriptor, TIOCSWINSZ, &size), 0);
+}
+
+void Terminal::sendSignal(int number) const {
+    kill(child, number);
+}
+
+bool Terminal::echoes() const {
+    termios mode;
+    return tcgetattr(descriptor, &mode) == 0 && (mode.c_lflag & ECHO);
+}
+
 std::string Terminal::waitForEnd(int &status) {
     while (readMore()) {
     }
@@ -76,5 +107,6 @@ bool Terminal::readMore() {
     if (length <= 0)
         return false;
     shown.append(buffer, size_t(length));
+    screen.write({ buffer, size_t(length) });
     return true;
 }

@@ -6,6 +6,7 @@
 #include <sys/types.h>
 
 #include "Program.h"
+#include "Screen.h"
 
 /// A program on a terminal of its own. What it shows, the echo of what is typed included, is waited for by its text, so
 /// that a test never depends on how fast anything is.
@@ -20,6 +21,12 @@ public:
     /// Waits for the text behind everything that was waited for so far; gives what stood before it. Fails the test
     /// when it does not come within half a minute or the program ends.
     std::string waitFor(const std::string &text);
+    /// Waits until the last rows on the screen are these, as Screen::lastRows gives them. Fails as waitFor does.
+    void waitForRows(const std::string &expected);
+    void resize(int columnCount, int rowCount);
+    void sendSignal(int number) const;
+    /// Whether the terminal itself shows what is typed, as it does when nobody has changed its mode.
+    bool echoes() const;
     /// Waits for the end; gives what was still shown and sets the status as Outcome has it.
     std::string waitForEnd(int &status);
 
@@ -29,4 +36,5 @@ private:
     int descriptor = -1;
     pid_t child = -1;
     std::string shown;   // not waited for yet
+    Screen screen{ 80, 24 };
 };
