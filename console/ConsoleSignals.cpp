@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int theNumbers[] = { SIGINT, SIGTERM, SIGHUP };
+constexpr int theInterruptAlone[] = { SIGINT, 0 };
 
 volatile std::sig_atomic_t theSignal = 0;
 pid_t theProcess = 0;
@@ -25,8 +26,10 @@ void takeSignal(int number) {
         return;
     }
     theSignal = number;
+    const int before = errno;
     if (number != SIGINT)
         KIT_CmdLineReader::releaseTerminal();   // a command that does not listen may leave no time for it later
+    errno = before;
     KITgetInterrupt()->interrupt();
 }
 
@@ -96,6 +99,20 @@ void ConsoleSignals::installForEditing() {
     take(SIGQUIT, quit, SA_RESETHAND | SA_NODEFER);
     take(SIGCONT, goOn, SA_RESTART);
     take(SIGWINCH, resize, SA_RESTART);
+}
+
+void ConsoleSignals::installForEnding() {
+    installForEditing();
+    take(SIGTERM, quit, SA_RESETHAND | SA_NODEFER);
+    take(SIGHUP, quit, SA_RESETHAND | SA_NODEFER);
+}
+
+ConsoleSignals::InterruptScope::InterruptScope() : handled(theInterruptAlone, takeSignal, false) {
+    KITgetInterrupt()->opStart("Read a line", 0, 0, nullptr);
+}
+
+ConsoleSignals::InterruptScope::~InterruptScope() {
+    KITgetInterrupt()->opEnd(-1);
 }
 
 int ConsoleSignals::pending() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <orvlang/platform/kit/KIT_Signal.h>
+
 /// The signals that a person or the system sends to the program. Each interrupts the running statement (or the
 /// waiting for a line); what becomes of the program then is the console's to decide.
 class ConsoleSignals {
@@ -11,6 +13,21 @@ public:
     /// Takes over those that a terminal with a half-typed line on it has to know of: stopping and going on, a change of
     /// its size, and SIGQUIT, which ends the program as ever.
     static void installForEditing();
+    /// For a program that shall just end at a signal: as installForEditing, and what ends it gives the terminal back.
+    static void installForEnding();
+
+    /// Has SIGINT interrupt the waiting for a line as long as it lives, in a program that it otherwise ends.
+    class InterruptScope {
+    public:
+        InterruptScope();
+        ~InterruptScope();
+        InterruptScope(const InterruptScope &) = delete;
+        InterruptScope &operator=(const InterruptScope &) = delete;
+
+    private:
+        const KIT_Signal handled;
+    };
+
     /// The latest signal that came since the last forget; 0 for none.
     static int pending();
     static void forget();

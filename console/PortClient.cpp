@@ -2,11 +2,16 @@
 #include "PortClient.h"
 
 #include <charconv>
+#include <csignal>
 #include <iostream>
 
 #include <unistd.h>
 
+#include "ConsoleSignals.h"
+
 namespace {
+
+std::string thePrompt;
 
 /// What stands between output and errors when the port keeps them apart.
 constexpr std::string_view theErrorMarker = "\n~~~~~\n";
@@ -29,7 +34,9 @@ bool takeHTTPHead(std::string &reply) {
 }   // namespace
 
 PortClient::PortClient(const ConsoleOptions &options)
-    : options(options), onTerminal(isatty(STDIN_FILENO)), reader(nullptr, nullptr) {}
+    : options(options), onTerminal(isatty(STDIN_FILENO)), reader(givePrompt, nullptr) {
+    thePrompt = std::to_string(options.port) + " -> ";
+}
 
 int PortClient::run() {
     if (!connection.open(options.host, options.port))
@@ -52,7 +59,11 @@ bool PortClient::runText() {
 /// Each line is a request of its own, and counts there as one that was typed at the console: it can be continued, answer
 /// a `read`, or belong to a loop.
 bool PortClient::runLines() {
-    for (prompt(); reader.readLine(line); prompt()) {
+    if (reader.isEditing()) {
+        ConsoleSignals::installForEnding();
+        recall.seed(reader);
+    }
+    while (readLine()) {
         // A line end that is no newline, so that an empty line is a request too.
         line.append('\r');
         if (!connection.exchange(line.view(), reply))
@@ -64,9 +75,29 @@ bool PortClient::runLines() {
     return true;
 }
 
-void PortClient::prompt() const {
-    if (onTerminal)
-        std::cout << options.port << " -> " << std::flush;
+/// On a terminal an interrupt drops the line that is being typed. While a reply is awaited it ends the program.
+bool PortClient::readLine() {
+    if (!reader.isEditing()) {
+        if (onTerminal)
+            std::cout << thePrompt << std::flush;
+        return reader.readLine(line);
+    }
+    for (;;) {
+        const ConsoleSignals::InterruptScope scope;
+        if (reader.readLine(line)) {
+            recall.add(reader, line.view());
+            return true;
+        }
+        if (ConsoleSignals::pending() != SIGINT)
+            return false;
+        ConsoleSignals::forget();
+        KIT_CmdLineReader::dropInput();
+        std::cout << "^C" << std::endl;
+    }
+}
+
+const char *PortClient::givePrompt() {
+    return thePrompt.c_str();
 }
 
 /// The status of the last statement that anybody has run there.

@@ -9,6 +9,7 @@
 
 #include "ConsoleOptions.h"
 #include "PortConnection.h"
+#include "RecallFile.h"
 
 /// The program as a client of the command port of another one: text or lines are run there, and what they write is
 /// written here.
@@ -23,7 +24,8 @@ public:
 private:
     bool runText();
     bool runLines();
-    void prompt() const;
+    bool readLine();
+    static const char *givePrompt();
     int askStatus();
     void show(std::string_view reply) const;
 
@@ -31,6 +33,7 @@ private:
     const bool onTerminal;
     PortConnection connection;
     KIT_CmdLineReader reader;
+    RecallFile recall;
     KIT_WorkBuffer line;   // the latest one read
     std::string reply;     // the latest one
 };

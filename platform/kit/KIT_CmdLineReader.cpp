@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/kit/KIT_CmdLineReader.h>
 
-#include <unistd.h>
-
 #include <orvlang/platform/kit/KIT_EnvControl.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_LineEditor.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
+#include <orvlang/platform/kit/KIT_Wait.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
-#include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/osl/OSL_Terminal.h>
+
+namespace {
+
+constexpr int theLongestWait = 50;   // milliseconds; a signal may come just before a wait
+
+}   // namespace
 
 KIT_CmdLineReader::KIT_CmdLineReader(PromptCallback prompt, CompletionCallback completion)
     : prompt(prompt), completion(completion), mayEdit(prompt != nullptr) {}
@@ -17,16 +21,14 @@ KIT_CmdLineReader::KIT_CmdLineReader(PromptCallback prompt, CompletionCallback c
 KIT_CmdLineReader::~KIT_CmdLineReader() = default;
 
 bool KIT_CmdLineReader::readLine(KIT_WorkBuffer &line) {
-    KIT_StandardInput &input = KIT_StandardInput::inst();
     if (!isEditing())
-        return input.readLine(line);
+        return KIT_StandardInput::inst().readLine(line);
     bool done = false;
     bool goesOn = true;
     beginLine();
     while (goesOn && !done) {
         showLine();
-        if (!input.answersAtOnce())
-            OSLsystem().waitReadable(STDIN_FILENO, -1);
+        KITwaitForTimeoutOrDataOnStdin(theLongestWait);
         goesOn = !KITgetInterrupt()->isInterrupted() && readPartOfLine(line, done);
     }
     endLine();

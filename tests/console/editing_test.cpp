@@ -386,6 +386,29 @@ TEST_F(EditingTest, SignalsEndTheProgramAndGiveTheTerminalBack) {
     EXPECT_EQ(folder.read(recallPath()), "echo kept\necho kept\necho kept\n");
 }
 
+TEST_F(EditingTest, AClientOfAPortEditsItsLinesToo) {
+    Terminal server(program());
+    runOnPort(server, "echo");
+    Program words = program();
+    words.words.insert(words.words.end(), { "--connect", port });
+    Terminal terminal(words);
+    terminal.waitForRows(port + " -> |");
+    terminal.type("echo helo\x1b[Dl\n");
+    terminal.waitForRows(port + " -> echo hello\nhello\n" + port + " -> |");
+    terminal.type("dropped");
+    terminal.waitForRows(port + " -> dropped|");
+    terminal.type("\x03");
+    terminal.waitForRows(port + " -> dropped^C\n" + port + " -> |");
+    terminal.type("\x1b[A again\n");
+    terminal.waitForRows(port + " -> echo hello again\nhello again\n" + port + " -> |");
+    terminal.type("half");
+    terminal.waitForRows(port + " -> half|");
+    terminal.sendSignal(SIGTERM);
+    terminal.waitFor("\x1b[?2004l");
+    EXPECT_TRUE(terminal.echoes());
+    expectEnd(terminal, 128 + SIGTERM);
+}
+
 TEST_F(EditingTest, StopsAndGoesOn) {
     Program shell = { { "/bin/sh", "-i" }, folder.path(), "", { "TERM=xterm", "PS1=sh> " } };
     Terminal terminal(shell);
