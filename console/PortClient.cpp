@@ -39,14 +39,16 @@ PortClient::PortClient(const ConsoleOptions &options)
 }
 
 int PortClient::run() {
-    if (!connection.open(options.host, options.port))
+    if (!connection.open(options.host, options.port)) {
+        connection.tellFailure();
         return 1;
+    }
     const bool isDone = options.action == ConsoleOptions::Action::Text ? runText() : runLines();
     return isDone ? askStatus() : 1;
 }
 
 bool PortClient::runText() {
-    if (!connection.exchange(makeHTTPRequest(options.text), reply))
+    if (!exchange(makeHTTPRequest(options.text)))
         return false;
     if (!takeHTTPHead(reply)) {
         std::cerr << "orvlang: " << reply << std::endl;
@@ -66,13 +68,20 @@ bool PortClient::runLines() {
     while (readLine()) {
         // A line end that is no newline, so that an empty line is a request too.
         line.append('\r');
-        if (!connection.exchange(line.view(), reply))
+        if (!exchange(line.view()))
             return false;
         show(reply);
     }
     if (onTerminal)
         std::cout << std::endl;
     return true;
+}
+
+bool PortClient::exchange(std::string_view request) {
+    if (connection.exchange(request, reply))
+        return isServed = true;
+    connection.tellFailure();
+    return false;
 }
 
 /// On a terminal an interrupt drops the line that is being typed. While a reply is awaited it ends the program.
@@ -102,8 +111,13 @@ const char *PortClient::givePrompt() {
 
 /// The status of the last statement that anybody has run there.
 int PortClient::askStatus() {
-    if (!connection.exchange("echo $status", reply))
+    if (!connection.exchange("echo $status", reply)) {
+        // As when the port was closed which the program there was waiting for. Whether that still answers is chance.
+        if (isServed && connection.hasEnded())
+            return 0;
+        connection.tellFailure();
         return 1;
+    }
     int status = 0;
     const auto [end, error] = std::from_chars(reply.data(), reply.data() + reply.size(), status);
     if (error == std::errc() && end != reply.data() + reply.size() && *end == '\n')

@@ -24,6 +24,7 @@ public:
 private:
     bool runText();
     bool runLines();
+    bool exchange(std::string_view request);
     bool readLine();
     static const char *givePrompt();
     int askStatus();
@@ -34,6 +35,7 @@ private:
     PortConnection connection;
     KIT_CmdLineReader reader;
     RecallFile recall;
-    KIT_WorkBuffer line;   // the latest one read
-    std::string reply;     // the latest one
+    KIT_WorkBuffer line;     // the latest one read
+    std::string reply;       // the latest one
+    bool isServed = false;   // there was one
 };

@@ -50,11 +50,11 @@ bool PortConnection::open(const std::string &host, int port) {
     int error;
     const Addresses addresses = lookUp(host, number, error);
     if (!addresses)
-        return tell("cannot find", gai_strerror(error));
+        return fail("cannot find", gai_strerror(error));
     for (const addrinfo *each = addresses.get(); each && descriptor < 0; each = each->ai_next)
         descriptor = connectTo(*each);
     if (descriptor < 0)
-        return tell("cannot connect to", std::strerror(errno));
+        return fail("cannot connect to", std::strerror(errno));
     // A request is one delivery: nothing is to be gained by waiting for more.
     const int on = 1;
     setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
@@ -64,26 +64,34 @@ bool PortConnection::open(const std::string &host, int port) {
 bool PortConnection::exchange(std::string_view request, std::string &reply) {
     reply.clear();
     if (!send(request))
-        return tell("cannot write to", std::strerror(errno));
+        return failExchange(errno);
     char piece[65536];
     while (!reply.ends_with('\0')) {
         const ssize_t got = recv(descriptor, piece, sizeof piece, 0);
         if (got > 0)
             reply.append(piece, static_cast<size_t>(got));
-        else if (got == 0)
-            return tell("no reply from", "the connection has ended");
-        else if (errno != EINTR)
-            return tell("no reply from", std::strerror(errno));
+        else if (got == 0 || errno != EINTR)
+            return failExchange(got == 0 ? 0 : errno);
     }
     reply.pop_back();
     return true;
 }
 
-/// False, for the caller to give back.
-bool PortConnection::tell(const char *what, const char *reason) const {
+void PortConnection::tellFailure() const {
     std::cout.flush();
-    std::cerr << "orvlang: " << what << " " << address << ": " << reason << std::endl;
+    std::cerr << "orvlang: " << failure << std::endl;
+}
+
+/// False, for the caller to give back.
+bool PortConnection::fail(const char *what, const std::string &reason) {
+    failure = std::string(what) + " " + address + ": " + reason;
     return false;
+}
+
+/// The error is 0 when there was an end instead of a reply.
+bool PortConnection::failExchange(int error) {
+    ended = error == 0 || error == EPIPE || error == ECONNRESET;
+    return fail("no reply from", ended ? "the connection has ended" : std::strerror(error));
 }
 
 bool PortConnection::send(std::string_view bytes) {

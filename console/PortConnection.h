@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// A connection to a command port, from the client's side. What goes wrong is told on standard error.
+/// A connection to a command port, from the client's side.
 class PortConnection {
 public:
     PortConnection() = default;
@@ -16,11 +16,18 @@ public:
     bool open(const std::string &host, int port);
     /// Sends a request and waits for its reply, which comes without the NUL at its end.
     bool exchange(std::string_view request, std::string &reply);
+    /// Whether an exchange failed because the other side has ended the connection.
+    bool hasEnded() const { return ended; }
+    /// Tells on standard error why the latest call failed.
+    void tellFailure() const;
 
 private:
-    bool tell(const char *what, const char *reason) const;
+    bool fail(const char *what, const std::string &reason);
+    bool failExchange(int error);
     bool send(std::string_view bytes);
 
     std::string address;   // for messages
+    std::string failure;
     int descriptor = -1;
+    bool ended = false;
 };
