@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A host whose changes can be taken back: its command `lamp` records each change as a step, and its commands `undo` and
-// `redo` go back and forth. Several statements in a block are one change to the user.
+// `redo` go back and forth. It takes lines from standard input and serves command ports meanwhile; what one request
+// changes is one change to the user. `undo < session.cmd` shows it.
 #include <iostream>
 #include <map>
 #include <memory>
@@ -9,7 +10,10 @@
 
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/platform/kit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_UndoManager.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/port/CMD_EvtMonitoringReader.h>
 
 namespace {
 
@@ -67,16 +71,11 @@ int main() {
     manager.installCommand("lamps", "", cmd_lamps, true);
     manager.installCommand("undo", "", cmd_undo, true);
     manager.installCommand("redo", "", cmd_redo, true);
-    const auto run = [&manager](const char *text) { manager.execute(text, 0, nullptr, nullptr, 1, true); };
 
-    run("lamp hall white");
-    const int block = KITbeginUndoBlock("party", 1, nullptr);
-    run("foreach room ( hall kitchen stairs )\n"
-        "    lamp $room red\n"
-        "end");
-    KITendUndoBlock(block, nullptr);
-    run("lamps; undo; lamps");
-    run("undo; undo; lamps");
-    run("redo; redo; redo; lamps");
-    return 0;
+    CMD_EvtMonitoringReader &events = CMD_EvtMonitoringReader::inst();
+    KIT_CmdLineReader reader(nullptr, nullptr);
+    KIT_WorkBuffer line;
+    while (events.getline(reader, line) == CMD_EvtMonitoringReader::GotLine)
+        manager.sendInput(line.c_str(), false);
+    return manager.getStatusCode();
 }
