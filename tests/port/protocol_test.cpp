@@ -384,7 +384,7 @@ TEST_F(ProtocolTest, ConnectionsOutliveTheirPortAndNotTheirManager) {
 }
 
 TEST_F(ProtocolTest, ManyClientsAtOnce) {
-    constexpr int theClients = 64, theRequests = 150;
+    constexpr int theClients = 64, theRequests = 1000;
     const int port = open();
     std::atomic<int> right = 0;
     serveDuring([&] {
