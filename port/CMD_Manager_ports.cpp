@@ -13,6 +13,7 @@
 #include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_Process.h>
@@ -27,6 +28,8 @@ using PortTable = KIT_PtrArray<Listener *>;
 
 PortTable *portTable = nullptr;   // in order of opening; owns the listeners; made on first use, never destroyed
 int autoPort = -1;                // the number of the automatic port
+// What comes in during a wait must have room to run, be it only to close the port.
+constexpr size_t theWaitReserve = 512 * 1024;   // bytes of stack
 // Applications that outlive their port; the system keeps each until somebody asks.
 constinit KIT_Immortal<std::vector<int>> theUnwatched{};
 
@@ -238,7 +241,10 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
         ports().append(listener);
     if (wait && VIO_EventGenerator::isEventLoopPollCallbackSet()) {
         const unsigned serial = listener->getSerial();
-        waitForPort(serial, application, created, pollFlag);
+        if (!KIT_Nesting::isStackShort(theWaitReserve))
+            waitForPort(serial, application, created, pollFlag);
+        else if (!silent)
+            messages() << "Nesting too deep\n";
         const bool isWatched = pid || (created && findOpen(serial));
         if (application >= 0 && !isWatched && KITisRunning(application, nullptr))
             theUnwatched.object.push_back(application);

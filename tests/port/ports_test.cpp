@@ -3,13 +3,16 @@
 #include "PortFixture.h"
 
 #include <filesystem>
+#include <functional>
 #include <regex>
 
+#include <alloca.h>
 #include <sys/wait.h>
 
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/kit/KIT_Thread.h>
 #include <orvlang/platform/vio/VIO_ServerSocketListener.h>
 #include <orvlang/port/CMD_EvtMonitoringReader.h>
 
@@ -178,6 +181,25 @@ TEST_F(PortsTest, InterruptEndsTheWaitAlone) {
     EXPECT_EQ(run("openport -w " + text(port)), "");
     client.join();
     EXPECT_EQ(ask(port, "echo still"), "still\n");
+}
+
+/// Runs work with less than that many bytes of stack left.
+void runDeep(size_t left, const std::function<void()> &work) {
+    volatile char *const taken = static_cast<char *>(alloca(32768));
+    taken[0] = 1;
+    if (KIT_Thread::stackLeft() < left)
+        work();
+    else
+        runDeep(left, work);
+    taken[0] = 0;
+}
+
+TEST_F(PortsTest, NoWaitThatLeavesNoRoomForRequests) {
+    const int port = findFreePort();
+    runDeep(450000, [&] {
+        EXPECT_EQ(run("openport -w " + text(port) + "; echo never"), "{Nesting too deep\n}");
+        EXPECT_EQ(ask(port, "echo `1 + 1`"), "2\n");
+    });
 }
 
 TEST_F(PortsTest, WithoutAnEventLoopNothingWaits) {
