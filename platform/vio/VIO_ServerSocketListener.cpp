@@ -71,6 +71,8 @@ bool VIO_ServerSocketListener::areEventsWaiting() {
 }
 
 int VIO_ServerSocketListener::processEvents() {
+    for (const auto &acceptor : acceptors)
+        acceptor->watch();
     const VIO_SocketSet::Id id = acceptors.front()->watch();
     checkChild();
     // From here on this object may be gone.
@@ -83,13 +85,15 @@ void VIO_ServerSocketListener::closeSocketOnChildExit(int pid, bool close, Child
 }
 
 bool VIO_ServerSocketListener::checkChild() {
-    if (child.pid == 0 || KITisRunning(child.pid, nullptr))
+    if (child.pid == 0)
+        return false;
+    // The callback may destroy this listener, which shows by its number; without one it has to wait.
+    const VIO_SocketSet::Id id = acceptors.front()->watch();
+    if (id == 0 || KITisRunning(child.pid, nullptr))
         return false;
     const Child ended = std::exchange(child, {});
-    const VIO_SocketSet::Id id = acceptors.front()->watch();
     if (ended.callback)
         ended.callback(*this, ended.data, !ended.close);
-    // The callback may have destroyed this listener.
     if (ended.close && VIO_SocketSet::inst().holds(id))
         delete this;
     return true;

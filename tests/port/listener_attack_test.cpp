@@ -5,8 +5,10 @@
 #include <cerrno>
 #include <optional>
 
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <orvlang/platform/kit/KIT_Process.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {
@@ -23,6 +25,7 @@ public:
     int interrupts = 0;                     // calls that fail so before one succeeds
     int acceptError = 0;                    // of each call
     int descriptorsLeft = 100;
+    bool canPoll = true;
 
     std::optional<OSL_SocketOwner> findSocketOwner(const sockaddr_storage &own,
                                                    const sockaddr_storage &peer) override {
@@ -35,6 +38,7 @@ public:
         ++descriptorsLeft;
         return OSL_System::close(descriptor);
     }
+    int createPoll() override { return canPoll ? OSL_System::createPoll() : -1; }
     int accept(int descriptor) override {
         if (isOutOfDescriptors())
             return -1;
@@ -304,6 +308,28 @@ TEST_F(AttackTest, NoDescriptorLeft) {
     EXPECT_EQ(ask(inTime, "b"), "[b]");
     system.descriptorsLeft = 100;
     expectServed();
+}
+
+TEST_F(AttackTest, NoDescriptorLeftToWatchAPort) {
+    static const char *const theChild[] = { "true", nullptr };
+    WrongSystem system;
+    system.canPoll = false;
+    open("bind:127.0.0.2");
+    const int pid = KITspawnvp(theChild, true, false);
+    server->closeSocketOnChildExit(pid, true, nullptr, nullptr);
+    siginfo_t info;
+    waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT);
+    runTurn();
+    EXPECT_TRUE(server);
+    system.canPoll = true;
+    runUntil([&] { return !server; });
+
+    system.canPoll = false;
+    open("bind:127.0.0.2");
+    system.canPoll = true;
+    expectServed();
+    Client elsewhere(*this, "127.0.0.2");
+    EXPECT_EQ(ask(elsewhere, "x"), "[x]");
 }
 
 TEST_F(AttackTest, AcceptFails) {
