@@ -8,6 +8,7 @@
 
 #include "Guide.h"
 #include "Terminal.h"
+#include <orvlang/bridge/CMD_Python.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_NetSocket.h>
 #include <orvlang/platform/osl/OSL_System.h>
@@ -244,6 +245,18 @@ TEST_F(PortGuide, SafeModeIsNoWall) {
     folder.write("file", "");
     EXPECT_EQ(ask(safe, "urm " + folder.path() + "/file"), "");
     EXPECT_FALSE(std::filesystem::exists(folder.path() + "/file"));
+
+    ask(safe, "<?xml version='1.0'?><python_statements>import sys, types, builtins\n"
+              "lamp = types.SimpleNamespace(run=lambda args, options: ('', ''))\n"
+              "sys.modules['orvlang_commands'] = types.SimpleNamespace(lamp=lamp)\n"
+              "builtins.mark = lambda: open('" +
+                  folder.path() + "/mark', 'w').close()\n</python_statements>");
+    manager.installCommand("lamp", "", CMDpythonCommandCallback, true);
+    ask(safe, R"(lamp '\", mark()]) #')");
+    EXPECT_TRUE(std::filesystem::exists(folder.path() + "/mark"));
+
+    const Program quitting{ { ORVLANG_PROGRAM, "-s", "-c", "quit 7" }, folder.path(), "", {} };
+    EXPECT_EQ(quitting.run().status, 7);
 
     ask(safe, "set -g list = \"a';unsafe;'b\"");
     run("foreach word ( $list )\necho [$word]\nend\n");
