@@ -35,7 +35,7 @@ class EDL_Line {
 public:
     virtual ~EDL_Line() = default;
 
-    /// The prompt from the next drawing on. Escape sequences stand between two characters \1, and not at its end.
+    /// The prompt from the next drawing on.
     virtual void setPrompt(std::wstring_view prompt) = 0;
     /// Draws prompt and line, with the terminal's cursor in the first column of an empty row.
     virtual void draw() = 0;

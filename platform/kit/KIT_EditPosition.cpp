@@ -15,17 +15,13 @@ void KIT_EditPosition::advance(std::wstring_view places) {
 }
 
 void KIT_EditPosition::advance(wchar_t place) {
-    if (place == L'\1')
-        isInEscape = !isInEscape;
-    else if (isInEscape)
-        return;
-    else if (place == L'\n')
+    if (place == L'\n') {
         nextRow();
-    else if (place == L'\t')
+    } else if (place == L'\t') {
         do
             take(1);
         while (column % theTabWidth != 0);
-    else if (place < L' ' || place == L'\x7f') {
+    } else if (place < L' ' || place == L'\x7f') {
         take(1);   // shown as ^X
         take(1);
     } else {

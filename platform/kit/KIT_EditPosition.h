@@ -4,8 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-/// Where on the terminal a text ends that begins at the left edge of a row, as libedit lays it out. Escape sequences stand
-/// between two characters \1 and take no room.
+/// Where on the terminal a text ends that begins at the left edge of a row, as libedit lays it out.
 struct KIT_EditPosition {
     explicit KIT_EditPosition(int columnCount) : columnCount(columnCount) {}
 
@@ -20,5 +19,4 @@ private:
     void nextRow();
 
     const int columnCount;
-    bool isInEscape = false;
 };

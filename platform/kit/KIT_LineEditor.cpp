@@ -48,36 +48,6 @@ private:
     std::streambuf *const target;
 };
 
-/// The length of the escape sequence at the start of a text; 0 when there is none.
-std::size_t escapeLength(std::string_view text) {
-    if (text.size() < 2 || text[0] != '\x1b')
-        return 0;
-    if (text[1] != '[')
-        return 2;
-    const auto end = std::find_if(text.begin() + 2, text.end(), [](char c) { return c >= '@' && c <= '~'; });
-    return std::min(static_cast<std::size_t>(end - text.begin()) + 1, text.size());
-}
-
-/// The prompt as EDL_Line wants it. libedit loses escape sequences at the end, so the last character moves behind them.
-std::wstring markEscapes(std::string_view prompt, KIT_Places &places) {
-    std::wstring marked, last;   // the place that is not in `marked` yet
-    while (!prompt.empty()) {
-        if (const std::size_t escape = escapeLength(prompt)) {
-            marked += L'\1' +
-                      std::wstring(prompt.begin(), prompt.begin() + static_cast<std::ptrdiff_t>(escape)) +
-                      L'\1';
-            prompt.remove_prefix(escape);
-            continue;
-        }
-        const std::size_t length = std::min(prompt.find('\x1b', 1), prompt.size());
-        const std::wstring text = std::exchange(last, {}) + places.encode(prompt.substr(0, length));
-        marked.append(text, 0, text.size() - 1);
-        last = text.back();
-        prompt.remove_prefix(length);
-    }
-    return marked + last;
-}
-
 }   // namespace
 
 class KIT_LineEditor::Streams {
@@ -111,6 +81,7 @@ void KIT_LineEditor::begin() {
     state = State::Editing;
     isHidden = true;
     isSearching = false;
+    decoder = KIT_KeyDecoder();   // an interrupt may have taken the end of a key
     recallPlace = recall.size();
     lastKey = KIT_Key::Unknown;
     if (!around)
@@ -212,7 +183,7 @@ void KIT_LineEditor::refreshPrompt() {
     std::string shown = text ? text : "";
     if (!shown.empty() && shown.find('\x1b') == shown.npos && OSL_Terminal::hasColour())
         shown = "\x1b[1;32m" + shown + "\x1b[0m";
-    prompt = markEscapes(shown, places);
+    prompt = places.encodeStyled(shown);
     engine->setPrompt(prompt);
 }
 

@@ -13,6 +13,9 @@
 class KIT_Places {
 public:
     std::wstring encode(std::string_view text);
+    /// The same for a text with escape sequences in it, of which colours and their kin stay: each place has those that
+    /// hold for it, so that it may be drawn alone.
+    std::wstring encodeStyled(std::string_view text);
     std::string decode(std::wstring_view places) const;
     /// Puts what the stand-ins in a drawing stand for in their places.
     void translate(std::string &drawing) const;
@@ -21,9 +24,10 @@ private:
     struct StandIn {
         std::string text;
         std::string shown;
+        std::string style;   // escape sequences
     };
 
-    wchar_t standFor(std::string_view text);
+    wchar_t standFor(std::string_view text, const std::string &style);
     const StandIn *find(char32_t code) const;
 
     std::vector<StandIn> narrow, wide;

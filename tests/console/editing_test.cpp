@@ -457,6 +457,7 @@ TEST_F(EditingTest, TheRecallOutlivesTheProgram) {
                                                               { &first, "echo 3" } }) {
             terminal->type(line + "\n");
             terminal->waitFor(line + "\r\n");
+            terminal->waitForRows(line == "read word" ? "|" : "orvlang -> |");
         }
         first.type("history\n");
         first.waitForRows("1  echo 1\n2  echo secret\n3  read word\n4  echo 3\n5  history\norvlang -> |");

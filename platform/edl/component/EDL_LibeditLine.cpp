@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr wchar_t theLiteralMark = L'\1';
 constexpr wchar_t theApplyKey = L'\x1f';   // runs what is not a command of libedit's
 constexpr const char *theFallbackTerminal = "xterm";
 
@@ -82,7 +81,7 @@ LibeditLine::LibeditLine() {
     el_set(editor, EL_CLIENTDATA, this);
     el_set(editor, EL_EDITOR, "emacs");
     el_wset(editor, EL_GETCFN, readKey);
-    el_wset(editor, EL_PROMPT_ESC, givePrompt, theLiteralMark);
+    el_wset(editor, EL_PROMPT, givePrompt);
     bindKeys();
     el_set(editor, EL_UNBUFFERED, 1);
     takeOutput();   // a first prompt
