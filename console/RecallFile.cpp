@@ -16,7 +16,8 @@
 
 namespace {
 
-constexpr size_t theMostLines = 10000;   // what stays when the file has become twice as long
+constexpr size_t theMostLines = 10000;    // what stays when the file has become twice as long
+constexpr off_t theMostBytes = 4 << 20;   // what is read of a longer one, and stays
 
 std::string findFolder() {
     const char *const state = std::getenv("XDG_STATE_HOME");
@@ -31,7 +32,7 @@ class LockedFile {
 public:
     LockedFile(const std::string &path, int flags, int lock) {
         for (;;) {
-            descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0600);
+            descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600);
             if (descriptor < 0 || flock(descriptor, lock) != 0 || isStillAt(path))
                 return;
             close(descriptor);
@@ -100,9 +101,12 @@ void RecallFile::seed(KIT_CmdLineReader &reader) {
     const LockedFile file(path, O_RDONLY, LOCK_EX);
     if (file.descriptor < 0)
         return;
-    const std::string text = readAll(file.descriptor);
+    const bool isLong = lseek(file.descriptor, -theMostBytes, SEEK_END) > 0;
+    std::string text = readAll(file.descriptor);
+    if (isLong)
+        text.erase(0, text.find('\n'));   // the rest of a line
     const std::string_view kept = lastLines(text, theMostLines);
-    if (std::count(text.begin(), text.end(), '\n') > 2 * static_cast<long>(theMostLines))
+    if (isLong || std::count(text.begin(), text.end(), '\n') > 2 * static_cast<long>(theMostLines))
         shorten(kept);
     for (std::string_view rest = kept; !rest.empty();) {
         const std::string_view line = rest.substr(0, rest.find('\n'));
