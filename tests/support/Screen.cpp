@@ -133,12 +133,22 @@ void Screen::put(std::string_view character, int columns) {
         goDown();
     }
     Row &line = rows[static_cast<size_t>(row)];
+    for (int i = 0; i < columns; ++i)
+        breakWide(line, static_cast<size_t>(column + i));
     line[static_cast<size_t>(column)] = character;
     if (columns == 2)
         line[static_cast<size_t>(column) + 1].clear();
     column += columns;
     wraps = column >= columnCount;
     column = std::min(column, columnCount - 1);
+}
+
+/// Whichever half of a wide character a place is, the other half goes with it.
+void Screen::breakWide(Row &line, size_t place) {
+    if (line[place].empty() && place > 0)
+        line[place] = line[place - 1] = " ";
+    if (place + 1 < line.size() && line[place + 1].empty())
+        line[place + 1] = " ";
 }
 
 void Screen::goDown() {

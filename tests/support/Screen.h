@@ -24,6 +24,7 @@ private:
     size_t writeSequence(std::string_view text);
     void control(char final, int number);
     void put(std::string_view character, int columns);
+    static void breakWide(Row &line, size_t place);
     void goDown();
     std::string textOf(const Row &row, int markAt) const;
 

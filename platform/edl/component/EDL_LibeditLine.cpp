@@ -78,6 +78,9 @@ LibeditLine::LibeditLine() {
     // It has complained about a terminal that it does not know. Such are mostly newer than its list.
     if (!takeOutput().empty())
         el_set(editor, EL_TERMINAL, theFallbackTerminal);
+    // So that it draws anew what moves: it would shift the rest of a row by half a wide character.
+    for (const char *shift : { "ic", "IC", "im", "dc", "DC", "dm" })
+        el_set(editor, EL_SETTC, shift, "", nullptr);
     el_set(editor, EL_CLIENTDATA, this);
     el_set(editor, EL_EDITOR, "emacs");
     el_wset(editor, EL_GETCFN, readKey);
