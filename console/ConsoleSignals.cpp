@@ -97,7 +97,8 @@ void ConsoleSignals::install() {
 void ConsoleSignals::installForEditing() {
     take(SIGTSTP, stop, SA_RESETHAND | SA_NODEFER);
     take(SIGQUIT, quit, SA_RESETHAND | SA_NODEFER);
-    take(SIGCONT, goOn, SA_RESTART);
+    take(SIGABRT, quit, SA_RESETHAND | SA_NODEFER);
+    take(SIGCONT, goOn, 0);   // a read that a process in the background was stopped in ends
     take(SIGWINCH, resize, SA_RESTART);
 }
 

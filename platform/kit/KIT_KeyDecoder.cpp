@@ -54,7 +54,7 @@ bool isWhole(std::string_view sequence) {
     if (sequence.empty())
         return false;
     if (sequence[0] == '[')
-        return sequence.size() > 1 && (sequence.back() < ' ' || sequence.back() > '?');
+        return sequence.size() > 1 && sequence.back() > '?';
     return sequence[0] != 'O' || sequence.size() > 1;
 }
 
@@ -88,7 +88,8 @@ bool KIT_KeyDecoder::takeCharacter() {
     }
     if (first < ' ' || first == 0x7F)
         return complete(findKey(theControlKeys, held));
-    if (held.size() > 1 && KITcharacterLength(held.back()) != 0) {   // that was no character; another key begins
+    if (held.size() > 1 &&
+        KITcharacterLength(held.back()) != 0) {   // that was no character; another key begins
         held.erase(0, held.size() - 1);
         return takeCharacter();
     }
@@ -103,9 +104,10 @@ bool KIT_KeyDecoder::takeCharacter() {
 
 bool KIT_KeyDecoder::takeEscaped() {
     const std::string_view sequence = std::string_view(held).substr(1);
-    if (sequence.ends_with(theEscape)) {   // that one was alone; another key begins
-        held = theEscape;
-        return false;
+    const bool isControl = !sequence.empty() && static_cast<unsigned char>(sequence.back()) < ' ';
+    if (isControl && sequence != "\x08") {   // that escape was alone, or cut off; another key begins
+        held.erase(0, held.size() - 1);
+        return takeCharacter();
     }
     if (!isWhole(sequence))
         return false;

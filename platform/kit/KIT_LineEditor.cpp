@@ -84,6 +84,7 @@ void KIT_LineEditor::begin() {
     decoder = KIT_KeyDecoder();   // an interrupt may have taken the end of a key
     recallPlace = recall.size();
     lastKey = KIT_Key::Unknown;
+    decoder = {};   // an interrupt has the terminal drop input: the rest of a key, the end of a paste
     if (!around)
         streams = std::make_unique<Streams>();
     setLine("");
@@ -110,12 +111,14 @@ void KIT_LineEditor::hide() {
     flush();
     erase();
     flush();
-    OSL_Terminal::release();
+    OSL_Terminal::leaveEditMode();
 }
 
 void KIT_LineEditor::show() {
-    if (OSL_Terminal::takeStale())
+    if (OSL_Terminal::takeStale()) {
         isHidden = true;
+        decoder = {};
+    }
     const bool isResized = OSL_Terminal::takeResized();
     if (isHidden)
         drawAnew();

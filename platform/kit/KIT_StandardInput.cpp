@@ -14,6 +14,7 @@
 #include <orvlang/platform/kit/KIT_LineEditor.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/platform/osl/OSL_System.h>
+#include <orvlang/platform/osl/OSL_Terminal.h>
 
 namespace {
 
@@ -168,7 +169,7 @@ bool KIT_StandardInput::fillAtOnce(size_t limit) {
 bool KIT_StandardInput::readOnce(size_t limit) {
     makeRoom(1);
     const ssize_t n = OSLsystem().read(STDIN_FILENO, buffer.get() + filled, std::min(limit, capacity - filled));
-    ended = n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN);
+    ended = (n == 0 && !OSL_Terminal::mayReadNothing()) || (n < 0 && errno != EINTR && errno != EAGAIN);
     if (n > 0)
         filled += static_cast<size_t>(n);
     return n > 0;

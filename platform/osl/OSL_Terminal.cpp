@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -35,12 +36,13 @@ bool isInForeground() {
     return tcgetpgrp(STDIN_FILENO) == getpgrp();
 }
 
-/// Flow control would swallow Ctrl-S; the carriage return of the enter key comes as a newline, as it does otherwise.
+/// No read waits: an interrupt takes away what a poll has just seen. Flow control would swallow Ctrl-S; the carriage
+/// return of the enter key comes as a newline, as it does otherwise.
 termios makeEditMode(termios mode) {
     mode.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | IEXTEN);
     mode.c_iflag &= ~static_cast<tcflag_t>(IXON | ISTRIP | INLCR | IGNCR);
     mode.c_iflag |= ICRNL;
-    mode.c_cc[VMIN] = 1;
+    mode.c_cc[VMIN] = 0;
     mode.c_cc[VTIME] = 0;
     return mode;
 }
@@ -91,6 +93,12 @@ bool OSL_Terminal::enterEditMode() {
 void OSL_Terminal::leaveEditMode() {
     release();
     theEditing = false;
+}
+
+bool OSL_Terminal::mayReadNothing() {
+    pollfd input = { STDIN_FILENO, POLLIN, 0 };
+    ::poll(&input, 1, 0);
+    return theEditing && (input.revents & (POLLHUP | POLLERR | POLLNVAL)) == 0;
 }
 
 void OSL_Terminal::release() {

@@ -31,6 +31,8 @@ public:
     /// terminal cannot be had, in the background for instance.
     static bool enterEditMode();
     static void leaveEditMode();
+    /// Whether a read that gave nothing has not met an end: in the mode for editing it does not wait.
+    static bool mayReadNothing();
 
     // For signal handlers, too.
 

@@ -5,7 +5,10 @@
 
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <set>
+
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -369,8 +372,27 @@ TEST_F(EditingTest, InterruptsAndEnds) {
     expectEnd(terminal, 0);
 }
 
+/// Which the terminal drops with all input that nobody has read.
+TEST_F(EditingTest, AnInterruptEndsAKeyInPieces) {
+    Terminal terminal(program());
+    terminal.waitForRows("orvlang -> |");
+    for (const std::string piece : { "\x1b[200~cut off", "\x16", "\x1b[" }) {
+        SCOPED_TRACE(piece);
+        terminal.type("half" + piece);
+        terminal.waitForRows("orvlang -> half|");
+        terminal.type("\x03");
+        terminal.waitForRows("orvlang -> half^C\norvlang -> |");
+        terminal.type("echo a\n");
+        terminal.waitForRows("orvlang -> echo a\na\norvlang -> |");
+    }
+    terminal.type("echo a\x1b");
+    terminal.waitForRows("orvlang -> echo a|");
+    terminal.type("\n");
+    terminal.waitForRows("orvlang -> echo a\na\norvlang -> |");
+}
+
 TEST_F(EditingTest, SignalsEndTheProgramAndGiveTheTerminalBack) {
-    for (const int number : { SIGTERM, SIGHUP, SIGQUIT }) {
+    for (const int number : { SIGTERM, SIGHUP, SIGQUIT, SIGABRT }) {
         Terminal terminal(program());
         terminal.waitForRows("orvlang -> |");
         terminal.type("echo kept\n");
@@ -383,7 +405,7 @@ TEST_F(EditingTest, SignalsEndTheProgramAndGiveTheTerminalBack) {
         EXPECT_TRUE(terminal.echoes());
         expectEnd(terminal, 128 + number);
     }
-    EXPECT_EQ(folder.read(recallPath()), "echo kept\necho kept\necho kept\n");
+    EXPECT_EQ(folder.read(recallPath()), "echo kept\necho kept\necho kept\necho kept\n");
 }
 
 TEST_F(EditingTest, AClientOfAPortEditsItsLinesToo) {
@@ -425,6 +447,35 @@ TEST_F(EditingTest, StopsAndGoesOn) {
     EXPECT_FALSE(terminal.echoes());
     terminal.type("lf\n");
     terminal.waitForRows("half\norvlang -> |");
+
+    // In the background, where it may read what is meant for the shell and is stopped for that.
+    terminal.type("half");
+    terminal.waitForRows("orvlang -> half|");
+    terminal.type("\x1a");
+    terminal.waitForRows("sh> |");
+    terminal.type("bg\n");
+    terminal.waitFor("bg\r\n");
+    terminal.waitForRows("sh> |");
+    terminal.type("echo shell\n");
+    terminal.waitFor("echo shell\r\n");
+    terminal.waitForRows("sh> |");
+    terminal.type("fg\n");
+    terminal.waitForRows("orvlang -> half|");
+
+    // A question that has the terminal in its usual mode goes on with that.
+    terminal.type("\x15"
+                  "atjob 1 'message -b yes,no go?'\n");
+    terminal.waitForRows("orvlang -> |");
+    terminal.type("half");
+    terminal.waitForRows("enter your choice: |");
+    terminal.type("\x1a");
+    terminal.waitForRows("sh> |");
+    terminal.type("fg\n");
+    terminal.waitFor(ORVLANG_PROGRAM);
+    terminal.type("1\n");
+    terminal.waitForRows("1\norvlang -> half|");
+    terminal.type("\x03");
+    terminal.waitForRows("orvlang -> half^C\norvlang -> |");
     terminal.type("\x04");
     terminal.waitForRows("sh> |");
     EXPECT_TRUE(terminal.echoes());
@@ -440,6 +491,21 @@ TEST_F(EditingTest, FollowsTheSizeOfTheTerminal) {
     terminal.waitForRows("orvlang -> 123456789 123456789 123456789 12345|");
     terminal.type("\x01X");
     terminal.waitForRows("orvlang -> X|123456789 123456789 123456789 12345");
+}
+
+TEST_F(EditingTest, WideCharactersStayWhole) {
+    Terminal terminal(program());
+    terminal.resize(20, 10);
+    terminal.waitForRows("orvlang -> |");
+    terminal.type("echo 123漢字éé漢漢漢漢漢漢漢漢漢");
+    terminal.waitForRows("orvlang -> echo 123\n漢字éé漢漢漢漢漢漢漢\n漢漢|");
+    for (int i = 0; i < 6; ++i)
+        terminal.type("\x1b[D");
+    terminal.waitForRows("漢字éé漢漢漢|漢漢漢漢");
+    terminal.type("X");
+    terminal.waitForRows("orvlang -> echo 123\n漢字éé漢漢漢X|漢漢漢");
+    terminal.type("\x7f");
+    terminal.waitForRows("orvlang -> echo 123\n漢字éé漢漢漢|漢漢漢漢");
 }
 
 TEST_F(EditingTest, TheRecallOutlivesTheProgram) {
@@ -493,6 +559,30 @@ TEST_F(EditingTest, TheRecallStaysWithinBounds) {
     const std::string kept = folder.read("state/orvlang/history");
     EXPECT_EQ(kept.substr(0, 11), "echo 10002\n");
     EXPECT_TRUE(kept.ends_with("echo 20001\necho new\n"));
+}
+
+TEST_F(EditingTest, OddRecallFilesDoNotMatter) {
+    namespace fs = std::filesystem;
+    const std::string path = folder.path() + "/" + recallPath();
+    fs::create_directories(fs::path(path).parent_path());
+    const std::function<void()> theOdds[] = {
+        [&] { fs::create_directory(path); },
+        [&] { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); },
+        [&] { folder.write(recallPath(), std::string(8 << 20, 'x') + "\necho last\n"); },
+        [&] { folder.write(recallPath(), "echo a" + std::string(1, '\0') + "b\n\xff\necho last\n"); },
+    };
+    for (const auto &makeOdd : theOdds) {
+        fs::remove_all(path);
+        makeOdd();
+        const bool isFile = fs::is_regular_file(path);
+        Terminal terminal(program());
+        terminal.waitForRows("orvlang -> |");
+        terminal.type("\x1b[A");
+        terminal.waitForRows(isFile ? "orvlang -> echo last|" : "orvlang -> |");
+        terminal.type("\x15"
+                      "echo new\n");
+        terminal.waitForRows("new\norvlang -> |");
+    }
 }
 
 TEST_F(EditingTest, PlainWhereEditingIsNotWanted) {
