@@ -153,3 +153,47 @@ TEST_F(StandardInputTest, GivesBackWhatNobodyTook) {
     EXPECT_FALSE(input.giveBack());
     EXPECT_EQ(line(), "y");
 }
+
+TEST_F(StandardInputTest, GivesPartsBytesAndConfirmedLines) {
+    readFromPipe();
+    KIT_WorkBuffer text;
+    bool done = false;
+    const auto part = [&] {
+        text.clear();
+        done = false;
+        return input.readPart(text, done) ? text.c_str() : "(end)";
+    };
+    EXPECT_STREQ(part(), "");
+    send("on");
+    EXPECT_STREQ(part(), "on");
+    EXPECT_FALSE(done);
+    send("e\ntw\0off"s);
+    EXPECT_STREQ(part(), "e");
+    EXPECT_TRUE(done);
+    EXPECT_STREQ(part(), "tw");
+    send("dropped\nabc");
+    EXPECT_STREQ(part(), "");
+    EXPECT_TRUE(done);
+
+    // A child that is started behind the first byte finds the others.
+    char byte = '?';
+    EXPECT_TRUE(input.takeByte(byte));
+    EXPECT_EQ(byte, 'a');
+    input.discard();
+    send("def");
+    EXPECT_TRUE(input.takeByte(byte));
+    EXPECT_EQ(byte, 'd');
+    EXPECT_FALSE(input.holdsInput());
+
+    input.confirm("first\nsecond\n");
+    EXPECT_TRUE(input.holdsConfirmed());
+    EXPECT_EQ(line(), "first");
+    EXPECT_EQ(input.take(100), "second\n");
+    EXPECT_FALSE(input.holdsConfirmed());
+    send("\n");
+    EXPECT_EQ(line(), "ef");
+    FakeSystem system;
+    system.planned = { 0 };
+    send("x");
+    EXPECT_STREQ(part(), "(end)");
+}
