@@ -12,6 +12,7 @@ namespace {
 
 constexpr int theGap = 2;   // columns between two candidates
 
+/// In whole characters.
 std::string_view commonStart(const KIT_StringArray &candidates) {
     std::string_view common = candidates[0];
     for (int i = 1; i < candidates.entries(); ++i) {
@@ -19,6 +20,8 @@ std::string_view commonStart(const KIT_StringArray &candidates) {
         const auto difference = std::mismatch(common.begin(), common.end(), other.begin(), other.end());
         common = common.substr(0, static_cast<std::size_t>(difference.first - common.begin()));
     }
+    while (!common.empty() && (candidates[0][common.size()] & 0xC0) == 0x80)
+        common.remove_suffix(1);
     return common;
 }
 

@@ -216,7 +216,8 @@ TEST_F(EditingTest, SearchFindsPastLines) {
 }
 
 TEST_F(EditingTest, TabCompletes) {
-    for (const char *name : { "my dir/a file.txt", "it's", "plain.txt", "plain2.txt", ".hidden", "end\\" })
+    for (const char *name :
+         { "my dir/a file.txt", "it's", "plain.txt", "plain2.txt", ".hidden", "end\\", "umlä", "umlö" })
         folder.write(name, "");
     static const struct {
         const char *typed, *shown;
@@ -246,6 +247,7 @@ TEST_F(EditingTest, TabCompletes) {
         { "echo a -\t", "echo a -|" },
         { "echo # pl\t", "echo # pl|" },
         { "echo `ec\t", "echo `ec|" },
+        { "echo um\t", "echo uml|" },   // both go on with the same first byte of another character
     };
     Terminal terminal(program());
     terminal.waitForRows("orvlang -> |");
