@@ -81,7 +81,6 @@ void KIT_LineEditor::begin() {
     state = State::Editing;
     isHidden = true;
     isSearching = false;
-    decoder = KIT_KeyDecoder();   // an interrupt may have taken the end of a key
     recallPlace = recall.size();
     lastKey = KIT_Key::Unknown;
     decoder = {};   // an interrupt has the terminal drop input: the rest of a key, the end of a paste

@@ -67,6 +67,7 @@ private:
 
     void act(KIT_Key key);
     bool runCommand(KIT_Key key);
+    void changeLine(KIT_Key key);
     void typeText();
     void paste();
     void enter();

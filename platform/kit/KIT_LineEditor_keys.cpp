@@ -24,8 +24,15 @@ KIT_LineEditor::State KIT_LineEditor::readKeys() {
 }
 
 void KIT_LineEditor::act(KIT_Key key) {
-    if ((isSearching && actInSearch(key)) || runCommand(key))
+    if (isSearching && actInSearch(key))
         return;
+    if (!runCommand(key))
+        changeLine(key);
+    lastKey = key;
+}
+
+/// What libedit does not do.
+void KIT_LineEditor::changeLine(KIT_Key key) {
     switch (key) {
     case KIT_Key::Text:
         typeText();
@@ -65,7 +72,6 @@ void KIT_LineEditor::act(KIT_Key key) {
     default:
         break;
     }
-    lastKey = key;
 }
 
 /// False when the key is no command of libedit's.
@@ -99,7 +105,6 @@ bool KIT_LineEditor::runCommand(KIT_Key key) {
         state = State::Ended;
     else
         engine->run(row->command);
-    lastKey = key;
     return true;
 }
 

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr long long theLeastGain =
-    100000;   // nanoseconds; a wait that could end so little early is not cut in two
+/// A wait that could end so little early is not cut in two; nanoseconds.
+constexpr long long theLeastGain = 100000;
 
 constinit KIT_DueDescriptors theDueDescriptors = nullptr;
 constinit KIT_Immortal<std::vector<pollfd>> theWanted;   // keeps its memory from wait to wait
