@@ -68,6 +68,7 @@ private:
     void act(KIT_Key key);
     bool runCommand(KIT_Key key);
     void changeLine(KIT_Key key);
+    bool fitsScreen() const;
     void typeText();
     void paste();
     void enter();

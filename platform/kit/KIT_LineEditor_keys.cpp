@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <orvlang/platform/kit/KIT_EditPosition.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
 
@@ -113,13 +114,20 @@ void KIT_LineEditor::insert(std::wstring_view text) {
     engine->replace(cursor, cursor, text, cursor + text.size());
 }
 
-/// A mark that combines goes into the place before it.
+bool KIT_LineEditor::fitsScreen() const {
+    KIT_EditPosition position(columnCount);
+    position.advance(prompt);
+    position.advance(engine->getText());
+    return position.row + 1 < static_cast<std::size_t>(rowCount);
+}
+
+/// libedit's own typing crashes at the end of a line that the screen cannot hold. A mark that combines goes into the place before it.
 void KIT_LineEditor::typeText() {
     const std::string &text = decoder.getText();
     const std::size_t cursor = engine->getCursor();
     const bool isMark = cursor > 0 && KITcolumnsOf(KITfirstCharacter(text).code) == 0;
     if (!isMark)
-        return engine->type(places.encode(text)[0]);
+        return fitsScreen() ? engine->type(places.encode(text)[0]) : insert(places.encode(text));
     const std::wstring whole = places.encode(places.decode(engine->getText().substr(cursor - 1, 1)) + text);
     engine->replace(cursor - 1, cursor, whole, cursor - 1 + whole.size());
 }

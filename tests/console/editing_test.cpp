@@ -510,6 +510,27 @@ TEST_F(EditingTest, WideCharactersStayWhole) {
     terminal.waitForRows("orvlang -> echo 123\n漢字éé漢漢漢|漢漢漢漢");
 }
 
+TEST_F(EditingTest, ALineMayBeLongerThanTheScreen) {
+    Terminal terminal(program());
+    terminal.resize(20, 5);
+    terminal.waitForRows("orvlang -> |");
+    const std::string piece = " 123456789";
+    std::string text = "echo";
+    for (int i = 0; i < 15; ++i)
+        text += piece;
+    terminal.type(text);
+    terminal.waitForRows("56789|");
+    for (int i = 0; i < 8; ++i) {
+        terminal.type("\x01\x06\x05" + piece);
+        text += piece;
+    }
+    terminal.type("\n");
+    terminal.waitForRows("123456789\norvlang -> |");
+    terminal.resize(300, 10);
+    terminal.type("\x1b[A");
+    terminal.waitForRows("orvlang -> " + text + "|");
+}
+
 TEST_F(EditingTest, TheRecallOutlivesTheProgram) {
     {
         Terminal first(program()), second(program());
