@@ -514,19 +514,19 @@ TEST_F(EditingTest, ALineMayBeLongerThanTheScreen) {
     Terminal terminal(program());
     terminal.resize(20, 5);
     terminal.waitForRows("orvlang -> |");
-    const std::string piece = " 123456789";
     std::string text = "echo";
     for (int i = 0; i < 15; ++i)
-        text += piece;
+        text += " 123456789";
     terminal.type(text);
     terminal.waitForRows("56789|");
     for (int i = 0; i < 8; ++i) {
+        const std::string piece(50, 'Z');
         terminal.type("\x01\x06\x05" + piece);
         text += piece;
     }
     terminal.type("\n");
-    terminal.waitForRows("123456789\norvlang -> |");
-    terminal.resize(300, 10);
+    terminal.waitForRows("ZZZZZZZZZ\norvlang -> |");
+    terminal.resize(600, 10);
     terminal.type("\x1b[A");
     terminal.waitForRows("orvlang -> " + text + "|");
 }
