@@ -13,8 +13,8 @@ def describe(error):
         name = type(error).__module__ + "." + name
     try:
         text = str(error)
-    except:   # whatever it is
-        text = "<exception str() failed>"
+    except:   # whatever it is; behind an interrupt it is most likely the next one
+        text = "" if isinstance(error, KeyboardInterrupt) else "<exception str() failed>"
     short = f"{name}: {text}" if text else name
     try:
         import traceback
