@@ -19,12 +19,12 @@ namespace {
 constexpr size_t theMostLines = 10000;    // what stays when the file has become twice as long
 constexpr off_t theMostBytes = 4 << 20;   // what is read of a longer one, and stays
 
-std::string findFolder() {
+std::string findPath() {
     const char *const state = std::getenv("XDG_STATE_HOME");
     if (state && state[0] == '/')
-        return std::string(state) + "/orvlang";
+        return std::string(state) + "/orvlang/history";
     const char *const home = std::getenv("HOME");
-    return home && home[0] == '/' ? std::string(home) + "/.local/state/orvlang" : std::string();
+    return home && home[0] == '/' ? std::string(home) + "/.local/state/orvlang/history" : std::string();
 }
 
 /// An open file with a lock on it. A file that was replaced while the lock was awaited is opened anew.
@@ -87,9 +87,10 @@ std::string_view lastLines(std::string_view text, size_t count) {
 
 }   // namespace
 
-RecallFile::RecallFile() : folder(findFolder()), path(folder.empty() ? folder : folder + "/history") {}
+RecallFile::RecallFile() : path(findPath()) {}
 
 void RecallFile::makeFolder() const {
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
     std::error_code failed;
     if (std::filesystem::create_directories(folder, failed))
         std::filesystem::permissions(folder, std::filesystem::perms::owner_all, failed);

@@ -22,7 +22,6 @@ private:
     void makeFolder() const;
     void shorten(std::string_view kept) const;
 
-    const std::string folder;   // empty when there is no place for it
-    const std::string path;     // as empty
-    std::string latest;         // line of this run
+    const std::string path;   // empty when there is no place for it
+    std::string latest;       // line of this run
 };

@@ -121,7 +121,8 @@ bool KIT_LineEditor::fitsScreen() const {
     return position.row + 1 < static_cast<std::size_t>(rowCount);
 }
 
-/// libedit's own typing crashes at the end of a line that the screen cannot hold. A mark that combines goes into the place before it.
+/// libedit's own typing crashes at the end of a line that the screen cannot hold. A mark that combines goes into the
+/// place before it.
 void KIT_LineEditor::typeText() {
     const std::string &text = decoder.getText();
     const std::size_t cursor = engine->getCursor();
