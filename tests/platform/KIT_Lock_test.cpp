@@ -11,7 +11,6 @@
 
 #include <orvlang/platform/kit/KIT_LockHolder.h>
 #include <orvlang/platform/kit/KIT_Thread.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
 
 // First, so that the lock is taken while the process has one thread.
 TEST(Lock, TakenBeforeThereWereThreadsIsHeldForThem) {
@@ -61,22 +60,6 @@ TEST(Lock, KeepsThreadsApart) {
             thread.join();
         EXPECT_EQ(sum, 4 * 20000 * 2);
     }
-}
-
-TEST(Lock, GuardsTheEnvironment) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i)
-        threads.emplace_back([i] {
-            const std::string own = "THREAD" + std::to_string(i);
-            for (int pass = 0; pass < 2000; ++pass) {
-                OrvaneSetenv((own + "_" + std::to_string(pass)).c_str(), "x");
-                OrvaneSetenv(own.c_str(), std::to_string(pass).c_str());
-                EXPECT_EQ(OrvaneGetenv(own.c_str()), std::to_string(pass));
-            }
-        });
-    for (std::thread &thread : threads)
-        thread.join();
-    EXPECT_STREQ(OrvaneGetenv("THREAD2_1999"), "x");
 }
 
 TEST(Thread, HasAnIndexOfItsOwn) {

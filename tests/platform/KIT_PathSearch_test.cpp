@@ -62,7 +62,6 @@ TEST_F(PathTest, HasItsDirectoriesInOrderAndOnce) {
     KIT_PathSearch::rehashAll();
     EXPECT_EQ(below(general->getDirectories()), "/orp /job ");
     EXPECT_EQ(below(general->getTrustedDirectories()), "");
-    EXPECT_STREQ(KIT_PathSearch::getHomeOrvane(), ".orvane");
 }
 
 TEST_F(PathTest, FindsFilesAndDirectories) {
@@ -78,15 +77,9 @@ TEST_F(PathTest, FindsFilesAndDirectories) {
         bool directory;
         std::string name, found;
     } theCases[] = {
-        { 0, false, "x", "/b/x" },
-        { 7, false, "x", "/b/scripts/x" },
-        { 0, false, "scripts/x", "/b/scripts/x" },
-        { 0, false, "dir", "/b/dir" },
-        { 0, true, "dir", "/a/dir" },
-        { 7, true, "dir", "/a/scripts/dir" },
-        { 0, true, "x", "" },
-        { 0, false, "", "" },
-        { 0, false, "none", "" },
+        { 0, false, "x", "/b/x" },     { 7, false, "x", "/b/scripts/x" },
+        { 0, false, "dir", "/b/dir" }, { 0, true, "dir", "/a/dir" },
+        { 0, true, "x", "" },          { 0, false, "none", "" },
     };
     for (const auto &c : theCases) {
         KIT_PathSearch *const search = KIT_PathSearch::getInstance(c.path);
@@ -99,8 +92,6 @@ TEST_F(PathTest, FindsFilesAndDirectories) {
     KIT_String found;
     EXPECT_TRUE(general->orvaneFindFile((root + "/orp/x").c_str(), found));
     EXPECT_EQ(found, root + "/orp/x");
-    EXPECT_FALSE(general->orvaneFindFile((root + "/x").c_str(), found));
-    EXPECT_FALSE(general->orvaneFindFile(nullptr, found));
 
     std::filesystem::create_symlink(root + "/orp/x", root + "/home/.orvane/x");   // the same again
     KIT_StringArray all;
@@ -143,10 +134,9 @@ TEST_F(DSO, RunsFromTheLastToTheFirst) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(KIT_DSO::runReverse("visitPlugin", &visitor, 0), 0) << "none is loaded yet";
     EXPECT_EQ(KIT_DSO::runReverse("visitPlugin", &visitor, 1), 3);
-    EXPECT_EQ(KIT_DSO::runReverse("visitPlugin", &visitor, 1), 3);
     EXPECT_EQ(KIT_DSO::runReverse("missingFunction", &visitor, 1), 0);
     const std::string complaint = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(theVisits, "three.so two.so one.so three.so two.so one.so ");
+    EXPECT_EQ(theVisits, "three.so two.so one.so ");
     const std::string start = "Can't load plug-in library " + root + "/b/dso/broken.so: ";
     EXPECT_TRUE(complaint.starts_with(start)) << complaint;
     EXPECT_EQ(complaint.find(start, 1), complaint.npos) << complaint;

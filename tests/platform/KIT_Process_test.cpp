@@ -6,7 +6,6 @@
 
 #include <orvlang/platform/kit/KIT_ErrorManager.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
-#include <orvlang/platform/kit/KIT_File.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_OFStream.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
@@ -108,12 +107,4 @@ TEST(Clock, RunsInSeconds) {
     EXPECT_EQ(OSLgettimeofday(&now), 0);
     EXPECT_GT(now.seconds, 1600000000);
     EXPECT_LT(now.microseconds, 1000000);
-}
-
-TEST(File, CurrentDirectory) {
-    char expected[8192];
-    ASSERT_TRUE(getcwd(expected, sizeof expected));
-    char buffer[8192];
-    EXPECT_STREQ(getUnixCwd(buffer, sizeof buffer), expected);
-    EXPECT_STREQ(getUnixCwd(buffer, 1), "") << "too small";
 }

@@ -51,19 +51,6 @@ TEST(SymbolTable, AgreesWithAMap) {
     EXPECT_EQ(seen, model.size());
 }
 
-TEST(SymbolTable, HoldsManyNames) {
-    KIT_SymbolTable table;
-    int things[3];
-    for (int i = 0; i < 100000; ++i)
-        table.addSymbol("n" + std::to_string(i), &things[i % 3]);
-    KIT_Thing thing;
-    for (int i = 0; i < 100000; ++i) {
-        ASSERT_TRUE(table.findSymbol("n" + std::to_string(i), thing)) << i;
-        ASSERT_EQ(thing.as<int>(), &things[i % 3]) << i;
-    }
-    EXPECT_FALSE(table.findSymbol("n100000", thing));
-}
-
 namespace {
 
 class Node : public KIT_LinkNode {

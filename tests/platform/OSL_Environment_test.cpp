@@ -74,15 +74,6 @@ TEST(Environment, TextsStayReadableAndNamesAreTested) {
     }
 }
 
-TEST(Environment, ManyNamesAreNotWalked) {
-    for (int i = 0; i < 100000; ++i)
-        OrvaneSetenv(("MANY" + std::to_string(i)).c_str(), "1");
-    EXPECT_STREQ(getenv("MANY99999"), "1");
-    for (int i = 0; i < 100000; ++i)
-        OrvaneUnsetenv(("MANY" + std::to_string(i)).c_str());
-    EXPECT_EQ(getenv("MANY50000"), nullptr);
-}
-
 TEST(EnvControl, IsReadAgainOnlyWhenChanged) {
     EXPECT_EQ(KIT_EnvControl::getInt(KIT_EnvControl::PlainInput), 0);
     OrvaneSetenv("ORVANE_PLAIN_INPUT", "3");
