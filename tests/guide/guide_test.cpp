@@ -55,6 +55,10 @@ TEST(LanguageGuide, ExamplesWriteWhatTheyShow) {
     runExamples("docs/language.md", {}, 20);
 }
 
+TEST(ExpressionGuide, ExamplesWriteWhatTheyShow) {
+    runExamples("docs/expressions.md", {}, 3);
+}
+
 TEST(PythonGuide, ExamplesWriteWhatTheyShow) {
     runExamples("docs/python.md", { "-P", "lamp=c:" }, 4);
 }
