@@ -17,6 +17,7 @@
 namespace {
 
 constexpr const char *theHelpFile = "help/command.help";
+constexpr const char *theTopicFile = "help/topic.help";
 
 bool isHidden(std::string_view name) {
     return name == "XYZZY" || name == "coredump";
@@ -115,8 +116,14 @@ void CMD_Manager::cmd_help(CMD_Args &args) {
     const CMD_Manager &manager = *getContext();
     if (args.argc() == 1)
         manager.commandDump(args.out(), args.argp('k'), nullptr);
-    for (int i = 1; i < args.argc(); ++i)
+    for (int i = 1; i < args.argc(); ++i) {
         manager.commandHelp(args.out(), args.argv(i));
+        KIT_StringArray matches;
+        manager.matchCommands(args.argv(i), matches);
+        // On the error stream: scripts read the output.
+        if (matches.entries() == 0)
+            manager.printHelp(args.err(0), theTopicFile, args.argv(i));
+    }
 }
 
 void CMD_Manager::cmd_exhelp(CMD_Args &args) {

@@ -35,20 +35,22 @@ Lines linesOf(std::istream &&stream) {
     return lines;
 }
 
+std::map<std::string, Lines> entriesOf(const char *file) {
+    std::map<std::string, Lines> found;
+    Lines *entry = nullptr;
+    for (const std::string &line : linesOf(std::ifstream(file))) {
+        if (line.starts_with('#'))
+            entry = nullptr;
+        else if (!line.empty() && line[0] != ' ')
+            entry = &found[line];
+        else if (entry)
+            entry->push_back(line);
+    }
+    return found;
+}
+
 const std::map<std::string, Lines> &entries() {
-    static const std::map<std::string, Lines> theEntries = [] {
-        std::map<std::string, Lines> found;
-        Lines *entry = nullptr;
-        for (const std::string &line : linesOf(std::ifstream(ORVLANG_TREE "/help/command.help"))) {
-            if (line.starts_with('#'))
-                entry = nullptr;
-            else if (!line.empty() && line[0] != ' ')
-                entry = &found[line];
-            else if (entry)
-                entry->push_back(line);
-        }
-        return found;
-    }();
+    static const std::map<std::string, Lines> theEntries = entriesOf(ORVLANG_TREE "/help/command.help");
     return theEntries;
 }
 
@@ -204,6 +206,16 @@ TEST_F(HelpTexts, NameOnlyWhatThereIs) {
             }
         }
         EXPECT_GT(references, 0) << name;
+    }
+}
+
+TEST_F(HelpTexts, TopicsNameSectionsThatExist) {
+    for (const auto &[topic, lines] : entriesOf(ORVLANG_TREE "/help/topic.help")) {
+        std::smatch parts;
+        ASSERT_TRUE(std::regex_match(lines.at(0), parts, std::regex("    See (.*[.]md)(, \"(.*)\")?"))) << topic;
+        const Lines page = linesOf(std::ifstream(ORVLANG_TREE "/" + parts.str(1)));
+        EXPECT_TRUE(has(page, "## " + parts.str(3)) || (!parts[3].matched && !page.empty())) << topic;
+        EXPECT_EQ(help("help " + topic), "No installed command matches " + topic + "\n" + join(lines));
     }
 }
 
