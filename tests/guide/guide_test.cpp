@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What is shown to script authors runs as it is shown: the examples of the language guide and the example scripts.
+// What is shown to authors of scripts and hosts runs as it is shown: the examples of the pages and the example scripts.
 #include "Guide.h"
 #include "Program.h"
 
@@ -19,31 +19,33 @@ std::string readFile(const std::filesystem::path &path) {
     return text.str();
 }
 
-// A block `orv` is a script that runs; the blocks `input`, `output` and `errors` behind it say with what and what it
-// writes. A block `orv NAME` or `python NAME` is a file that lies beside those that follow.
+// A block `orv` is a script that runs, and a block `cpp NAME.cpp` a host, which is built as NAME. The blocks `input`,
+// `output` and `errors` after it are what it reads and writes. Any other block with a name is a file beside those that
+// follow.
 void runExamples(const std::string &guide, const std::vector<std::string> &options, int fewest) {
     const std::vector<Fence> fences = fencesOf(std::filesystem::path(ORVLANG_TREE) / guide);
     const TemporaryFolder folder;
-    std::vector<std::string> words = { ORVLANG_PROGRAM };
-    words.insert(words.end(), options.begin(), options.end());
-    words.push_back("example.cmd");
+    std::vector<std::string> script = { ORVLANG_PROGRAM };
+    script.insert(script.end(), options.begin(), options.end());
+    script.push_back("example.cmd");
     int examples = 0;
     for (size_t i = 0; i < fences.size(); ++i) {
         const Fence &fence = fences[i];
-        if (fence.kind != "orv" && fence.kind != "python")
-            continue;
+        const bool isHost = fence.kind == "cpp" && !fence.name.ends_with("_plugin.cpp");
         folder.write(fence.name.empty() ? "example.cmd" : fence.name, fence.text);
-        if (!fence.name.empty())
+        if (!isHost && (fence.kind != "orv" || !fence.name.empty()))
             continue;
         SCOPED_TRACE(guide + ":" + std::to_string(fence.line));
         std::string input, output, errors;
-        for (size_t k = i + 1; k < fences.size() && fences[k].kind != "orv" && fences[k].kind != "python";
-             ++k) {
+        for (size_t k = i + 1; k < fences.size() && fences[k].name.empty() && fences[k].kind != "orv"; ++k) {
             const std::string &kind = fences[k].kind;
             ASSERT_TRUE(kind == "input" || kind == "output" || kind == "errors") << fences[k].line;
             (kind == "input" ? input : kind == "output" ? output : errors) = fences[k].text;
         }
-        const Outcome outcome = Program{ words, folder.path(), input, { "PYTHONPATH=" + folder.path() } }.run();
+        const std::string host = ORVLANG_HOSTS "/" + fence.name.substr(0, fence.name.find('.'));
+        const std::string path = isHost ? "ORVANE_PATH=" ORVLANG_HOSTS : "PYTHONPATH=" + folder.path();
+        const Outcome outcome =
+            Program{ isHost ? std::vector{ host } : script, folder.path(), input, { path } }.run();
         compareLines("output", output, outcome.out);
         compareLines("errors", errors, outcome.err);
         ++examples;
@@ -57,6 +59,10 @@ TEST(LanguageGuide, ExamplesWriteWhatTheyShow) {
 
 TEST(ExpressionGuide, ExamplesWriteWhatTheyShow) {
     runExamples("docs/expressions.md", {}, 3);
+}
+
+TEST(HostingGuide, ExamplesWriteWhatTheyShow) {
+    runExamples("docs/hosting.md", {}, 5);
 }
 
 TEST(PythonGuide, ExamplesWriteWhatTheyShow) {
