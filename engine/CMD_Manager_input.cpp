@@ -220,7 +220,10 @@ void CMD_Manager::internalSendInput(std::string_view line, bool pushedSource) {
     stripLineEnd(line);
     if (isContinued(line)) {
         line.remove_suffix(1);
-        continuationLine = line.empty() ? " " : line;
+        if (joined.empty())
+            continuationLine = line.empty() ? " " : line;
+        else   // not copied: each of its many lines comes through here
+            (continuationLine = std::move(joined)).resize(line.size());
         pushPrompt("? ");
         return;
     }
