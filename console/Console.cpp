@@ -126,9 +126,9 @@ void Console::answerReads() {
 /// stopped the statement before, and the prompt comes again; elsewhere it ends the input.
 bool Console::readLine() {
     for (;;) {
-        if (onTerminal && ConsoleSignals::pending() == SIGINT)
+        if (onTerminal && ConsoleSignals::takeInterrupt())
             dropTypedLine();
-        if (ConsoleSignals::pending())
+        else if (ConsoleSignals::pending())
             return false;
         if (!reader.isEditing())
             manager.doPrompt();
@@ -143,16 +143,12 @@ bool Console::readLine() {
 
 /// False at the end of input, and when a signal came.
 bool Console::readLineOnce() {
-    KIT_Interrupt &interrupt = *KITgetInterrupt();
-    interrupt.opStart("Read a line", 0, 0, nullptr);   // so that a signal finds something to interrupt
-    const bool got = !ConsoleSignals::pending() &&
-                     CMD_EvtMonitoringReader::inst().getline(reader, line) == CMD_EvtMonitoringReader::GotLine;
-    interrupt.opEnd(-1);
-    return got;
+    const KIT_Operation operation("Read a line");   // so that a signal finds something to interrupt
+    return !ConsoleSignals::pending() &&
+           CMD_EvtMonitoringReader::inst().getline(reader, line) == CMD_EvtMonitoringReader::GotLine;
 }
 
 void Console::dropTypedLine() {
-    ConsoleSignals::forget();
     std::cout << std::endl;
     KIT_CmdLineReader::dropInput();
     manager.abandonInput();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ConsoleSignals.h"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <iterator>
@@ -16,8 +17,18 @@ namespace {
 constexpr int theNumbers[] = { SIGINT, SIGTERM, SIGHUP };
 constexpr int theInterruptAlone[] = { SIGINT, 0 };
 
-volatile std::sig_atomic_t theSignal = 0;
+std::atomic<int> theSignal{ 0 };
+static_assert(std::atomic<int>::is_always_lock_free);
 pid_t theProcess = 0;
+
+/// An interrupt hides no signal that ends the program.
+void note(int number) {
+    int none = 0;
+    if (number == SIGINT)
+        theSignal.compare_exchange_strong(none, number);
+    else
+        theSignal = number;
+}
 
 void takeSignal(int number) {
     // A child that Python code has forked off ends: by now its disposition is the default one (SA_RESETHAND).
@@ -25,7 +36,7 @@ void takeSignal(int number) {
         std::raise(number);
         return;
     }
-    theSignal = number;
+    note(number);
     const int before = errno;
     if (number != SIGINT)
         KIT_CmdLineReader::releaseTerminal();   // a command that does not listen may leave no time for it later
@@ -108,18 +119,13 @@ void ConsoleSignals::installForEnding() {
     take(SIGHUP, quit, SA_RESETHAND | SA_NODEFER);
 }
 
-ConsoleSignals::InterruptScope::InterruptScope() : handled(theInterruptAlone, takeSignal, false) {
-    KITgetInterrupt()->opStart("Read a line", 0, 0, nullptr);
-}
-
-ConsoleSignals::InterruptScope::~InterruptScope() {
-    KITgetInterrupt()->opEnd(-1);
-}
+ConsoleSignals::InterruptScope::InterruptScope() : handled(theInterruptAlone, takeSignal, false) {}
 
 int ConsoleSignals::pending() {
     return theSignal;
 }
 
-void ConsoleSignals::forget() {
-    theSignal = 0;
+bool ConsoleSignals::takeInterrupt() {
+    int interrupt = SIGINT;
+    return theSignal.compare_exchange_strong(interrupt, 0);
 }

@@ -16,11 +16,10 @@ public:
     /// For a program that shall just end at a signal: as installForEditing, and what ends it gives the terminal back.
     static void installForEnding();
 
-    /// Has SIGINT interrupt the waiting for a line as long as it lives, in a program that it otherwise ends.
+    /// As long as it lives SIGINT interrupts the running operation, in a program that it otherwise ends.
     class InterruptScope {
     public:
         InterruptScope();
-        ~InterruptScope();
         InterruptScope(const InterruptScope &) = delete;
         InterruptScope &operator=(const InterruptScope &) = delete;
 
@@ -28,7 +27,8 @@ public:
         const KIT_Signal handled;
     };
 
-    /// The latest signal that came since the last forget; 0 for none.
+    /// A signal that has arrived and was not taken; 0 for none.
     static int pending();
-    static void forget();
+    /// Whether the pending signal was an interrupt, which is no longer pending then.
+    static bool takeInterrupt();
 };

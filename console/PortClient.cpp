@@ -2,10 +2,11 @@
 #include "PortClient.h"
 
 #include <charconv>
-#include <csignal>
 #include <iostream>
 
 #include <unistd.h>
+
+#include <orvlang/platform/kit/KIT_Interrupt.h>
 
 #include "ConsoleSignals.h"
 
@@ -91,18 +92,20 @@ bool PortClient::readLine() {
             std::cout << thePrompt << std::flush;
         return reader.readLine(line);
     }
-    for (;;) {
-        const ConsoleSignals::InterruptScope scope;
-        if (reader.readLine(line)) {
-            recall.add(reader, line.view());
-            return true;
-        }
-        if (ConsoleSignals::pending() != SIGINT)
+    const ConsoleSignals::InterruptScope scope;
+    while (!readLineOnce()) {
+        if (!ConsoleSignals::takeInterrupt())
             return false;
-        ConsoleSignals::forget();
         KIT_CmdLineReader::dropInput();
         std::cout << "^C" << std::endl;
     }
+    recall.add(reader, line.view());
+    return true;
+}
+
+bool PortClient::readLineOnce() {
+    const KIT_Operation operation("Read a line");
+    return !ConsoleSignals::pending() && reader.readLine(line);
 }
 
 const char *PortClient::givePrompt() {
@@ -118,6 +121,8 @@ int PortClient::askStatus() {
         connection.tellFailure();
         return 1;
     }
+    if (reply == "\n")
+        return 0;   // no statement has ended there yet
     int status = 0;
     const auto [end, error] = std::from_chars(reply.data(), reply.data() + reply.size(), status);
     if (error == std::errc() && end != reply.data() + reply.size() && *end == '\n')

@@ -26,6 +26,7 @@ private:
     bool runLines();
     bool exchange(std::string_view request);
     bool readLine();
+    bool readLineOnce();
     static const char *givePrompt();
     int askStatus();
     void show(std::string_view reply) const;

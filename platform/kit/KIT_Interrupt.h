@@ -60,3 +60,19 @@ private:
 
 /// The one of the process.
 CMD_API KIT_Interrupt *KITgetInterrupt();
+
+/// An operation of the process's KIT_Interrupt from the construction to the destruction.
+class KIT_Operation {
+public:
+    explicit KIT_Operation(const char *name)
+        : isStarted(KITgetInterrupt()->opStart(name, 0, 0, nullptr) != 0) {}
+    ~KIT_Operation() { KITgetInterrupt()->opEnd(-1); }
+    KIT_Operation(const KIT_Operation &) = delete;
+    KIT_Operation &operator=(const KIT_Operation &) = delete;
+
+    /// False when the operation around it is interrupted already.
+    bool mayRun() const { return isStarted; }
+
+private:
+    const bool isStarted;
+};
