@@ -27,7 +27,7 @@ Runs a script, or the lines of standard input when there is none.
   --connect [HOST:]PORT
               run TEXT, or the lines of standard input, in the program that
               has opened that command port, and show what comes of it
-  --help      show this text
+  -h, --help  show this text
   --version   show the version
 
 The exit status is that of the last statement, or what `quit` says; 1 when the
@@ -91,8 +91,10 @@ bool readAddress(std::string_view text, ConsoleOptions &options) {
 ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
     ConsoleOptions options;
     bool isOnlyForHere = false;   // whether an option says nothing to another program
+    static char name[] = "orvlang";
+    argv[0] = name;   // messages of getopt_long begin with it
     // "+": the options end at the script, so that its own arguments are left alone.
-    for (int letter; (letter = getopt_long(argc, argv, "+c:sn:P:", theLongOptions, nullptr)) != -1;) {
+    for (int letter; (letter = getopt_long(argc, argv, "+c:hsn:P:", theLongOptions, nullptr)) != -1;) {
         isOnlyForHere |= letter == 's' || letter == 'n' || letter == 'P';
         switch (letter) {
         case 'c':
@@ -117,6 +119,7 @@ ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
                 return refused();
             }
             break;
+        case 'h':
         case optionHelp:
             std::cout << theHelp;
             return ended(0);

@@ -3,13 +3,28 @@
 // It is made of the library's public headers alone, as any host is.
 #include <ios>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <orvlang/platform/kit/KIT_Exit.h>
 
 #include "Console.h"
 #include "ConsoleOptions.h"
 #include "PortClient.h"
 
+namespace {
+
+/// What is opened later would otherwise become standard input, output or error output.
+void openClosedStandardStreams() {
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+        if (fcntl(descriptor, F_GETFD) < 0)
+            open("/dev/null", O_RDWR);   // opens the lowest descriptor that is free: this one
+}
+
+}   // namespace
+
 int main(int argc, char **argv) {
+    openClosedStandardStreams();
     std::ios::sync_with_stdio(false);
     const ConsoleOptions options = ConsoleOptions::parse(argc, argv);
     if (options.action == ConsoleOptions::Action::Nothing)
