@@ -17,15 +17,12 @@ TEST(CMD_LoopHead, SetsOperatorsApart) {
         { "while a<>b!=c", "while a <> b != c" },
         { "while a<<b>>c", "while a << b >> c" },
         { "while a<==b", "while a <=  = b" },
-        { "while a!b", "while a!b" },
         // Quotes keep single operators together, but not the comparisons of two bytes.
         { "while \"a=b\"", "while \"a=b\"" },
         { "while \"$a\"<=\"b\"", "while \"$a\" <= \"b\"" },
         { "while 'a<=b'", "while 'a <= b'" },
-        { "while `f(1)` = 1", "while `f(1)`  =  1" },
         { "while \"'(\" (", "while \"'(\"  ( " },
         // Comments, and what a backslash takes its meaning from.
-        { "while 1 # x", "while 1 " },
         { "while '#' # x", "while '#' " },
         { "while \\# #", "while \\# " },
         { "while a\\=b\\<=c", "while a\\=b\\< = c" },
@@ -33,7 +30,6 @@ TEST(CMD_LoopHead, SetsOperatorsApart) {
         { "while \\\"=", "while \\\" = " },
         { "while \"\\\"=", "while \"\\\"=" },
         { "while a\\", "while a\\" },
-        { "", "" },
     };
     for (const auto &c : theCases)
         EXPECT_EQ(CMD_LoopHead::normalize(c.line), c.normalized) << c.line;

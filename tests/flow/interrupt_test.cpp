@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // An interrupt from another thread ends every loop at once, and what a person types next runs.
-#include "FlowFixture.h"
+#include "EngineFixture.h"
 
 #include <atomic>
+#include <optional>
 #include <thread>
 
 #include <orvlang/platform/kit/KIT_Interrupt.h>
@@ -28,44 +29,35 @@ private:
     std::thread thread;
 };
 
-class Interrupt : public FlowFixture {
+class Interrupt : public EngineFixture {
 protected:
     Interrupt() {
-        manager.installCommand(
-            "tick", "",
-            [](CMD_Args &) {
-                ++theTicks;
-                theTicks.notify_one();
-            },
-            true);
-        manager.installCommand(
-            "nested", "",
-            [](CMD_Args &) {
-                CMD_Manager::getContext()->execute("while 1 == 1\ntick\nend\necho never", 0, nullptr, nullptr,
-                                                   1, true);
-            },
-            true);
+        install("tick", [](CMD_Args &) {
+            ++theTicks;
+            theTicks.notify_one();
+        });
+        install("nested", [](CMD_Args &) {
+            CMD_Manager::getContext()->execute("while 1 == 1\ntick\nend\necho never", 0, nullptr, nullptr, 1,
+                                               true);
+        });
     }
 
     void expectEnd(const std::string &lines) {
         SCOPED_TRACE(lines);
-        {
-            const Interrupter interrupter;
-            type(lines);
-        }
-        EXPECT_EQ(written(), "");
+        std::optional<Interrupter> interrupter(std::in_place);
+        EXPECT_EQ(type(lines), "");
+        interrupter.reset();
         EXPECT_EQ(manager.getSourceLevel(), 0);
         EXPECT_EQ(manager.getSource()->getIfNestLevel(), 0);
-        type("for i = 1 to 2\necho $i\nend");
-        EXPECT_EQ(written(), "1|2|");
+        EXPECT_EQ(type("for i = 1 to 2\necho $i\nend"), "1\n2\n");
     }
 };
 
 TEST_F(Interrupt, EndsLoops) {
     const std::string endless = "while 1 == 1\ntick\nend\n";
-    script("loop.cmd", "foreach x ( a b )\n" + endless + "end\necho never\n");
+    folder.write("loop.cmd", "foreach x ( a b )\n" + endless + "end\necho never\n");
     expectEnd(endless);
-    expectEnd("source " + folder + "/loop.cmd; echo never");
+    expectEnd("source loop.cmd; echo never");
     expectEnd("nested; echo never");
     expectEnd("for i = 1 to 1000\nnested\necho never\nend");
     // Where only heads of loops run, and in skipped code.
@@ -76,16 +68,11 @@ TEST_F(Interrupt, EndsLoops) {
 }
 
 TEST_F(Interrupt, OfALoopThatIsCollectedIsNoMistakeInIt) {
-    manager.installCommand(
-        "cut", "",
-        [](CMD_Args &) {
-            CMD_Manager::getContext()->execute("while 1", 0, nullptr, nullptr, 1, true);
-            KITgetInterrupt()->interrupt();
-        },
-        true);
-    script("cut.cmd", "cut\necho never\nend\n");
-    type("source " + folder + "/cut.cmd; echo never");
-    EXPECT_EQ(written(), "");
+    install("cut", [](CMD_Args &) {
+        CMD_Manager::getContext()->execute("while 1", 0, nullptr, nullptr, 1, true);
+        KITgetInterrupt()->interrupt();
+    });
+    EXPECT_EQ(script("cut\necho never\nend\n", "; echo never"), "");
 }
 
 }   // namespace

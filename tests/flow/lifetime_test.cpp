@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a loop runs may do anything to it: end its source, put another loop in its place, ask for its lines. Run under
-// the address sanitizer; the fixture checks that no loop is left behind.
-#include "FlowFixture.h"
-
-#include <cstdlib>
+// the address sanitizer.
+#include "EngineFixture.h"
 
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/fml/FML_Function.h>
@@ -27,44 +25,40 @@ void addPerformFunction() {
 }
 
 /// What a loop meets while it is tested, while an inner one is entered, or in its body.
-const char *const theDeeds[] = {
-    "exit",
-    "nosuch",
-    "break",
-    "break 9",
-    "continue",
-    "for z = 1 to 2",
-    "while 1",
-    "foreach q ( a",
-    "source other.cmd",
-    "source other.cmd; exit",
-    "source fails.cmd",
-    "source reads.cmd",
-    "endif",
-    "if 0",
-    "else",
-    "unset",
-    "end",
-    "source open.cmd",
-};
+const char *const theDeeds[] = { "exit",
+                                 "nosuch",
+                                 "break",
+                                 "break 9",
+                                 "continue",
+                                 "for z = 1 to 2",
+                                 "while 1",
+                                 "foreach q ( a",
+                                 "source other.cmd",
+                                 "source other.cmd; exit",
+                                 "source fails.cmd",
+                                 "source reads.cmd",
+                                 "endif",
+                                 "if 0",
+                                 "else",
+                                 "unset",
+                                 "end",
+                                 "source open.cmd" };
 
-class Lifetime : public FlowFixture {
+class Lifetime : public EngineFixture {
 protected:
     Lifetime() {
         addPerformFunction();
-        script("other.cmd", "while 1\nbreak\nend\nforeach y ( a b )\nforeach u ( c )\nend\nend\n");
-        script("fails.cmd", "foreach y ( a b )\nnosuch\nend\n");
-        script("reads.cmd", "foreach y ( a b )\nread answer\nend\n");
-        script("open.cmd", "foreach y ( a b )\n");
-        std::filesystem::current_path(folder);
+        folder.write("other.cmd", "while 1\nbreak\nend\nforeach y ( a b )\nforeach u ( c )\nend\nend\n");
+        folder.write("fails.cmd", "foreach y ( a b )\nnosuch\nend\n");
+        folder.write("reads.cmd", "foreach y ( a b )\nread answer\nend\n");
+        folder.write("open.cmd", "foreach y ( a b )\n");
+        folder.write("outer.cmd", "for o = 1 to 2\nsource s.cmd\nend\n");
     }
-    ~Lifetime() override { std::filesystem::current_path("/"); }
 
     /// Runs the text as a script inside a script, then from the console, and sees that the manager is sound behind it.
     void torture(const std::string &text) {
         SCOPED_TRACE(text);
-        script("inner.cmd", text);
-        script("outer.cmd", "for o = 1 to 2\nsource inner.cmd\nend\n");
+        folder.write("s.cmd", text);
         theRuns = 0;
         type("source outer.cmd");
         recover();
@@ -84,10 +78,9 @@ protected:
         for (int i = 0; i < 127 && manager.getSource()->getIfNestLevel() > 0; ++i)
             type("endif");
         type("alias -u set");
-        written();
-        type("foreach s ( a b )\necho sound $s\nend");
-        EXPECT_EQ(written(), "sound a|sound b|");
+        EXPECT_EQ(type("foreach s ( a b )\necho sound $s\nend"), "sound a\nsound b\n");
         EXPECT_EQ(manager.getLoopNestLevel(), 0);
+        EXPECT_EQ(manager.getBreakLevel(), 0);
     }
 };
 
@@ -118,29 +111,25 @@ TEST_F(Lifetime, ABodyLineDoesAnything) {
 }
 
 TEST_F(Lifetime, AnEndedSourceGivesNoFurtherLine) {
-    script("ends.cmd", "while `perform(\"exit\")`\necho pass\nend\necho behind\n");
-    type("source ends.cmd; echo next");
-    EXPECT_EQ(written(), "next|");
-    script("ends.cmd", "alias set 'exit #'\nfor i = 1 to 3\necho pass\nend\necho behind\n");
-    type("source ends.cmd; echo next; alias -u set");
-    EXPECT_EQ(written(), "next|ends.cmd (1): Warning:  alias for 'set' overrides internal command|");
+    EXPECT_EQ(script("while `perform(\"exit\")`\necho pass\nend\necho behind\n", "; echo next"), "next\n");
+    EXPECT_EQ(script("alias set 'exit #'\nfor i = 1 to 3\necho pass\nend\necho behind\n",
+                     "; echo next; alias -u set"),
+              "{s.cmd (1): Warning:  alias for 'set' overrides internal command\n}next\n");
 }
 
 TEST_F(Lifetime, ATestThatRunsTextLeavesTheLoopAlone) {
     // The text of several lines becomes a source of its own, which ends inside the test.
     const std::string loop = "foreach x ( 'a\\necho b' c )\necho \"<$x>\"\nend\n";
-    type(loop);
-    EXPECT_EQ(written(), "b|<>|<c>|");
+    EXPECT_EQ(type(loop), "b\n<>\n<c>\n");
     type("set -u x");
     manager.sendMultiLineInput(loop.c_str(), false);
-    EXPECT_EQ(written(), "b|<>|<c>|");
+    EXPECT_EQ(transcript.take(), "b\n<>\n<c>\n");
 }
 
 TEST_F(Lifetime, EndlessNestingEnds) {
-    script("self.cmd", "alias set 'source self.cmd #'\nfor i = 1 to 3\necho pass\nend\n");
-    type("source self.cmd");
-    type("alias -u set");
-    EXPECT_NE(written().find("Nesting too deep|"), std::string::npos);
+    const std::string written =
+        script("alias set 'source s.cmd #'\nfor i = 1 to 3\necho pass\nend\n", "; alias -u set");
+    EXPECT_NE(written.find("Nesting too deep\n"), std::string::npos);
 }
 
 }   // namespace

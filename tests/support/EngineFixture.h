@@ -88,7 +88,7 @@ protected:
                  bool safe = true) {
         manager.installCommand(command, options, callback, safe);
     }
-    /// Types lines at the console, one after the other, and gives what came of all.
+    /// Types lines at the console, one after the other, and returns what came of all.
     std::string type(const std::string &lines) {
         std::istringstream stream(lines);
         for (std::string line; std::getline(stream, line);)
