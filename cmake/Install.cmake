@@ -24,8 +24,22 @@ install(FILES ${PROJECT_BINARY_DIR}/orvlangConfig.cmake ${PROJECT_BINARY_DIR}/or
 configure_file(cmake/orvlang.pc.in ${PROJECT_BINARY_DIR}/orvlang.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/orvlang.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
+# The pages lie as in the tree, so that their links hold. What they link to in the sources is not installed: of such a link
+# the text alone is left.
 install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} REGEX "/examples/CMakeLists.txt$" EXCLUDE)
+install(CODE "cmake_path(APPEND CMAKE_INSTALL_PREFIX \"${CMAKE_INSTALL_DOCDIR}\" OUTPUT_VARIABLE folder)")
+install(CODE [=[
+    file(GLOB pages $ENV{DESTDIR}${folder}/*.md $ENV{DESTDIR}${folder}/docs/*.md)
+    foreach(page IN LISTS pages)
+        file(READ ${page} text)
+        string(REGEX REPLACE
+            "\\[([^]\n]*)\\]\\((\\.\\./)?(CONTRIBUTING\\.md|(bridge|builtins|console|engine|flow|platform|port|symbols|tests)(/[^) ]*)?)\\)"
+            "\\1" text "${text}")
+        file(WRITE ${page} "${text}")
+    endforeach()
+]=])
 if(EXISTS ${PROJECT_SOURCE_DIR}/help)
     install(DIRECTORY help DESTINATION ${CMAKE_INSTALL_DATADIR}/orvlang FILES_MATCHING PATTERN "*.help")
     # The build tree's copy: a link, so that an edited help text shows at once.
