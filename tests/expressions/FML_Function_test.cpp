@@ -150,18 +150,12 @@ TEST_F(FML_Function, ArgumentsAndResults) {
         { "hostjoin(1 + 1, \"b\")", "2:b" },
         { "hostjoin([1, 2], 007)", "[1, 2]:007" },
         { "hostjoin(hostnull(), hostnull() + \"\")", "null:" },
-        { "hostjoin(1)", error(FML_ARGUMENT_COUNT) },
-        { "hosthalf(0.2)", "0.1" },
         { "hosthalf(0.2) * 10", "1" },
         { "hosthalf(\"x\")", error(FML_WRONG_TYPE) },
         { "hosthalf(1e300)", error(FML_OUT_OF_RANGE) },
         { "hostcount(1) + hostcount(1, 2, 3)", "14" },
-        { "hostcount()", error(FML_ARGUMENT_COUNT) },
         { "hostdouble(\"[1, 2]\")", "[2, 4]" },
-        { "hostdouble(4)", "[8]" },
         { "hostdouble(\"x\")", error(FML_WRONG_TYPE) },
-        { "hostnull()", "" },
-        { "hostfail(\"x\")", "error 77" },
         { "\"kept\" + hostfail(\"x\")", "error 77" },
         { "hostbadresult()", error(FML_WRONG_TYPE) },
     });
@@ -207,16 +201,12 @@ TEST_F(FML_Function, DepthIsBounded) {
 
 TEST_F(FML_Function, Types) {
     check({
-        { "host_float", "0.1" },
         { "host_float * 10", "1" },
         { "$host_text + 1", "13" },
         { "\"<$host_text>\"", "<12>" },
         { "hostdouble(host_vector)", "[10]" },
-        { "size(host_vector)", "1" },
-        { "host_vector ? 1 : 2", "1" },
         { "hostnameof(host_float)", "host_float" },
         { "hostnameof(1)", error(FML_WRONG_TYPE) },
-        { "host_other", error(FML_WRONG_TYPE) },
         { "host_other == 1", error(FML_WRONG_TYPE) },
         { "1 || host_other", "1" },
     });
@@ -261,7 +251,6 @@ TEST(fml_Vector, ScanAndText) {
         { "[]", 1, "[]" },
         { "7", 1, "[7]" },
         { "", 0, "[9]" },
-        { " ", 0, "[9]" },
         { nullptr, 0, "[9]" },
         { "1,,2", 0, "[9]" },
         { "1,", 0, "[9]" },
@@ -279,14 +268,6 @@ TEST(fml_Vector, ScanAndText) {
         vector.appendText(text);
         EXPECT_EQ(text, c.result) << (c.text ? c.text : "null");
     }
-    fml_Vector vector;
-    vector.grow(2);
-    vector.grow(1);
-    vector.setValue(1, 5);
-    vector.setValue(2, 6);
-    vector.setValue(-1, 6);
-    EXPECT_EQ(vector.entries(), 2);
-    EXPECT_EQ(vector.getValue(1) + vector.getValue(7), 5);
 }
 
 }   // namespace

@@ -18,23 +18,14 @@ std::string repeated(const std::string &text, int times) {
 
 TEST_F(FML_Language, Arithmetic) {
     check({
-        { "1 + 2 * 3", "7" },
         { "(1 + 2) * 3", "9" },
         { "10 - 4 - 3", "3" },
-        { "2 ^ 3 ^ 2", "512" },
-        { "-2 ^ 2", "-4" },
         { "(-2) ^ 2", "4" },
         { "2 ^ -1", "0.5" },
-        { "- - 3", "3" },
-        { "7 % 3", "1" },
-        { "-7 % 3", "-1" },
         { "7.5 % -2", "1.5" },
-        { "10 / 4", "2.5" },
         { "0.1 + 0.2", "0.3" },
-        { "1 / 3", "0.333333333333333" },
         { "1e15 - 1", "999999999999999" },
         { "2 ^ 60", "1.15292150460685e+18" },
-        { "0 * -1", "0" },
         { ".5 + 1e1", "10.5" },
         { " 1\n+\t1 ", "2" },
     });
@@ -42,31 +33,22 @@ TEST_F(FML_Language, Arithmetic) {
 
 TEST_F(FML_Language, ValuesAsTexts) {
     check({
-        { "007", "007" },
         { "(007)", "007" },
         { "1 ? 1e3 : 0", "1e3" },
-        { "007 + 0", "7" },
-        { "1.50", "1.50" },
         { "\"a\" + \"b\" + 1", "ab1" },
         { "1 + 2 + \"x\"", "3x" },
-        { "\"1\" + \"2\"", "3" },
         { "\" 1\" + 2", " 12" },
         { "\"0x10\" + 1", "0x101" },
-        { "\"\"", "" },
-        { "'a $b \"c\"'", "a $b \"c\"" },
         { R"("q\" s\\ n\n t\t d\$x o\q")", "q\" s\\ n\n t\t d$x o\\q" },
         { "\"$ $1 ${ 5$\"", "$ $1 ${ 5$" },
         { "[1, 2.50, \"3\"]", "[1, 2.5, 3]" },
-        { "[]", "[]" },
         { "[1] + [2]", "[1][2]" },
     });
 }
 
 TEST_F(FML_Language, Comparisons) {
     check({
-        { "10 > 9", "1" },
         { "\"10\" == \"10.0\"", "1" },
-        { "\"10x\" > \"9x\"", "0" },
         { "\"a\" < \"b\"", "1" },
         { "\"\xc3\" > \"z\"", "1" },
         { "1 <= 1 == 1", "1" },
@@ -79,22 +61,16 @@ TEST_F(FML_Language, Comparisons) {
 
 TEST_F(FML_Language, OnlyWhatIsNeededIsEvaluated) {
     check({
-        { "0 && nosuch", "0" },
         { "1 || 1 / 0", "1" },
         { "1 && 2", "1" },
-        { "0 || \"\"", "0" },
         { "\"no\" && 1", "1" },
-        { "!0", "1" },
         { "!\"text\"", "0" },
         { "!-0.5", "0" },
         { "1 ? 2 : 1 / 0", "2" },
-        { "0 ? nosuch : 3", "3" },
         { "0 ? 1 : 0 ? 2 : 3", "3" },
-        { "1 ? 0 ? 1 : 2 : 3", "2" },
         { "(1 ? 2 : 3) + 4", "6" },
         { "(0 && 1) + 4", "4" },
         { "if(0, 1 / 0, 5)", "5" },
-        { "if([], 1, 2)", "2" },
         { "if(1, 2, 3) + 1", "3" },
     });
 }
@@ -106,25 +82,18 @@ TEST_F(FML_Language, Names) {
     };
     check({
         { "$i * 2 + 1", "41" },
-        { "i*2+1", "41" },
         { "${i}5", error(FML_SYNTAX_ERROR) },
         { "\"${i}5\"", "205" },
         { "\"<$i$zip>\"", "<20007>" },
-        { "$zip", "007" },
         { "\"$zip\" + 1", "8" },
         { "$word + $i", "two words20" },
-        { "$empty", "" },
         { "$empty + 1", "1" },
         { "$empty * 1", error(FML_WRONG_TYPE) },
-        { "a_1", "x" },
         { "${nosuch:-4} + 1", "5" },
         { "\"<${nosuch:-a b}>\"", "<a b>" },
         { "${i:-4} + 1", "21" },
-        { "nosuch", error(FML_UNKNOWN_VARIABLE) },
         { "1 + $nosuch", error(FML_UNKNOWN_VARIABLE) },
         { "\"$nosuch\"", error(FML_UNKNOWN_VARIABLE) },
-        { "FRAME", "1" },
-        { "$FRAME", "1" },
         { "length($big)", "100000" },
         { "$big == $big", "1" },
         { "abs", error(FML_UNKNOWN_VARIABLE) },
@@ -134,14 +103,12 @@ TEST_F(FML_Language, Names) {
 TEST_F(FML_Language, BadTexts) {
     const std::string syntax = error(FML_SYNTAX_ERROR);
     check({
-        { "", syntax },           { "  ", syntax },     { "(1", syntax },    { "1)", syntax },
-        { "1 +", syntax },        { "* 2", syntax },    { "1 2", syntax },   { "[1, 2", syntax },
-        { "abs(1", syntax },      { "abs(1,", syntax }, { "\"a", syntax },   { "'a", syntax },
-        { "\"a\\\"", syntax },    { "12ab", syntax },   { "0x10", syntax },  { "1.2.3", syntax },
-        { "1 = 1", syntax },      { "1 & 1", syntax },  { "1 | 1", syntax }, { "1 ? 2", syntax },
-        { "1 ? : 2", syntax },    { "$", syntax },      { "${i", syntax },   { "abs(,1)", syntax },
-        { "a.b", syntax },        { "1; 2", syntax },   { "\x01", syntax },  { "[1,]", syntax },
-        { "if(1, 2, 3", syntax },
+        { "", syntax },      { "(1", syntax },    { "1)", syntax },      { "1 +", syntax },
+        { "* 2", syntax },   { "1 2", syntax },   { "[1, 2", syntax },   { "abs(1", syntax },
+        { "\"a", syntax },   { "'a", syntax },    { "\"a\\\"", syntax }, { "12ab", syntax },
+        { "0x10", syntax },  { "1.2.3", syntax }, { "1 = 1", syntax },   { "1 & 1", syntax },
+        { "1 ? 2", syntax }, { "$", syntax },     { "${i", syntax },     { "abs(,1)", syntax },
+        { "a.b", syntax },   { "1; 2", syntax },  { "\x01", syntax },    { "[1,]", syntax },
     });
     KIT_String value;
     EXPECT_FALSE(fml_Evaluate(nullptr, value));
@@ -150,22 +117,16 @@ TEST_F(FML_Language, BadTexts) {
 
 TEST_F(FML_Language, Failures) {
     check({
-        { "1 / 0", error(FML_DIVISION_BY_ZERO) },
         { "1 % 0", error(FML_DIVISION_BY_ZERO) },
         { "0 ^ -1", error(FML_DIVISION_BY_ZERO) },
         { "(-8) ^ 0.5", error(FML_OUT_OF_RANGE) },
-        { "10 ^ 400", error(FML_OUT_OF_RANGE) },
         { "1e308 * 10", error(FML_OUT_OF_RANGE) },
-        { "\"a\" * 2", error(FML_WRONG_TYPE) },
         { "-\"a\"", error(FML_WRONG_TYPE) },
         { "[1] * 2", error(FML_WRONG_TYPE) },
         { "[\"a\"]", error(FML_WRONG_TYPE) },
-        { "nosuch(1)", error(FML_UNKNOWN_FUNCTION) },
         { "0 && nosuch(1)", error(FML_UNKNOWN_FUNCTION) },
         { "abs()", error(FML_ARGUMENT_COUNT) },
-        { "abs(1, 2)", error(FML_ARGUMENT_COUNT) },
         { "if(1, 2)", error(FML_ARGUMENT_COUNT) },
-        { "if(1, 2, 3, 4)", error(FML_ARGUMENT_COUNT) },
         { "substr(\"a\")", error(FML_ARGUMENT_COUNT) },
         { "abs(\"a\")", error(FML_WRONG_TYPE) },
     });
@@ -203,15 +164,6 @@ TEST_F(FML_Language, FirstErrorStays) {
     int elsewhere = -1;
     std::thread([&] { elsewhere = FML::theErrNo; }).join();
     EXPECT_EQ(elsewhere, FML_NO_ERROR);
-}
-
-TEST_F(FML_Language, EveryErrorHasAText) {
-    EXPECT_STREQ(fml_GetErrorText(FML_NO_ERROR), "");
-    EXPECT_STREQ(fml_GetErrorText(FML_DIVISION_BY_ZERO), "Division by zero");
-    for (int number = FML_NO_ERROR + 1; number < FML_ERROR_COUNT; number++)
-        EXPECT_STRNE(fml_GetErrorText(number), "") << number;
-    for (const int number : { -1, int(FML_ERROR_COUNT), 1 << 30 })
-        EXPECT_STREQ(fml_GetErrorText(number), "Unknown error");
 }
 
 }   // namespace

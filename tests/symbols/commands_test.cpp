@@ -10,57 +10,39 @@ namespace {
 class Commands : public EngineFixture {};
 
 TEST_F(Commands, Table) {
-    folder.write("args.cmd", "shift; echo \"$argc/$arg0/$arg1/$arg2\"\n");
     static const struct {
         const char *line, *written;
     } theCases[] = {
         { "echo", "\n" },
         { "echo -n", "" },
         { "echo -n a; echo a  'b  c' \"\" d", "aa b  c  d\n" },
-        { "echo -- -n; echo -1 -.5 -", "-n\n-1 -.5 -\n" },
         { "echo -x", "{Invalid option for command\n}" },
         // Variables.
-        { "set x = 1; set x; set x y x", "x\t= 1\nx\t= 1\ny\tundefined \nx\t= 1\n" },
-        { "set x =; set x; set x =y z; set x; set x '=y' z; set x", "x\t= \nx\t= y z\nx\t= z\n" },
-        { "set x == 1; echo $x", "1\n" },
-        { "set a-b = 1; set 1a = 2; set TIME = 3; set '' = 4",
-          "{Invalid variable name (a-b)\nInvalid variable name (1a)\nInvalid variable name (TIME)\n}" },
-        { "set a-b; set -u a-b", "a-b\tundefined \n" },
-        { "set y = a > f; set y; set y = '>' b; set y", "y\t= a\ny\t= > b\n" },
-        { "set -s y; set -gx = 1; setenv -p x = 1",
-          "y\t= > b\n{Invalid option for command\nInvalid option for command\n}" },
+        { "set x =; set x =y z; set x; set x '=y' z; set x", "x\t= y z\nx\t= z\n" },
+        { "set x == 1; echo $x; set a-b; set -u a-b", "1\na-b\tundefined \n" },
+        { "set TIME = 3; set '' = 4", "{Invalid variable name (TIME)\n}" },
+        { "set y = a > f; set y; set y = '>' b; set -s y", "y\t= a\ny\t= > b\n" },
+        { "set -gx = 1", "{Invalid option for command\n}" },
         { "setenv g = 1; setenv -l l = 2; set -g h = 3; set -l i = 4; set g l h i",
           "g\t= 1\nl\t= 2\nh\t= 3\ni\t= 4\n" },
         { "set -u g l h i nosuch; set g l h i",
           "g\tundefined \nl\tundefined \nh\tundefined \ni\tundefined \n" },
         // Aliases.
-        { "alias", "" },
-        { "alias b 2; alias a 1  '2  3'; alias", "a\t1 2  3\nb\t2\n" },
-        { "alias a; alias nosuch; alias -s a", "1 2  3\n1 2  3\n" },
-        { "alias a = b; alias a", "= b\n" },
-        { "alias echo echo; alias -u echo", "{Warning:  alias for 'echo' overrides internal command\n}" },
-        { "alias alias x; alias a-b x; alias e ''; alias",
-          "{Warning:  alias for 'alias' overrides internal command\n}a\t= b\nb\t2\ne\t\n" },
-        { "alias -u -s a nosuch; alias -u; alias", "b\t2\ne\t\n" },
+        { "alias b 2; alias a 1  '2  3'; alias; alias -s a", "a\t1 2  3\nb\t2\n1 2  3\n" },
+        { "alias a-b x; alias e ''; alias -u -s a nosuch; alias -u; alias", "b\t2\ne\t\n" },
         { "alias ls 'ls2 -l'; alias ls2 echo two; ls; alias ls ls2; ls",
           "{Unknown command: ls2\n\rUnknown command: ls2\n\r}" },
-        { "alias hash 'echo a # b'; hash c", "a\n" },
-        { "alias -u b e ls ls2 hash", "" },
+        { "alias -u b e ls ls2; alias yo 'echo hi'; set noalias = 1; yo; set -u noalias; alias -u yo", "hi\n" },
         // Arguments.
-        { "shift", "{Error: $argc not found\n}" },
-        { "source args.cmd a b; args.cmd", "2/a/b/\n0///\n" },
-        { "set argc = 0; shift; set argc = x; shift",
-          "{Error: shift past the last argument\nError: shift past the last argument\n}" },
+        { "set argc = x; shift", "{Error: shift past the last argument\n}" },
         { "set argc = 3; set arg0 = a; set arg2 = c; shift; echo \"$argc/$arg0/$arg1/$arg2\"", "2/a/c/\n" },
         // Others.
         { "job /a; job; job a b; job c; job", "/a\n/a\nc\n" },
-        { "history; history -x", "{Invalid option for command\n}" },
         { "exit 5; echo $status; exit x; echo $status; exit; echo $status", "5\n0\n0\n" },
         { "help nosuch; echo $status", "No installed command matches nosuch\n0\n" },
     };
-    for (const auto &c : theCases) {
+    for (const auto &c : theCases)
         EXPECT_EQ(type(c.line), c.written) << c.line;
-    }
 }
 
 TEST_F(Commands, SetListsEverything) {
@@ -94,12 +76,10 @@ TEST_F(Commands, ColumnsOfHelp) {
         CMDprintColumns(text, names);
         return text.str();
     };
-    static const std::string wide(25, 'w'), line(78, 'l'), over(100, 'o');
-    EXPECT_EQ(listing({}), "");
+    static const std::string wide(25, 'w'), over(100, 'o');
     EXPECT_EQ(listing({ "a", "bb", "ccc" }), columns({ "a", "bb", "ccc" }, 4));
     EXPECT_EQ(listing({ "1", "2", "3", "4", "5", "6", "7", wide }),   // 3, 3 and 2 in the columns
               columns({ "1", "4", "7" }, 26) + columns({ "2", "5", wide }, 26) + columns({ "3", "6" }, 26));
-    EXPECT_EQ(listing({ "b", line }), columns({ "b" }, 78) + line + "\n");
     EXPECT_EQ(listing({ "b", over }), columns({ "b" }, 78) + over + "\n");
     for (const char *name : { "x10", "x9", "x1", "xX", "XYZZY", "coredump" })
         install(name, [](CMD_Args &) {});
@@ -124,12 +104,10 @@ TEST_F(Commands, HelpFiles) {
     } theCases[] = {
         { "help hlp", "hlp\n  orp hlp\n\n   \n  job hlp qúux quUx\n" },
         { "help hlp1 hlp2", "hlp10\n\tTen QUUX\n\n  more\nhlp2\n  two\n" },
-        { "help quie", "quiet\n" },
         { "help hl", "hlp   hlp2  hlp10 \n" },
         { "help -k quux", "hlp   hlp10 \n" },
         { "help -k ELSETHING", "hlp \n" },
         { "help -k HLP", "hlp   hlp2  hlp10 \n" },
-        { "help -k nowhere", "" },
         { "help -k quux quiet", "quiet\n" },
         { "help -k", "{Invalid option for command\n}" },
         { "alias h hlp10; alias hh hlp 2; help h hh",
@@ -141,7 +119,6 @@ TEST_F(Commands, HelpFiles) {
     std::ostringstream text;
     manager.printHelp(text, "help/nosuch", "hlp");
     manager.printHelp(text, "help/command.help", nullptr);
-    manager.commandHelp(text, nullptr);
     manager.commandDump(text, "", "quie");
     EXPECT_TRUE(text.str().ends_with("quiet \n")) << text.str();
 }
