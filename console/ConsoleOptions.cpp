@@ -31,8 +31,8 @@ Runs a script, or the lines of standard input when there is none.
   --version   show the version
 
 The exit status is that of the last statement, or what `quit` says; 1 when the
-script can't be opened, the input ends too early or the port does not answer, 2
-for wrong options.
+script can't be opened, the input ends too early, output is lost or the port
+does not answer, 2 for wrong options.
 )";
 
 enum LongOption { optionHelp = 256, optionVersion, optionConnect };

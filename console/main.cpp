@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The program `orvlang`: the command language with nothing added, for a terminal, for scripts and for other programs.
 // It is made of the library's public headers alone, as any host is.
-#include <ios>
-
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -11,6 +9,7 @@
 #include "Console.h"
 #include "ConsoleOptions.h"
 #include "PortClient.h"
+#include "StandardOutput.h"
 
 namespace {
 
@@ -25,7 +24,7 @@ void openClosedStandardStreams() {
 
 int main(int argc, char **argv) {
     openClosedStandardStreams();
-    std::ios::sync_with_stdio(false);
+    StandardOutput::install();
     const ConsoleOptions options = ConsoleOptions::parse(argc, argv);
     if (options.action == ConsoleOptions::Action::Nothing)
         return options.status;

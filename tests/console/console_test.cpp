@@ -121,6 +121,18 @@ TEST_F(ConsoleTest, StandardStreamsOfManyKinds) {
         { "{ $B -c 'while 1\necho on\nend'; echo $? >&2; } | head -n 1", "on\n", "141\n" },
         // A closed one does not become the next file that is opened.
         { "$B -c 'nosuch > f' 2>&-; echo $?; cat f", "1\n", "" },
+        { "$B -c 'echo a; quit' > /dev/full; echo $?", "1\n",
+          "orvlang: standard output: No space left on device\n" },
+        { "$B --help > /dev/full; echo $?", "1\n", "orvlang: standard output: No space left on device\n" },
+        // A small pipe that never blocks.
+        { "python3 -c 'import fcntl, os, subprocess\n"
+          "r, w = os.pipe()\n"
+          "fcntl.fcntl(w, fcntl.F_SETPIPE_SZ, 4096)\n"
+          "os.set_blocking(w, False)\n"
+          "subprocess.Popen([os.environ[\"B\"], \"-c\", \"for i = 1 to 3000\\necho $i\\nend\"], stdout=w)\n"
+          "os.close(w)\n"
+          "print(open(r).read().count(\"\\n\"))'",
+          "3000\n", "" },
     };
     for (const auto &c : theCases) {
         const Program shell = { { "/bin/sh", "-c", c.command }, folder.path(), "", { "B=" ORVLANG_PROGRAM } };

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "StandardOutput.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <streambuf>
+
+#include <poll.h>
+#include <unistd.h>
+
+namespace {
+
+/// Writes to a descriptor. Remembers the latest error instead of failing.
+class DescriptorBuffer : public std::streambuf {
+public:
+    explicit DescriptorBuffer(int descriptor) : descriptor(descriptor) { setp(bytes, bytes + sizeof bytes); }
+
+    int getError() const { return error; }   // an errno; 0 for none
+
+protected:
+    int_type overflow(int_type byte) override {
+        sync();
+        return traits_type::eq_int_type(byte, traits_type::eof()) ? traits_type::not_eof(byte)
+                                                                  : sputc(traits_type::to_char_type(byte));
+    }
+    int sync() override {
+        for (const char *rest = pbase(); rest < pptr();) {
+            const ssize_t n = write(descriptor, rest, static_cast<std::size_t>(pptr() - rest));
+            if (n >= 0) {
+                rest += n;
+            } else if (errno == EAGAIN) {
+                pollfd output = { descriptor, POLLOUT, 0 };
+                poll(&output, 1, -1);
+            } else if (errno != EINTR) {
+                error = errno;
+                break;
+            }
+        }
+        setp(bytes, bytes + sizeof bytes);
+        return 0;
+    }
+
+private:
+    const int descriptor;
+    int error = 0;
+    char bytes[8192];
+};
+
+DescriptorBuffer *theOutput = nullptr;   // never freed: the streams are flushed at the very end of the process
+
+void reportLoss() {
+    std::cout.flush();
+    if (theOutput->getError() == 0)
+        return;
+    std::cerr << "orvlang: standard output: " << std::strerror(theOutput->getError()) << std::endl;
+    _exit(1);
+}
+
+}   // namespace
+
+void StandardOutput::install() {
+    theOutput = new DescriptorBuffer(STDOUT_FILENO);
+    std::cout.rdbuf(theOutput);
+    static auto *const errors = new DescriptorBuffer(STDERR_FILENO);
+    std::cerr.rdbuf(errors);
+    std::atexit(reportLoss);
+}
