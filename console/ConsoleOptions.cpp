@@ -35,6 +35,8 @@ script can't be opened, the input ends too early, output is lost or the port
 does not answer, 2 for wrong options.
 )";
 
+constexpr std::string_view theByteOrderMark = "\xEF\xBB\xBF";
+
 enum LongOption { optionHelp = 256, optionVersion, optionConnect };
 
 constexpr option theLongOptions[] = {
@@ -99,7 +101,8 @@ ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
         switch (letter) {
         case 'c':
             options.action = Action::Text;
-            options.text = optarg;
+            options.text =
+                optarg + (std::string_view(optarg).starts_with(theByteOrderMark) ? theByteOrderMark.size() : 0);
             break;
         case 's':
             options.safeMode = true;

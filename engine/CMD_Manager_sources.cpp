@@ -9,6 +9,7 @@
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
+#include <orvlang/platform/kit/KIT_Utf8.h>
 #include <orvlang/platform/vio/VIO_Info.h>
 #include <orvlang/platform/vio/VIO_Reader.h>
 
@@ -44,7 +45,8 @@ CMD_Source *CMD_Manager::pushSource(const char *filename, int echo) {
     if (!stream->isGood())
         return nullptr;
     auto source = std::make_shared<CMD_Source>(path.c_str(), 0);
-    source->setInput(buffer, count);
+    const std::string_view text = KITwithoutByteOrderMark({ buffer.get(), count });
+    source->setInput({ buffer, text.data() }, text.size());
     source->setEchoState(echo);
     pushSource(std::move(source));
     return getSource();

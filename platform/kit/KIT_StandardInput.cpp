@@ -12,6 +12,7 @@
 #include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_LineEditor.h>
+#include <orvlang/platform/kit/KIT_Utf8.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/osl/OSL_Terminal.h>
@@ -62,7 +63,7 @@ bool KIT_StandardInput::takeLine(Line &line) {
                 break;
             }
         const std::string_view text(buffer.get() + next, length);
-        assign(line, text.substr(0, text.find('\0')));
+        assign(line, withoutMark(text.substr(0, text.find('\0'))));
         passOver(length + terminator);
         return true;
     }
@@ -76,7 +77,10 @@ bool KIT_StandardInput::readPart(KIT_WorkBuffer &line, bool &done) {
         if (!ended)
             return true;
         cutOff = false;
-        return done = endPending = std::exchange(partTaken, false);
+        done = endPending = std::exchange(partTaken, false);
+        if (done)
+            line.strcpy(withoutMark(line.view()));
+        return done;
     }
     size_t length = 0;
     done = findNewline(length);
@@ -87,6 +91,8 @@ bool KIT_StandardInput::readPart(KIT_WorkBuffer &line, bool &done) {
         line.strcat(text.substr(0, end));
     cutOff = !done && (cutOff || end != std::string_view::npos);
     partTaken = !done;
+    if (done && atStart)
+        line.strcpy(withoutMark(line.view()));
     return true;
 }
 
@@ -104,7 +110,7 @@ std::string_view KIT_StandardInput::take(size_t limit) {
             endPending = length > 0;
         }
         passOver(length);
-        return held.substr(0, length);
+        return withoutMark(held.substr(0, length));
     }
 }
 
@@ -131,6 +137,10 @@ void KIT_StandardInput::passOver(size_t count) {
     next += count;
     scanned = next;
     confirmed -= std::min(confirmed, count);
+}
+
+std::string_view KIT_StandardInput::withoutMark(std::string_view line) {
+    return std::exchange(atStart, false) ? KITwithoutByteOrderMark(line) : line;
 }
 
 bool KIT_StandardInput::findNewline(size_t &length) {

@@ -11,7 +11,8 @@
 class KIT_WorkBuffer;
 
 /// The process's one buffer over descriptor 0. Whoever wants a line of standard input takes it here, so that nobody
-/// reads ahead of anybody else; nothing else in the library reads that descriptor.
+/// reads ahead of anybody else; nothing else in the library reads that descriptor. A byte order mark at the very start
+/// belongs to no line.
 class CMD_API KIT_StandardInput {
 public:
     static KIT_StandardInput &inst();
@@ -56,6 +57,7 @@ public:
 private:
     template <typename Line>
     bool takeLine(Line &line);
+    std::string_view withoutMark(std::string_view line);
     bool findNewline(size_t &length);
     bool fill();
     bool fillAtOnce(size_t limit);
@@ -69,6 +71,7 @@ private:
     size_t filled = 0;      // behind the last byte read
     size_t scanned = 0;     // no newline before here
     size_t confirmed = 0;   // bytes from `next` on
+    bool atStart = true;    // no line was taken yet
     bool ended = false;
     bool endPending = false;   // a line without newline was given: the next call tells the end
     bool partTaken = false;    // by readPart, of a line that is not complete

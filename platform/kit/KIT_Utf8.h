@@ -7,6 +7,12 @@
 
 // UTF-8 text as a terminal shows it, whatever locale a host has set.
 
+/// Text without the byte order mark that some editors put at its start.
+constexpr std::string_view KITwithoutByteOrderMark(std::string_view text) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    return text.starts_with(mark) ? text.substr(mark.size()) : text;
+}
+
 struct KIT_Character {
     char32_t code;        // U+FFFD for a byte that belongs to no character
     std::size_t length;   // bytes; 0 at the end of the text

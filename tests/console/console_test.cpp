@@ -173,6 +173,13 @@ TEST_F(ConsoleTest, InputThatEndsTooEarly) {
 TEST_F(ConsoleTest, LinesOfStandardInput) {
     EXPECT_EQ(run({}, "").status, 0);
     EXPECT_EQ(run({}, "echo a; echo b\necho c \\\nd\r\necho last").out, "a\nb\nc d\nlast\n");
+    // A byte order mark belongs to no line.
+    const std::string marked = "\xEF\xBB\xBF"
+                               "echo a";
+    folder.write("marked.cmd", marked);
+    for (const Outcome &outcome : { run({}, marked), run({}, marked + "\n"), run({ "-c", marked }),
+                                    run({ "marked.cmd" }), run({}, marked, { "ORVANE_PLAIN_INPUT=1" }) })
+        EXPECT_EQ(outcome.out + outcome.err, "a\n");
     // No history, no prompt, and an error carries no position.
     const Outcome outcome = run({}, "echo a\necho !!\n^a^b\n");
     EXPECT_EQ(outcome.out, "a\n!!\n");
