@@ -140,22 +140,22 @@ struct BridgeFunction : FML_FUNCTION {
 constinit BridgeFunction theFunctions[] = {
     { "execute", 1, FML_STRING, executeCommand<Capture::OUTPUT>,
       "execute(command)\n"
-      "Runs a command and gives its output as one line.\n"
+      "Runs a command and returns its output as one line.\n"
       "Newlines at the end are dropped, other newlines and tabs become blanks. Error messages are dropped." },
     { "executee", 1, FML_STRING, executeCommand<Capture::ERRORS>,
       "executee(command)\n"
-      "Runs a command and gives its error messages as one line." },
+      "Runs a command and returns its error messages as one line." },
     { "executeb", 1, FML_STRING, executeCommand<Capture::BOTH>,
       "executeb(command)\n"
-      "Runs a command and gives its output and, behind \" ~~~~ \", its error messages if it has any." },
+      "Runs a command and returns its output and, after \" ~~~~ \", its error messages if there are any." },
     { "pythonexprs", 1, FML_STRING, evaluatePythonText,
       "pythonexprs(code)\n"
-      "Evaluates a Python expression and gives its value as a text, that of an exception if it raises one.\n"
+      "Evaluates a Python expression and returns its value as a text, that of an exception if it raises one.\n"
       "Refused in safe mode.",
       FML_UNSAFE },
     { "pythonexprf", 1, FML_FLOAT, evaluatePythonNumber,
       "pythonexprf(code)\n"
-      "Evaluates a Python expression and gives its value as a number, 0 if it is none.\n"
+      "Evaluates a Python expression and returns its value as a number, 0 for any other value.\n"
       "Refused in safe mode.",
       FML_UNSAFE },
     { "run", 1, FML_STRING, executeCommand<Capture::OUTPUT>, "run(command)\nThe same as execute." },

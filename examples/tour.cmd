@@ -20,7 +20,7 @@ echo "the squares up to 10 add up to $sum; half of it is `$sum / 2`"
 echo 'echo hello $arg1, $sum from the caller' > greet.cmd
 greet.cmd world
 
-# An alias stands for the text of a command; names can be abbreviated as long as they are unique.
+# An alias is replaced by its text; the names of commands can be abbreviated as long as they are unique.
 alias say echo it says:
 say 'single quotes keep $sum'; say done
 nosuchcommand

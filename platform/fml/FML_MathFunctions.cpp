@@ -146,20 +146,20 @@ constexpr FML_LibraryFunction theRows[] = {
     { "max", "a*", maximum, "max(x, ...)", "The largest of numbers and of the entries of vectors." },
     { "min", "a*", minimum, "min(x, ...)", "The least of numbers and of the entries of vectors." },
     { "mix", "nnn", mix, "mix(a, b, part)",
-      "The number that lies that part of the way from a to b: a for 0, b for 1." },
+      "The number at that part of the way from a to b: a for 0, b for 1." },
     { "mod", "nn", mod, "mod(x, y)",
-      "What is left of x after steps of y.\n"
-      "It has the sign of y; the operator % gives the sign of x." },
+      "The rest of x after steps of y.\n"
+      "It has the sign of y; the result of the operator % has the sign of x." },
     { "pow", "nn", power, "pow(x, y)", "x to the power of y, as x ^ y." },
     { "radians", "n", apply<toRadians>, "radians(x)", "An angle in degrees, turned into radians." },
     { "random", "n", [](FML_Call &call) { call.give(randomOf(call.number(0))); }, "random(seed)",
-      "A number from 0 to below 1 that looks like chance.\n"
-      "The same seed gives the same number: count it up to get the next one." },
+      "A pseudo-random number from 0 to below 1.\n"
+      "The same seed returns the same number: increment it for the next one." },
     { "randomint", "nnn", randomInt, "randomint(seed, low, high)",
-      "A whole number from low to high, both included, that looks like chance, the same for the same seed." },
+      "A pseudo-random whole number from low to high, both included, the same for the same seed." },
     { "round", "n|n", round, "round(x, [digits])",
-      "The nearest number with that many digits behind the point.\n"
-      "Without digits it is a whole number; halves go away from 0." },
+      "The nearest number with that many digits after the point.\n"
+      "Without digits it is a whole number; halves are rounded away from 0." },
     { "sign", "n", apply<sign>, "sign(x)", "-1, 0 or 1, as x is below, at or above 0." },
     { "sin", "n", apply<std::sin>, "sin(x)", "The sine of an angle in radians." },
     { "sqrt", "n", apply<std::sqrt>, "sqrt(x)", "The square root of x, which is not below 0." },

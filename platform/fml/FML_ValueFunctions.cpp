@@ -113,7 +113,7 @@ void magnitude(FML_Call &call) {
 
 constexpr FML_LibraryFunction theRows[] = {
     { "choose", "na*", choose, "choose(index, a, b, ...)",
-      "The value at that index behind it, counted from 0." },
+      "The value at that index among the values, counted from 0." },
     { "dot", "vv", dot, "dot(v, w)", "The inner product of two vectors of one size." },
     { "if", "aaa", nullptr, "if(condition, a, b)",
       "a when the condition is true, else b; only that one is computed.\n"
@@ -138,11 +138,11 @@ constexpr FML_LibraryFunction theRows[] = {
     { "magnitude", "v", magnitude, "magnitude(v)", "The length of a vector in space." },
     { "number", "a|a", number, "number(x, [otherwise])",
       "x as a plain number, so that 007 becomes 7.\n"
-      "What is no number gives the second value, or without one an error." },
+      "For any other text the result is the second value, or an error without one." },
     { "range", "nn|n", range, "range(first, last, [step])", "The vector of the numbers from first to last." },
     { "size", "v", [](FML_Call &call) { call.give(static_cast<double>(call.vector(0).entries())); }, "size(v)",
       "How many entries a vector has." },
-    { "type", "a", type, "type(x)", "The word number, text or vector, whichever x is." },
+    { "type", "a", type, "type(x)", "The type of x: number, text or vector." },
 };
 
 }   // namespace

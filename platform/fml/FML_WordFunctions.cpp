@@ -95,7 +95,7 @@ constexpr FML_LibraryFunction theRows[] = {
       "The words of a text in order.\n"
       "Digits in them count by their value, so that a2 is before a10." },
     { "wordunique", "t|t", wordUnique, "wordunique(text, [separators])",
-      "The words of a text, each only where it stands first." },
+      "The words of a text, each only once, at its first position." },
 };
 
 }   // namespace
