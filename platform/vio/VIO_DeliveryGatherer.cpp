@@ -12,14 +12,23 @@ constexpr long long theMillisecond = 1000000;   // nanoseconds
 constexpr long long theHeadSilence = 100 * theMillisecond;
 constexpr long long theTextSilence = 20 * theMillisecond;
 constexpr long long theLineSilence = 1 * theMillisecond;   // behind a newline, which is likely to be the end
-constexpr long long theLineEndSilence = 1000 * theMillisecond;
+constexpr long long theLineEndSilence = 20 * theMillisecond;
 constexpr size_t theLongestPlainText = 4096;
 constexpr size_t theLongestHead = 65536;
+/// The part of a head that comes in one piece whatever the network. A longer head that breaks off may be that of a
+/// browser which was stopped in time, before the lines that show it.
+constexpr size_t theLeastPiece = 512;
 
 constexpr std::string_view thePostLine = "POST / HTTP/1.1\r\n";
+constexpr std::string_view theMethod = "POST ";
 constexpr std::string_view theXmlStart = "<?xml";
 constexpr std::string_view theBlankLine = "\r\n\r\n";
 constexpr std::string_view theLineEnd = "\r\n";   // what the protocol reads behind a body
+
+bool isCutByBrowser(std::string_view head) {
+    const size_t target = head.find(' ') + 1;
+    return head.size() > theLeastPiece && head.substr(target).starts_with('/');
+}
 
 }   // namespace
 
@@ -73,7 +82,7 @@ VIO_Delivery VIO_DeliveryGatherer::decideForm(const Look &look) {
     case Form::OtherHttp:
         return decideHttp(look);
     case Form::MaybeHttp:
-        return decideText(look, theHeadSilence);
+        return decideRequestLine(look);
     case Form::Xml:
     case Form::MaybeXml:
         return decideText(look, theTextSilence);
@@ -108,12 +117,26 @@ bool VIO_DeliveryGatherer::isAccepted() const {
     }
 }
 
+/// A request line that has not ended.
+VIO_Delivery VIO_DeliveryGatherer::decideRequestLine(const Look &look) const {
+    const bool isPost = look.text.starts_with(theMethod) && thePostLine.starts_with(look.text);
+    const long long patience = isPost ? options.wait : theHeadSilence;
+    const bool isHttp = isPost ? !look.ended : isCutByBrowser(look.text);
+    if (look.silence >= patience && isHttp)
+        return { VIO_Delivery::Refuse };
+    return decideText(look, patience);
+}
+
 VIO_Delivery VIO_DeliveryGatherer::decideHttp(const Look &look) {
     if (!isAccepted())
         return { VIO_Delivery::Refuse };
     if (!frame)
         frame = findFrame(look);
-    return frame ? decideFramed(look) : waitFor(theHeadSilence);
+    return frame ? decideFramed(look) : waitFor(getHeadPatience());
+}
+
+long long VIO_DeliveryGatherer::getHeadPatience() const {
+    return *form == Form::Post ? options.wait : theHeadSilence;
 }
 
 /// Nothing as long as more of the head may come.
@@ -121,25 +144,20 @@ std::optional<VIO_DeliveryGatherer::Frame> VIO_DeliveryGatherer::findFrame(const
     const size_t end = findHeadEnd(look.text);
     const bool cut = end == look.text.npos;
     const bool tooLong = std::min(end, look.text.size()) > theLongestHead;
-    if (cut && !tooLong && look.silence < theHeadSilence)
+    if (cut && !tooLong && look.silence < getHeadPatience())
         return std::nullopt;
     const size_t length = cut ? look.text.size() : end;
-    const VIO_HttpHead head = VIO_HttpHead::parse(look.text.substr(0, length));
+    const VIO_HttpHead head = VIO_HttpHead::parse(look.text.substr(0, length), options);
     const bool isPost = *form == Form::Post;
     const bool counted = isPost && head.contentLength;
 
-    Frame found = {
-        .head = length, .length = length, .cut = cut, .counted = counted, .refused = isRefused(head)
-    };
+    Frame found = { .head = length, .length = length, .counted = counted, .refused = isRefused(head) };
     const long long body = counted ? *head.contentLength : head.anyContentLength.value_or(0);
-    // What the protocol takes for the end of a head that has none.
-    const size_t blankLine = cut && counted ? theLineEnd.size() : 0;
-    const long long needed =
-        static_cast<long long>(length + blankLine + (counted ? theLineEnd.size() : 0)) + body;
+    const long long needed = static_cast<long long>(length + (counted ? theLineEnd.size() : 0)) + body;
     found.length = static_cast<size_t>(std::max<long long>(needed, static_cast<long long>(length)));
     found.failed = tooLong || head.hasTransferEncoding || body > static_cast<long long>(options.maxBytes) ||
                    // Where the body begins cannot be told.
-                   (cut && !isPost && body > 0);
+                   (cut && (isPost || body > 0 || isCutByBrowser(look.text)));
     return found;
 }
 
@@ -149,20 +167,16 @@ VIO_Delivery VIO_DeliveryGatherer::decideFramed(const Look &look) {
     if (frame->failed)
         return fail();
     const size_t size = look.text.size();
-    if (size >= frame->length) {
-        if (frame->cut && isRefused(VIO_HttpHead::parse(look.text)))
-            return { VIO_Delivery::Refuse };
-        return { VIO_Delivery::Deliver, frame->cut ? frame->head : size };
-    }
-    if (look.ended && *form == Form::OtherHttp)
+    if (size >= frame->length)
         return { VIO_Delivery::Deliver, size };
-    if (look.silence >= options.wait)
-        return fail();
-    if (!frame->counted || frame->length - size != theLineEnd.size())
-        return waitFor(options.wait);
-    const long long patience = std::min(theLineEndSilence, options.wait);
+    if (look.ended)
+        return *form == Form::OtherHttp ? VIO_Delivery{ VIO_Delivery::Deliver, size } : fail();
+    const bool lacksLineEnd = frame->counted && frame->length - size == theLineEnd.size();
+    const long long patience = lacksLineEnd ? std::min(theLineEndSilence, options.wait) : options.wait;
     if (look.silence < patience)
         return waitFor(patience);
+    if (!lacksLineEnd)
+        return fail();
     frame->completed = true;
     return { VIO_Delivery::Complete };
 }
@@ -183,7 +197,7 @@ size_t VIO_DeliveryGatherer::findHeadEnd(std::string_view text) {
 }
 
 bool VIO_DeliveryGatherer::isRefused(const VIO_HttpHead &head) const {
-    return (head.isFromBrowser && !options.passBrowsers) || (head.namesOtherHost && options.loopbackHost);
+    return (head.isFromBrowser && !options.passBrowsers) || head.namesOtherHost;
 }
 
 VIO_Delivery VIO_DeliveryGatherer::fail() const {

@@ -45,9 +45,8 @@ private:
     };
     /// What is known of an HTTP request once its head is there.
     struct Frame {
-        size_t head;              // length of it
+        size_t head;              // length of it; without a blank line it is what came before a silence
         size_t length;            // in all
-        bool cut;                 // no blank line: the head is what came before a silence
         bool counted;             // the protocol knows the length, too, and reads up to there
         bool refused;             // it must not be served
         bool failed = false;      // it cannot be served
@@ -58,12 +57,14 @@ private:
     Form classify(std::string_view text);
     VIO_Delivery decideForm(const Look &look);
     VIO_Delivery decideText(const Look &look, long long neededSilence) const;
+    VIO_Delivery decideRequestLine(const Look &look) const;
     VIO_Delivery decideHttp(const Look &look);
     VIO_Delivery decideFramed(const Look &look);
     std::optional<Frame> findFrame(const Look &look);
     size_t findHeadEnd(std::string_view text);
     bool isRefused(const VIO_HttpHead &head) const;
     bool isAccepted() const;
+    long long getHeadPatience() const;
     VIO_Delivery fail() const;
     VIO_Delivery waitFor(long long silence) const { return { VIO_Delivery::Wait, 0, lastProgress + silence }; }
 

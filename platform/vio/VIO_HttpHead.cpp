@@ -6,7 +6,9 @@
 
 #include <arpa/inet.h>
 
+#include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Number.h>
+#include <orvlang/platform/vio/VIO_ListenerOptions.h>
 
 namespace {
 
@@ -14,22 +16,14 @@ constexpr std::string_view theBlanks = " \t\r";
 constexpr std::string_view theVersion = " HTTP/";   // behind the target
 constexpr size_t theTellingStart = 4096;            // of a line without an end; the rest of it is not looked at
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool isUpper(char c) {
     return c >= 'A' && c <= 'Z';
 }
 
-bool isLetter(char c) {
-    return lower(c) >= 'a' && lower(c) <= 'z';
-}
-
-/// The second text is in lower case.
+/// Compares without regard to case. The second text is in lower case.
 bool isSame(std::string_view text, std::string_view name) {
     return std::equal(text.begin(), text.end(), name.begin(), name.end(),
-                      [](char a, char b) { return lower(a) == b; });
+                      [](char a, char b) { return KITtoLower(a) == b; });
 }
 
 std::string_view trim(std::string_view text) {
@@ -37,24 +31,30 @@ std::string_view trim(std::string_view text) {
     return text.substr(first, text.find_last_not_of(theBlanks) + 1 - first);
 }
 
-/// Without the port and the brackets of an IPv6 address.
+/// Returns the value of a `Host` line without its port; empty if it is malformed.
 std::string_view hostOf(std::string_view value) {
-    if (value.starts_with('['))
-        return value.substr(1, value.find(']') - 1);
-    const size_t colon = value.find(':');
-    // More than one: an IPv6 address without brackets.
-    return value.find(':', colon + 1) == value.npos || colon == value.npos ? value.substr(0, colon) : value;
+    const size_t address = value.starts_with('[') ? value.find(']') : 0;
+    const size_t end = std::min(value.find(':', address), value.size());
+    const bool isPort = std::all_of(value.begin() + std::min(end + 1, value.size()), value.end(), KITisDigit);
+    return address < end && isPort ? value.substr(0, end) : std::string_view();
 }
 
-bool isLoopback(std::string_view value) {
-    const std::string host(hostOf(value));
+bool isLoopback(std::string_view host) {
     in_addr four;
     in6_addr six;
-    if (::inet_pton(AF_INET, host.c_str(), &four) == 1)
+    if (host.starts_with('[') && host.ends_with(']'))
+        return ::inet_pton(AF_INET6, std::string(host.substr(1, host.size() - 2)).c_str(), &six) == 1 &&
+               IN6_IS_ADDR_LOOPBACK(&six);
+    if (::inet_pton(AF_INET, std::string(host).c_str(), &four) == 1)
         return (ntohl(four.s_addr) >> 24) == 127;
-    if (::inet_pton(AF_INET6, host.c_str(), &six) == 1)
-        return IN6_IS_ADDR_LOOPBACK(&six);
     return isSame(host, "localhost");
+}
+
+bool isAllowed(std::string_view host, const VIO_ListenerOptions &options) {
+    return options.anyHost || isLoopback(host) ||
+           std::any_of(options.hosts.begin(), options.hosts.end(),
+                       [&](const std::string &name) { return isSame(host, name); }) ||
+           (!options.bind.empty() && isSame(host, options.bindHost()));
 }
 
 bool isOfTarget(char c) {
@@ -81,7 +81,7 @@ VIO_HttpLine findPartOfLine(std::string_view line) {
 
 }   // namespace
 
-VIO_HttpHead VIO_HttpHead::parse(std::string_view text) {
+VIO_HttpHead VIO_HttpHead::parse(std::string_view text, const VIO_ListenerOptions &options) {
     VIO_HttpHead head;
     text = text.substr(0, text.find('\0'));
     for (size_t newline = text.find('\n'); newline != text.npos;) {
@@ -91,12 +91,12 @@ VIO_HttpHead VIO_HttpHead::parse(std::string_view text) {
         // A line that is cut off ends the text.
         if (line.empty() || line == "\r")
             break;
-        head.takeLine(line);
+        head.readLine(line, options);
     }
     return head;
 }
 
-void VIO_HttpHead::takeLine(std::string_view line) {
+void VIO_HttpHead::readLine(std::string_view line, const VIO_ListenerOptions &options) {
     const size_t colon = line.find(':');
     if (colon == line.npos)
         return;
@@ -111,8 +111,10 @@ void VIO_HttpHead::takeLine(std::string_view line) {
         hasTransferEncoding = true;
     else if (isSame(name, "origin") || isSame(name, "sec-fetch-site"))
         isFromBrowser = true;
+    else if (isSame(name, "user-agent"))   // not every browser writes the others in every request
+        isFromBrowser |= trim(value).starts_with("Mozilla/");
     else if (isSame(name, "host"))
-        namesOtherHost |= !isLoopback(trim(value));
+        namesOtherHost |= !isAllowed(hostOf(trim(value)), options);
 }
 
 VIO_HttpLine VIOfindHttpLine(std::string_view text, size_t scanned) {
@@ -120,7 +122,7 @@ VIO_HttpLine VIOfindHttpLine(std::string_view text, size_t scanned) {
     if (end == text.npos)
         return findPartOfLine(text.substr(0, theTellingStart));
     const std::string_view line = text.substr(0, end);
-    const size_t method = skip(line, 0, isLetter);
+    const size_t method = skip(line, 0, KITisAlpha);
     const size_t target = skip(line, method + 1, isOfTarget);
     const bool found = method > 0 && line.substr(method).starts_with(' ') && target > method + 1 &&
                        line.substr(std::min(target, line.size())).starts_with(theVersion);

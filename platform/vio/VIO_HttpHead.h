@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+struct VIO_ListenerOptions;
+
 /// What the header lines of an HTTP request say about how it is to be treated. The text begins with the request line and
 /// ends anywhere; lines behind the first blank one, and what is behind a NUL, are not looked at.
 struct VIO_HttpHead {
@@ -14,13 +16,13 @@ struct VIO_HttpHead {
     /// The same for a name in any case.
     std::optional<int> anyContentLength;
     bool hasTransferEncoding = false;
-    bool isFromBrowser = false;    // a line that browsers put into what a web page sends
-    bool namesOtherHost = false;   // it was addressed to a name that is not one of loopback
+    bool isFromBrowser = false;    // a line that only browsers write
+    bool namesOtherHost = false;   // it was addressed to a host that the options do not allow
 
-    static VIO_HttpHead parse(std::string_view text);
+    static VIO_HttpHead parse(std::string_view text, const VIO_ListenerOptions &options);
 
 private:
-    void takeLine(std::string_view line);
+    void readLine(std::string_view line, const VIO_ListenerOptions &options);
 };
 
 /// How far a text is the request line of an HTTP request.

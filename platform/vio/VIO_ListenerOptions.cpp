@@ -3,10 +3,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <ostream>
+#include <utility>
 
 #include <arpa/inet.h>
 
+#include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 
@@ -28,15 +31,16 @@ bool readChoice(std::string_view value, const char *off, const char *on, bool &c
 }
 
 bool readBind(Options &options, std::string_view value) {
-    char address[sizeof(in6_addr)];
+    in6_addr address;
+    char canonical[INET6_ADDRSTRLEN];
     const std::string text(value);
+    const int family = text.find(':') == text.npos ? AF_INET : AF_INET6;
     if (value == "loopback" || value == "127.0.0.1")
         options.bind.clear();
     else if (value == "any" || value == "0.0.0.0" || value == "::")
         options.bind = "any";
-    else if (::inet_pton(AF_INET, text.c_str(), address) == 1 ||
-             ::inet_pton(AF_INET6, text.c_str(), address) == 1)
-        options.bind = text;
+    else if (::inet_pton(family, text.c_str(), &address) == 1)
+        options.bind = ::inet_ntop(family, &address, canonical, sizeof canonical);
     else
         return false;
     return true;
@@ -50,8 +54,31 @@ bool readBrowser(Options &options, std::string_view value) {
     return readChoice(value, "refuse", "pass", options.passBrowsers);
 }
 
+/// Calls `read` with each of the names between commas; false as soon as that returns false.
+template <typename Read>
+bool readList(std::string_view value, Read read) {
+    for (size_t at = 0; at <= value.size();) {
+        const size_t comma = std::min(value.find(',', at), value.size());
+        if (!read(value.substr(at, comma - at)))
+            return false;
+        at = comma + 1;
+    }
+    return true;
+}
+
 bool readHost(Options &options, std::string_view value) {
-    return readChoice(value, "any", "loopback", options.loopbackHost);
+    std::vector<std::string> hosts;
+    const bool isName = value != "any" && value != "loopback";
+    const bool isValid = !isName || readList(value, [&](std::string_view name) {
+        std::transform(name.begin(), name.end(), std::back_inserter(hosts.emplace_back()), KITtoLower);
+        const bool isAddress = name.starts_with('[') && name.find(']') == name.size() - 1;
+        return !name.empty() && (isAddress || name.find_first_of(":[]") == name.npos);
+    });
+    if (!isValid)
+        return false;
+    options.anyHost = value == "any";
+    options.hosts = std::move(hosts);
+    return true;
 }
 
 bool readWait(Options &options, std::string_view value) {
@@ -91,16 +118,14 @@ unsigned formOf(std::string_view name) {
 
 bool readAccept(Options &options, std::string_view value) {
     unsigned forms = 0;
-    for (size_t at = 0; at <= value.size();) {
-        const size_t comma = std::min(value.find(',', at), value.size());
-        const unsigned form = formOf(value.substr(at, comma - at));
-        if (form == 0)
-            return false;
+    const bool isValid = readList(value, [&](std::string_view name) {
+        const unsigned form = formOf(name);
         forms |= form;
-        at = comma + 1;
-    }
-    options.accept = forms;
-    return true;
+        return form != 0;
+    });
+    if (isValid)
+        options.accept = forms;
+    return isValid;
 }
 
 constexpr struct {
@@ -112,6 +137,10 @@ constexpr struct {
 };
 
 }   // namespace
+
+std::string VIO_ListenerOptions::bindHost() const {
+    return bind.find(':') == bind.npos ? bind : '[' + bind + ']';
+}
 
 void VIO_ListenerOptions::setDefault(const char *text, std::ostream *complaints) {
     theDefault.object = {};

@@ -5,6 +5,7 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// How the listeners of a port treat who connects and what arrives: what an option text, words of the form name=value
 /// or name:value with blanks between, says over the default.
@@ -13,8 +14,9 @@ struct VIO_ListenerOptions {
 
     std::string bind;            // numeric address to listen at besides loopback, "any" for all; empty for none
     bool anyUser = false;        // let in processes of other users and machines
-    bool passBrowsers = false;   // run what a web page sends
-    bool loopbackHost = false;   // refuse requests that were addressed to another host
+    bool passBrowsers = false;   // run what a browser sends
+    bool anyHost = false;        // run HTTP requests that are addressed to any host
+    std::vector<std::string> hosts;   // allowed besides loopback and the address of `bind`; in lower case
     long long wait = 5000000000;   // nanoseconds without progress until a request or a reply is given up
     size_t maxBytes = 64 << 20;
     size_t clients = 1000;
@@ -26,6 +28,9 @@ struct VIO_ListenerOptions {
     static VIO_ListenerOptions parse(const char *text, std::ostream *complaints);
     /// What holds from now on where a text says nothing else.
     static void setDefault(const char *text, std::ostream *complaints);
+
+    /// Returns the address of `bind` as a URL has it.
+    std::string bindHost() const;
 
 private:
     void readWords(const char *text, std::ostream *complaints);

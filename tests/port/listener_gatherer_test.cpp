@@ -117,14 +117,14 @@ TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
             { 50, "ST / HTTP/1.1\r\nConte" },
             { 140, "nt-Length: 2\r\n\r\n" },
             { 2000, "12" },
-            { 2100, "\r\n" } },
-          "2100:deliver(42+0)" },
+            { 2010, "\r\n" } },
+          "2010:deliver(42+0)" },
         { "one head after another",
           { { 0, head + "12345\r\n" }, { 9, head }, { 10, "12345\r\n" } },
           "0:deliver(45+0) 10:deliver(45+0)" },
         { "negative length", { { 0, post("Content-Length: -1\r\n", "") }, { 1, "\n" } }, "1:deliver(40+0)" },
         { "very negative length", { { 0, post("Content-Length: -99\r\n", "") } }, "0:deliver(40+0)" },
-        { "no length", { { 0, post("Host: x\r\n", "body") } }, "0:deliver(32+0)" },
+        { "no length", { { 0, post("Accept: x\r\n", "body") } }, "0:deliver(34+0)" },
         { "length in another case: nothing is read, but the body is no request",
           { { 0, post("content-length: 4\r\n", "") }, { 7, "body" } },
           "7:deliver(42+0)" },
@@ -134,21 +134,27 @@ TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
 
         { "a line end is added, and dropped when it comes late",
           { { 0, head + "12345" }, { 1500, "\r\n" }, { 1501, "x" } },
-          "1000:complete 1000:deliver(45+0) 1500:drop 1500:drop 1501:deliver(1+0)" },
+          "20:complete 20:deliver(45+0) 1500:drop 1500:drop 1501:deliver(1+0)" },
         { "late in pieces",
           { { 0, head + "12345" }, { 1500, "\r" }, { 1501, "\nx" } },
-          "1000:complete 1000:deliver(45+0) 1500:drop 1501:drop 1501:deliver(1+0)" },
+          "20:complete 20:deliver(45+0) 1500:drop 1501:drop 1501:deliver(1+0)" },
         { "what comes instead stays",
           { { 0, head + "12345" }, { 1500, "x\r\n" } },
-          "1000:complete 1000:deliver(45+0) 1500:deliver(3+0)" },
-        { "not when the peer has ended", { { 0, head + "12345" }, { 500, "" } }, "500:fail" },
+          "20:complete 20:deliver(45+0) 1500:deliver(3+0)" },
+        { "however short the wait",
+          { { 0, head + "12345" } },
+          "10:complete 10:deliver(45+0)",
+          "wait=0.01" },
+        { "not when the peer has ended", { { 0, head + "12345" }, { 5, "" } }, "5:fail" },
 
-        { "no blank line",
-          { { 0, thePost + "Content-Length: 5\r\n" }, { 150, "\r\n12" }, { 200, "345\r\n" } },
-          "200:deliver(36+9)" },
-        { "neither blank line nor length",
-          { { 0, thePost }, { 500, "x\n" } },
-          "100:deliver(17+0) 500:deliver(2+0)" },
+        { "stalls in the head",
+          { { 0, "POST / H" },
+            { 4000, "TTP/1.1\r\nContent-Length: 5\r\n\r" },
+            { 8000, "\n12" },
+            { 8200, "345\r\n" } },
+          "8200:deliver(45+0)" },
+        { "no blank line", { { 0, thePost }, { 500, "Content-Length: 0\r\nx\n" } }, "5500:fail" },
+        { "no end of the line", { { 0, "POST / HTTP/1.1\r" } }, "5000:refuse" },
         { "the body stops", { { 0, head + "12" }, { 4000, "3" } }, "9000:fail" },
         { "sooner", { { 0, head + "12" } }, "250:fail", "wait=0.25" },
         { "the peer ends", { { 0, head + "12" }, { 7, "" } }, "7:fail" },
@@ -160,7 +166,7 @@ TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
         { "another path",
           { { 0, "POST /x HTTP/1.1\r\nContent-Length: 4\r\n\r\n" }, { 300, "bo" }, { 400, "dy" } },
           "400:deliver(43+0)" },
-        { "no body", { { 0, "GET / HTTP/1.1\r\nHost: x\r\n" }, { 50, "\r\n" } }, "50:deliver(27+0)" },
+        { "no body", { { 0, "GET / HTTP/1.1\r\nhost:[::1]\r\n" }, { 50, "\r\n" } }, "50:deliver(30+0)" },
         { "plain newlines",
           { { 0, "PUT / HTTP/1.0\ncontent-length:2\n\n" }, { 300, "12" } },
           "300:deliver(35+0)" },
@@ -188,12 +194,13 @@ TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
           "0:deliver(54+0)",
           "browser=pass" },
         { "a page whose head comes late",
-          { { 0, thePost + "Content-Length: 5\r\n" }, { 150, "origin:x\n" } },
+          { { 0, thePost + "Content-Length: 5\r\n" }, { 150, "origin:x\r\n\r\n" } },
           "150:refuse" },
-        { "another host",
-          { { 0, post("Host: evil.example\r\nContent-Length: 0\r\n", "\r\n") } },
-          "0:refuse",
-          "host=loopback" },
+        { "another host", { { 0, "GET / HTTP/1.1\r\nHost: x.example\r\n\r\n" } }, "0:refuse" },
+        { "a browser that was stopped in its head", { { 0, "GET /" + line }, { 1, "" } }, "1:refuse" },
+        { "or behind its target",
+          { { 0, "GET /" + line + " HTTP/1.1\r\nHost" }, { 1, "" } },
+          "1:refuse" },
 
         { "no text wanted", { { 0, "x" } }, "0:refuse", "accept=http,xml" },
         { "no XML wanted", { { 0, "<?xml" } }, "20:refuse", "accept=http,text" },
@@ -218,27 +225,43 @@ TEST(VIO_DeliveryGatherer, DoesNotReadALongHeadAgainAndAgain) {
 TEST(VIO_HttpHead, TellsWhereARequestComesFrom) {
     static const struct {
         const char *line;
-        bool browser, otherHost;
+        bool isFromBrowser, namesOtherHost;
+        const char *option = "";
     } theCases[] = {
         { "Origin: http://x", true, false },
         { "sec-fetch-site : none", true, false },
+        { "User-Agent: Mozilla/5.0 (X11)", true, false },
+        { "User-Agent: curl/7.88.1", false, false },
         { "Original: x", false, false },
         { "X: Origin: x", false, false },
-        { "Host: localhost:6000", false, false },
+        { "Host: LocalHost:6000", false, false },
         { "HOST:127.1.2.3", false, false },
         { "Host: [::1]:6000", false, false },
-        { "Host: ::1", false, false },
         { "Host: 127.0.0.1.evil.example", false, true },
         { "Host: localhost.evil.example", false, true },
-        { "Host: 192.168.0.1:6000", false, true },
-        { "Host: [::2]", false, true },
+        { "Host: x.localhost", false, true },
+        { "Host: localhost.", false, true },
+        { "Host: localhost:80.evil.example", false, true },
+        { "Host: 0.0.0.0", false, true },
+        { "Host: [::ffff:127.0.0.1]", false, true },
+        { "Host: [127.0.0.1]", false, true },
+        { "Host: [::1]x", false, true },
         { "Host: [", false, true },
         { "Host:", false, true },
+        { "Host: 192.0.2.1:6000", false, true, "bind:any" },
+        { "Host: 192.0.2.1:6000", false, false, "bind:192.0.2.1" },
+        { "Host: [fd00::1]:6000", false, false, "bind:FD00:0::1" },
+        { "Host: lamp.example:6000", false, false, "host:other,Lamp.example" },
+        { "Host: [fd00::1]", false, false, "host:[fd00::1]" },
+        { "Host: x.lamp", false, true, "host:lamp" },
+        { "Host: lamp", false, true, "host:loopback" },
+        { "Host: lamp", false, false, "host:any" },
     };
     for (const auto &c : theCases) {
-        const VIO_HttpHead head = VIO_HttpHead::parse(thePost + c.line + "\r\n\r\nOrigin: body\r\n");
-        EXPECT_EQ(head.isFromBrowser, c.browser) << c.line;
-        EXPECT_EQ(head.namesOtherHost, c.otherHost) << c.line;
+        const VIO_HttpHead head = VIO_HttpHead::parse(thePost + c.line + "\r\n\r\nOrigin: body\r\n",
+                                                      VIO_ListenerOptions::parse(c.option, nullptr));
+        EXPECT_EQ(head.isFromBrowser, c.isFromBrowser) << c.line;
+        EXPECT_EQ(head.namesOtherHost, c.namesOtherHost) << c.line << ' ' << c.option;
     }
 }
 
@@ -246,7 +269,7 @@ TEST(VIO_ListenerOptions, NamesWhatItDoesNotKnow) {
     std::ostringstream complaints;
     const auto options = VIO_ListenerOptions::parse("wait:0.5 wait=x max-bytes=0 clients=-1 user=all what "
                                                     "browser:pass accept=text,pdf accept=xml,http bind=:: "
-                                                    "clients=99999999999999999999 wait=1e9 bind=1.2.3 =",
+                                                    "clients=99999999999999999999 wait=1e9 bind=1.2.3 = host:a,:80",
                                                     &complaints);
     EXPECT_EQ(complaints.str(), "Wrong listener option wait=x\n"
                                 "Wrong listener option max-bytes=0\n"
@@ -257,7 +280,8 @@ TEST(VIO_ListenerOptions, NamesWhatItDoesNotKnow) {
                                 "Wrong listener option clients=99999999999999999999\n"
                                 "Wrong listener option wait=1e9\n"
                                 "Wrong listener option bind=1.2.3\n"
-                                "Wrong listener option =\n");
+                                "Wrong listener option =\n"
+                                "Wrong listener option host:a,:80\n");
     EXPECT_EQ(options.wait, 500000000);
     EXPECT_EQ(options.maxBytes, 64u << 20);
     EXPECT_TRUE(options.passBrowsers);

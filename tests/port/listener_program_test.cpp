@@ -120,7 +120,7 @@ TEST_F(ListenerProgramTest, WebPages) {
     usleep(1000);
     EXPECT_EQ(another.askBlocking("echo ab"), "Unknown command: PUT\n\r");
     EXPECT_EQ(another.askBlocking("echo c\n"), "c\n");
-    start("browser=pass host=loopback");
+    start("browser=pass");
     EXPECT_EQ(curl({ "-H", "Origin: null", "-d", "echo a" }).out, "a\n");
     EXPECT_EQ(curl({ "-H", "Host: rebound.example", "-d", "echo a" }).status, 52);
     expectServed();
