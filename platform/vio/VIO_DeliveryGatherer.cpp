@@ -22,6 +22,9 @@ constexpr size_t theLeastPiece = 512;
 constexpr std::string_view thePostLine = "POST / HTTP/1.1\r\n";
 constexpr std::string_view theMethod = "POST ";
 constexpr std::string_view theXmlStart = "<?xml";
+/// Of a TLS handshake. It holds bytes that a web page chose, behind a NUL; but what comes in a second piece would be a
+/// request of its own.
+constexpr std::string_view theTlsStart = "\x16\x03";
 constexpr std::string_view theBlankLine = "\r\n\r\n";
 constexpr std::string_view theLineEnd = "\r\n";   // what the protocol reads behind a body
 
@@ -75,6 +78,8 @@ VIO_DeliveryGatherer::Form VIO_DeliveryGatherer::classify(std::string_view text)
 }
 
 VIO_Delivery VIO_DeliveryGatherer::decideForm(const Look &look) {
+    if (look.text.starts_with(theTlsStart))
+        return { VIO_Delivery::Refuse };
     if (!form || *form == Form::MaybeXml || *form == Form::MaybeHttp)
         form = classify(look.text);
     switch (*form) {

@@ -202,6 +202,8 @@ TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
           { { 0, "GET /" + line + " HTTP/1.1\r\nHost" }, { 1, "" } },
           "1:refuse" },
 
+        { "TLS", { { 0, "\x16\x03\x01" } }, "0:refuse" },
+
         { "no text wanted", { { 0, "x" } }, "0:refuse", "accept=http,xml" },
         { "no XML wanted", { { 0, "<?xml" } }, "20:refuse", "accept=http,text" },
         { "no HTTP wanted", { { 0, head } }, "0:refuse", "accept=xml,text" },
