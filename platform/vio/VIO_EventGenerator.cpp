@@ -1,10 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/vio/VIO_EventGenerator.h>
 
+#include <vector>
+
+#include <orvlang/platform/kit/KIT_Immortal.h>
+
+namespace {
+
+constinit KIT_Immortal<std::vector<VIO_EventGenerator *>> theEarly{};   // installed before there was a loop
+
+}   // namespace
+
 VIO_EventGenerator::Installer VIO_EventGenerator::theInstaller = nullptr;
 VIO_EventGenerator::PollCallback VIO_EventGenerator::thePollCallback = nullptr;
 
-VIO_EventGenerator::~VIO_EventGenerator() = default;
+VIO_EventGenerator::~VIO_EventGenerator() {
+    std::erase(theEarly.object, this);
+}
 
 const char *VIO_EventGenerator::getClassName() const {
     return "VIO_EventGenerator";
@@ -23,10 +35,14 @@ bool VIO_EventGenerator::areEventsWaiting() {
 }
 
 int VIO_EventGenerator::installGenerator() {
-    return theInstaller ? theInstaller(this, 1) : 0;
+    if (theInstaller)
+        return theInstaller(this, 1);
+    theEarly.object.push_back(this);
+    return 0;
 }
 
 int VIO_EventGenerator::uninstallGenerator() {
+    std::erase(theEarly.object, this);
     return theInstaller ? theInstaller(this, 0) : 0;
 }
 
@@ -37,6 +53,11 @@ void VIO_EventGenerator::pollEventLoop(bool flag) {
 
 void VIO_EventGenerator::setInstaller(Installer installer) {
     theInstaller = installer;
+    while (theInstaller && !theEarly.object.empty()) {
+        VIO_EventGenerator *const generator = theEarly.object.front();
+        theEarly.object.erase(theEarly.object.begin());
+        theInstaller(generator, 1);
+    }
 }
 
 void VIO_EventGenerator::setEventLoopPollCallback(PollCallback callback) {

@@ -30,7 +30,8 @@ public:
     /// is gone.
     virtual int processEvents() = 0;
 
-    /// Both give what the installer gives, and 0 while there is no loop.
+    /// Both return what the installer returns, and 0 while there is no loop. What is installed before there is one is
+    /// handed to it as soon as it is there.
     int installGenerator();
     int uninstallGenerator();
     /// One turn of the loop for all generators; nothing while there is no loop. The flag is handed through.

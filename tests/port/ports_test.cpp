@@ -202,9 +202,12 @@ TEST_F(PortsTest, NoWaitThatLeavesNoRoomForRequests) {
     });
 }
 
-TEST_F(PortsTest, WithoutAnEventLoopNothingWaits) {
+TEST_F(PortsTest, WithoutAnEventLoopNothingWaitsAndALaterOneServes) {
+    VIO_EventGenerator::setInstaller(nullptr);
     VIO_EventGenerator::setEventLoopPollCallback(nullptr);
-    const int port = open("-w");
+    const int port = open("-w"), closed = open();
+    run("closeport " + text(closed));
+    VIO_EventGenerator::setInstaller(CMD_EvtMonitoringReader::installGeneratorCallback);
     VIO_EventGenerator::setEventLoopPollCallback(CMD_EvtMonitoringReader::pollEventGeneratorsCallback);
     EXPECT_EQ(ask(port, "echo x"), "x\n");
 }
