@@ -32,7 +32,7 @@ CMD_Manager::CMD_Manager(const char *managerName, int extend)
     installBaseCommands();
     addPortExtension();   // a new manager is the current one until a statement runs on another
     initLibraryGlue();
-    promptStack.emplace_back(std::string(name.view()) + " -> ");
+    pushPrompt((std::string(name.view()) + " -> ").c_str());
     ++theManagerCount;
     if (extend)
         KIT_DSO::runReverse("CMDextendLibrary", this, 1);

@@ -458,7 +458,11 @@ private:
 
     const std::shared_ptr<const void> life = std::make_shared<char>();
     CMD_CommandList *commandList;   // borrowed; shared with the managers of the same name
-    std::vector<KIT_String> promptStack;
+    struct Prompt {
+        KIT_String text;
+        bool isSafe;   // was set in safe mode, and is expanded in it
+    };
+    std::vector<Prompt> promptStack;
     KIT_String readVariables;   // not empty while a `read` waits for its line
     int readLocal = 1;
     std::unique_ptr<KIT_SymbolTable> commandTable;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include <orvlang/engine/CMD_ModeScope.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/platform/kit/KIT_Thread.h>
 
@@ -78,7 +79,7 @@ std::ostream &CMD_Manager::getError(int prefix) {
 }
 
 void CMD_Manager::pushPrompt(const char *text) {
-    promptStack.emplace_back(text ? text : "");
+    promptStack.push_back({ text ? text : "", isInSafeMode() != 0 });
 }
 
 void CMD_Manager::popPrompt() {
@@ -89,14 +90,14 @@ void CMD_Manager::popPrompt() {
 void CMD_Manager::setPrompt(const char *text) {
     if (promptStack.empty())
         return pushPrompt(text);
-    promptStack.back() = text ? text : "";
+    promptStack.back() = { text ? text : "", isInSafeMode() != 0 };
 }
 
 const char *CMD_Manager::getPrompt(int index) const {
     if (promptStack.empty())
         return "";
     const bool inside = index >= 0 && static_cast<size_t>(index) < promptStack.size();
-    return (inside ? promptStack[static_cast<size_t>(index)] : promptStack.back()).c_str();
+    return (inside ? promptStack[static_cast<size_t>(index)] : promptStack.back()).text.c_str();
 }
 
 CMD_Manager::Pending CMD_Manager::getPendingInput() const {
@@ -123,6 +124,8 @@ void CMD_Manager::getPrompt(KIT_String &out) {
         const int thread = KIT_Thread::getMySequentialThreadIndex();
         // A copy: an expression in the prompt can set the prompt.
         const KIT_String prompt = getPrompt(-1);
+        const CMD_ModeScope safe(*this, &CMD_Manager::setSafeMode, isInSafeMode(),
+                                 !promptStack.empty() && promptStack.back().isSafe);
         expandString(prompt.c_str(), out, getEvaluateTime(thread), nullptr, thread, 3);
         return;
     }

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_ModeScope.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_UndoManager.h>
 #include <orvlang/platform/snk/SNK_Python.h>
@@ -21,32 +22,6 @@ namespace {
 constexpr std::string_view theCloseRequest = "\x04";
 constexpr std::string_view theHTTPStart = "POST / HTTP/1.1\r\n";
 constexpr std::string_view theErrorMarker = "\n~~~~~\n";
-
-/// Puts the manager into the modes of a port, and back.
-class RequestModes {
-public:
-    RequestModes(CMD_Manager &manager, bool safe, bool browser)
-        : manager(manager), safe(safe), browser(browser), wasSafe(manager.isInSafeMode()),
-          wasBrowser(manager.isInBrowserMode()) {
-        if (safe)
-            manager.setSafeMode(1);
-        if (browser)
-            manager.setBrowserMode(1);
-    }
-    ~RequestModes() {
-        if (safe)
-            manager.setSafeMode(wasSafe);
-        if (browser)
-            manager.setBrowserMode(wasBrowser);
-    }
-    RequestModes(const RequestModes &) = delete;
-    RequestModes &operator=(const RequestModes &) = delete;
-
-private:
-    CMD_Manager &manager;
-    const bool safe, browser;
-    const int wasSafe, wasBrowser;
-};
 
 /// What a request changes can be taken back as one step.
 class UndoBlock {
@@ -163,7 +138,10 @@ void CMD_ConnectedSocketCommandListener::runOrvlangCommand(const char *text, KIT
     std::optional<KIT_OStrStream> ownErrors;
     KIT_OStrStream &errors = separateErrors ? ownErrors.emplace() : output;
     {
-        const RequestModes modes(manager, restrictToSafeCommands, browserMode);
+        const CMD_ModeScope safe(manager, &CMD_Manager::setSafeMode, manager.isInSafeMode(),
+                                 restrictToSafeCommands);
+        const CMD_ModeScope browser(manager, &CMD_Manager::setBrowserMode, manager.isInBrowserMode(),
+                                    browserMode);
         const UndoBlock block;
         const CMD_ServedRun run;
         manager.execute(text, 0, &output, &errors, 1, false);

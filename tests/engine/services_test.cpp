@@ -199,4 +199,15 @@ TEST_F(Prompts, Stack) {
     EXPECT_EQ(type("asked"), name + " -> ");
 }
 
+TEST_F(Prompts, WhatSafeModeHasSetIsExpandedInIt) {
+    install("unsafe", [](CMD_Args &args) { args.out() << "run"; }, "", false);
+    for (const int safe : { 1, 0 }) {
+        manager.setSafeMode(safe);
+        type("prompt '`execute(\"unsafe\")`'");
+        manager.setSafeMode(0);
+        EXPECT_EQ(prompt().starts_with("run"), !safe);
+        EXPECT_EQ(manager.isInSafeMode(), 0);
+    }
+}
+
 }   // namespace
