@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/port/CMD_ServerSocketCommandListener.h>
 
+#include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/port/CMD_ConnectedSocketCommandListener.h>
 
 namespace {
@@ -30,7 +31,7 @@ CMD_ServerSocketCommandListener::CMD_ServerSocketCommandListener(KIT_NetSocket *
                                                                  bool restrictToSafeCommands,
                                                                  const char *listenerOption, bool browserMode)
     : VIO_ServerSocketListener(socket, port, nullptr, nullptr, listenerOption), manager(manager),
-      separateErrors(separateErrors), restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode),
+      managerLife(manager.getLife()), separateErrors(separateErrors), restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode),
       serial(++theLastSerial) {}
 
 const char *CMD_ServerSocketCommandListener::className() const {
@@ -38,6 +39,10 @@ const char *CMD_ServerSocketCommandListener::className() const {
 }
 
 void CMD_ServerSocketCommandListener::createConnectedSocketListener() {
+    if (managerLife.expired()) {
+        getSocket().accept();
+        return;
+    }
     auto *const connection = new CMD_ConnectedSocketCommandListener(
         getSocket(), manager, separateErrors, restrictToSafeCommands, getListenerOption(), browserMode);
     if (!connection->isConnected())

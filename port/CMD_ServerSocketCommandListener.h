@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <memory>
+
 #include <orvlang/platform/vio/VIO_ServerSocketListener.h>
 
 class CMD_Manager;
@@ -10,7 +12,7 @@ class CMD_Manager;
 class CMD_API CMD_ServerSocketCommandListener : public VIO_ServerSocketListener {
 public:
     /// Opens a port and puts it under the watch of the event loop; null when its number is taken or cannot be had. What
-    /// arrives runs on `manager`. With `mapPort` the number is mapped to an unprivileged one. The caller owns the
+    /// arrives runs on `manager`; once that is destroyed, connections are closed. With `mapPort` the number is mapped to an unprivileged one. The caller owns the
     /// listener; a port of CMD_Manager::openPort belongs to the table of ports. `listenerOption` may be null.
     static CMD_ServerSocketCommandListener *
     createCommandListener(int port, CMD_Manager &manager, bool separateErrors, bool restrictToSafeCommands,
@@ -21,6 +23,7 @@ public:
     /// Whether commands run in safe mode. A change reaches later connections only.
     bool getRestrictToSafeCommands() const { return restrictToSafeCommands; }
     void setRestrictToSafeCommands(bool on) { restrictToSafeCommands = on; }
+    /// Valid as long as the manager lives.
     const CMD_Manager &getManager() const { return manager; }
     /// A number that no other listener of the process has or had.
     unsigned getSerial() const { return serial; }
@@ -30,7 +33,8 @@ private:
                                     bool restrictToSafeCommands, const char *listenerOption, bool browserMode);
     void createConnectedSocketListener() override;
 
-    CMD_Manager &manager;   // outlives this: it closes its ports when it goes
+    CMD_Manager &manager;   // only while managerLife has not expired
+    const std::weak_ptr<const void> managerLife;
     const bool separateErrors;
     bool restrictToSafeCommands;
     const bool browserMode;

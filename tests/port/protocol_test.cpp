@@ -375,11 +375,16 @@ TEST_F(ProtocolTest, ConnectionsOutliveTheirPortAndNotTheirManager) {
     constexpr const char *theNoApplication = nullptr;
     ASSERT_TRUE(second->openPort(ofSecond, false, false, false, output, theNoApplication, nullptr, false, false,
                                  nullptr, nullptr, true, false));
+    const int ofHost = findFreePort();
+    const std::unique_ptr<CMD_ServerSocketCommandListener> listener(
+        CMD_ServerSocketCommandListener::createCommandListener(ofHost, *second, false, false, nullptr, false,
+                                                               false));
     PortClient left(ofSecond);
     EXPECT_EQ(ask(left, "echo second"), "second\n");
     second.reset();
     EXPECT_FALSE(PortClient::canConnect(ofSecond));
     EXPECT_EQ(ask(left, "echo gone"), "(ended)");
+    EXPECT_EQ(ask(ofHost, "echo gone"), "(ended)");
     EXPECT_EQ(ask(client, "echo still"), "still\n");
 }
 
