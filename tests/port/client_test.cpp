@@ -261,6 +261,26 @@ TEST_F(PortGuide, SafeModeIsNoWall) {
     ask(safe, "set -g list = \"a';unsafe;'b\"");
     run("foreach word ( $list )\necho [$word]\nend\n");
     EXPECT_EQ(theRuns, 3);
+
+    const int plain = open();
+    ask(safe, "unsafe \\");
+    ask(plain, "echo harmless");
+    EXPECT_EQ(theRuns, 4);
+    ask(safe, "for i = 1 to 1");
+    ask(safe, "unsafe");
+    ask(plain, "end");
+    EXPECT_EQ(theRuns, 5);
+
+    folder.write("bin/lamp", "#!/bin/sh\ntouch \"$1\"\n");
+    std::filesystem::permissions(folder.path() + "/bin/lamp", std::filesystem::perms::owner_all);
+    const std::filesystem::path start = std::filesystem::current_path();
+    ask(safe, "set -g path = $PATH; setenv PATH = " + folder.path() + "/bin:$PATH");
+    run("unix lamp " + folder.path() + "/lit; setenv PATH = $path");
+    EXPECT_TRUE(std::filesystem::exists(folder.path() + "/lit"));
+    ask(safe, "ucd " + folder.path() + "/bin");
+    run("unix ./lamp ../beside");
+    std::filesystem::current_path(start);
+    EXPECT_TRUE(std::filesystem::exists(folder.path() + "/beside"));
 }
 
 }   // namespace
