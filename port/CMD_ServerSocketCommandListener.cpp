@@ -31,8 +31,8 @@ CMD_ServerSocketCommandListener::CMD_ServerSocketCommandListener(KIT_NetSocket *
                                                                  bool restrictToSafeCommands,
                                                                  const char *listenerOption, bool browserMode)
     : VIO_ServerSocketListener(socket, port, nullptr, nullptr, listenerOption), manager(manager),
-      managerLife(manager.getLife()), separateErrors(separateErrors), restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode),
-      serial(++theLastSerial) {}
+      managerLife(manager.getLife()), separateErrors(separateErrors),
+      restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode), serial(++theLastSerial) {}
 
 const char *CMD_ServerSocketCommandListener::className() const {
     return "CMD_ServerSocketCommandListener";

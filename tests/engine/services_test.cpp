@@ -200,7 +200,8 @@ TEST_F(Prompts, Stack) {
 }
 
 TEST_F(Prompts, WhatSafeModeHasSetIsExpandedInIt) {
-    install("unsafe", [](CMD_Args &args) { args.out() << "run"; }, "", false);
+    install(
+        "unsafe", [](CMD_Args &args) { args.out() << "run"; }, "", false);
     for (const int safe : { 1, 0 }) {
         manager.setSafeMode(safe);
         type("prompt '`execute(\"unsafe\")`'");

@@ -141,10 +141,7 @@ TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
         { "what comes instead stays",
           { { 0, head + "12345" }, { 1500, "x\r\n" } },
           "20:complete 20:deliver(45+0) 1500:deliver(3+0)" },
-        { "however short the wait",
-          { { 0, head + "12345" } },
-          "10:complete 10:deliver(45+0)",
-          "wait=0.01" },
+        { "however short the wait", { { 0, head + "12345" } }, "10:complete 10:deliver(45+0)", "wait=0.01" },
         { "not when the peer has ended", { { 0, head + "12345" }, { 5, "" } }, "5:fail" },
 
         { "stalls in the head",
@@ -198,9 +195,7 @@ TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
           "150:refuse" },
         { "another host", { { 0, "GET / HTTP/1.1\r\nHost: x.example\r\n\r\n" } }, "0:refuse" },
         { "a browser that was stopped in its head", { { 0, "GET /" + line }, { 1, "" } }, "1:refuse" },
-        { "or behind its target",
-          { { 0, "GET /" + line + " HTTP/1.1\r\nHost" }, { 1, "" } },
-          "1:refuse" },
+        { "or behind its target", { { 0, "GET /" + line + " HTTP/1.1\r\nHost" }, { 1, "" } }, "1:refuse" },
 
         { "TLS", { { 0, "\x16\x03\x01" } }, "0:refuse" },
 
@@ -269,10 +264,11 @@ TEST(VIO_HttpHead, TellsWhereARequestComesFrom) {
 
 TEST(VIO_ListenerOptions, NamesWhatItDoesNotKnow) {
     std::ostringstream complaints;
-    const auto options = VIO_ListenerOptions::parse("wait:0.5 wait=x max-bytes=0 clients=-1 user=all what "
-                                                    "browser:pass accept=text,pdf accept=xml,http bind=:: "
-                                                    "clients=99999999999999999999 wait=1e9 bind=1.2.3 = host:a,:80",
-                                                    &complaints);
+    const auto options =
+        VIO_ListenerOptions::parse("wait:0.5 wait=x max-bytes=0 clients=-1 user=all what "
+                                   "browser:pass accept=text,pdf accept=xml,http bind=:: "
+                                   "clients=99999999999999999999 wait=1e9 bind=1.2.3 = host:a,:80",
+                                   &complaints);
     EXPECT_EQ(complaints.str(), "Wrong listener option wait=x\n"
                                 "Wrong listener option max-bytes=0\n"
                                 "Wrong listener option clients=-1\n"
