@@ -122,6 +122,12 @@ TEST_F(CMD_Expressions, WhatAnExpandedTextSetsStays) {
     EXPECT_EQ(manager.getEvaluateTime(0), 5);
 }
 
+TEST_F(CMD_Expressions, EveryFunctionHasHelp) {
+    EXPECT_GT(FML_Registry::get().getHelp().size(), 90u);
+    for (const auto &[function, entry] : FML_Registry::get().getHelp())
+        EXPECT_TRUE(entry.starts_with(function + "(") && entry.ends_with(".")) << function << ": " << entry;
+}
+
 TEST_F(CMD_Expressions, ManyNestedLevels) {
     static int theDepth;
     theDepth = 0;

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The functions that expressions always have, and their help.
+// The functions that expressions always have.
 #include "ExpressionTest.h"
 
-#include <orvlang/platform/fml/FML_Library.h>
-#include <orvlang/platform/fml/FML_Registry.h>
-
 #include <set>
-#include <sstream>
 
 namespace {
 
@@ -144,21 +140,6 @@ TEST_F(FML_Library, Vectors) {
         { "range(0, 1, 0)", error(FML_OUT_OF_RANGE) },
         { "range(0, 1e9)", error(FML_TEXT_TOO_LONG) },
     });
-}
-
-TEST_F(FML_Library, EveryFunctionHasHelp) {
-    std::size_t functions = 0;
-    for (const FML_LibraryRows &rows :
-         { theMathFunctions, theTextFunctions, theWordFunctions, theValueFunctions }) {
-        for (const FML_LibraryFunction &row : rows) {
-            functions++;
-            std::ostringstream printed;
-            fml_PrintHelp(printed, row.name, nullptr);
-            EXPECT_TRUE(printed.str().starts_with(std::string(row.name) + "(")) << row.name;
-            EXPECT_TRUE(printed.str().ends_with(".\n")) << row.name;
-        }
-    }
-    EXPECT_EQ(FML_Registry::get().getHelp().size(), functions) << "two functions of one name";
 }
 
 }   // namespace

@@ -212,7 +212,8 @@ TEST_F(HelpTexts, NameOnlyWhatThereIs) {
 TEST_F(HelpTexts, TopicsNameSectionsThatExist) {
     for (const auto &[topic, lines] : entriesOf(ORVLANG_TREE "/help/topic.help")) {
         std::smatch parts;
-        ASSERT_TRUE(std::regex_match(lines.at(0), parts, std::regex("    See (.*[.]md)(, \"(.*)\")?"))) << topic;
+        ASSERT_TRUE(std::regex_match(lines.at(0), parts, std::regex("    See (.*[.]md)(, \"(.*)\")?")))
+            << topic;
         const Lines page = linesOf(std::ifstream(ORVLANG_TREE "/" + parts.str(1)));
         EXPECT_TRUE(has(page, "## " + parts.str(3)) || (!parts[3].matched && !page.empty())) << topic;
         EXPECT_EQ(help("help " + topic), "No installed command matches " + topic + "\n" + join(lines));
@@ -224,18 +225,6 @@ TEST_F(HelpTexts, ExamplesWriteWhatTheyShow) {
         SCOPED_TRACE(name);
         runExample(lines);
     }
-}
-
-TEST_F(HelpTexts, TellEachFunctionOfExpressions) {
-    const Lines listing = linesOf(std::istringstream(help("exhelp")));
-    EXPECT_GT(listing.size(), 80u);
-    for (const std::string &line : listing) {
-        const std::string function = line.substr(0, line.find('('));
-        const std::string entry = help("exhelp " + function);
-        EXPECT_TRUE(entry.starts_with(function + "(") && entry.find(")\n    ") != std::string::npos) << entry;
-    }
-    for (const char *function : { "execute", "run", "pythonexprs", "findfile", "isvariable" })
-        EXPECT_TRUE(help(std::string("exhelp ") + function).starts_with(function)) << function;
 }
 
 TEST_F(HelpTexts, AreShownForWrongUses) {

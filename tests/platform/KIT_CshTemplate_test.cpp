@@ -54,25 +54,19 @@ TEST(KIT_CshTemplate, MakesWords) {
         { "", "" },
         { "  a b\tc\n", "[a][b][c]" },
         { std::string_view("a\0b", 3), "[a]" },
-        { "a > b >> c < d", "[a][>][b][>>][c][<][d]" },
         { "* [x] ~ # ; ( ) \x80", "[*][[x]][~][#][;][(][)][\x80]" },
         // single quotes
-        { "'a b'c'd'", "[a bcd]" },
-        { "'$a `e` \"'", "[$a `e` \"]" },
         { R"('it\'s' '\\' 'a\nb' 'a\tb\')", "[it's][\\][a\nb][a\\tb']" },
         { R"('a'\\)", "[a\\]" },
         { "'open b", "[open b]" },
         // double quotes
-        { "\"a  b\"c", "[a  bc]" },
         { R"("\"" "\\" "\$a" "\`e\`" "\n\'")", "[\"][\\][$a][`e`][\\n\\']" },
         { "\"open $a", "[open value]" },
         // backslash
         { R"(a\ b \'c \$a \`e \>)", "[a b]['c][$a][`e][>]" },
         { "\\", "[\\]" },
         // variables
-        { "x$a.y${a}z", "[xvalue.yvaluez]" },
         { "$_9 $9 $ $$a $-", "[nine][$9][$][$value][$-]" },
-        { "a$unknown-b \"$unknown\"", "[a-b][]" },
         { "a${two}b\"$two\"", "[a1][2b1 2]" },
         { "$two$two", "[1][21][2]" },
         { "a$wide-", "[a][1][2][-]" },
@@ -92,7 +86,6 @@ TEST(KIT_CshTemplate, MakesWords) {
         { R"(`f("a",'b')`)", "[<f(\"a\",'b')>]" },
         { R"("`f(\"a\" \\"x" y)`")", R"([<f("a" \"x" y)>])" },
         { R"(`\"\'\\`)", "[<\\\"\\'\\`>]" },
-        { "`a\\`b`", "[<a`b>]" },
         { "`open", "[<open>]" },
         { "\"x `open\"", "[x <open\">]" },
     };
@@ -107,12 +100,9 @@ TEST(KIT_CshTemplate, LeavesReferencesWithNullLookups) {
         const char *again;   // the words of the words, this time with lookups
     } theCases[] = {
         { "$a ${a} x$unknown.", "[$a][${a}][x$unknown.]", "[value][value][x.]" },
-        { "\"$two\" '$a'", "[$two][$a]", "[1][2][value]" },
         { "${a:-x} ${unknown:-y} ${u:-}", "[${a:-x}][${unknown:-y}][${u:-}]", "[value][y]" },
-        { "`a b`", "[`a b`]", "[<a][b>]" },
         { R"("`f(\"a\")`")", "[`f(\"a\")`]", "[<f(\"a\")>]" },
         { R"(`a\`b\\`)", R"([`a\`b\\`])", R"([<a`b\`>])" },
-        { R"(`f(\"a\")`)", R"([`f(\"a\")`])", R"([<f(\"a\")>])" },
         { "x`open \\`", "[x`open \\`]", "[x<open][`>]" },
     };
     for (const auto &c : theCases) {
@@ -137,13 +127,10 @@ TEST(KIT_CshTemplate, TakesRedirections) {
         const char *flags;    // o: append to out, e: to err, m: a name is missing
     } theCases[] = {
         { "a >> f b", "[a][b]", "f,,", "o" },
-        { "a >& f", "[a]", ",f,", "" },
         { "> f a >>& g", "[a]", ",g,", "e" },
-        { "a >& f > g", "[a]", "g,,", "" },
         { "a > f >& g < h < i", "[a]", ",g,i", "" },
         { "a > 'x y'$a\"$wide\"`two`", "[a]", "x yvalue 1\t2 1 2,,", "" },
         { "a >", "[a]", ",,", "m" },
-        { "a > < f", "[a]", ",,f", "m" },
         { "a > $empty b", "[a][b]", ",,", "m" },
         { "a '>' \\> \">\" $op >x a>b b", "[a][>][>][>][>][>x][a>b][b]", ",,", "" },
         { "a > '>' b", "[a][b]", ">,,", "" },

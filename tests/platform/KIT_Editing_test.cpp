@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Keys and places on the screen, made of whatever bytes arrive.
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,31 +16,15 @@ namespace {
 
 /// Bytes in which sequences, halves of them and rubbish are likely.
 std::string randomBytes(std::mt19937 &generator) {
-    static const std::vector<std::string> thePieces = {
-        "\x1b",
-        "[",
-        "O",
-        "A",
-        "1;5",
-        "~",
-        "\x1b[200~",
-        "\x1b[201~",
-        "\x16",
-        "\xC3",
-        "\xA4",
-        "\xF0\x9F",
-        "\xE4\xB8\xAD",
-        "e\xCC\x81",
-        "\xCC\x81",
-        "\xFF",
-        "\xED\xA0\x80",
-        "\xF0\xA0\x80\x81",
-        "\xF3\xB0\x80\x81",
-        "x",
-        "\t",
-        "\x7f",
-        "\xC2\x85",
-    };
+    static const std::vector<std::string> thePieces = [] {
+        std::istringstream text(
+            "\x1b|[|O|A|1;5|~|\x1b[200~|\x1b[201~|\x16|\xC3|\xA4|\xF0\x9F|\xE4\xB8\xAD|e\xCC\x81|"
+            "\xCC\x81|\xFF|\xED\xA0\x80|\xF0\xA0\x80\x81|\xF3\xB0\x80\x81|x|\t|\x7f|\xC2\x85");
+        std::vector<std::string> pieces;
+        for (std::string piece; std::getline(text, piece, '|');)
+            pieces.push_back(piece);
+        return pieces;
+    }();
     std::string bytes;
     for (int i = 0; i < 12; ++i)
         bytes += thePieces[generator() % thePieces.size()];

