@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Cases.h"
+
 #include <orvlang/engine/CMD_LineScan.h>
 
 #include <gtest/gtest.h>
@@ -18,43 +20,13 @@ std::string withSingleBlanks(std::string_view text) {
 }
 
 TEST(CMD_LineScan, CutsAndSetsApart) {
-    static constexpr const char *none = nullptr;
-    static const struct {
-        const char *line;
-        const char *statement;
-        const char *rest;
-    } theCases[] = {
-        { "", "", none },
-        { "set a=1", "set a = 1", none },
-        { "if ($a>3)", "if ( $a > 3 ) ", none },
-        { "x<=y>=z==w", "x <= y >= z == w", none },
-        { "a!=b!c", "a != b!c", none },
-        { "a<<b<>c<d", "a << b <> c < d", none },
-        { "a>f>>f>&f>>&f>=&f>&&f", "a > f >> f >& f >>& f >=& f >&& f", none },
-        { "a=>b===c", "a = > b == = c", none },
-        { "a&&b&c 2>f", "a&&b&c 2 > f", none },
-        { ">", " > ", none },
-        // The end of the statement.
-        { "a=b#c", "a = b", none },
-        { "a;#b", "a", "#b" },
-        { "a\\;b\\#c;d", "a\\;b\\#c", "d" },
-        { "a\\>b\\\\;c", "a\\>b\\\\;c", none },
-        // Quotes keep what is in them, and each other.
-        { "\"a;b#c=d\" ;x", "\"a;b#c=d\" ", "x" },
-        { "'a;b>c' `d;e<f`;x", "'a;b>c' `d;e<f`", "x" },
-        { "\"it's;\" 'a\";`b' `'c;\"`=1;x", "\"it's;\" 'a\";`b' `'c;\"` = 1", "x" },
-        { "\"a\\\";b\";x", "\"a\\\";b\"", "x" },
-        { "\\\"a;b", "\\\"a", "b" },
-        { "'a\\';b", "'a\\';b", none },   // the backslash counts inside single quotes too
-        { "echo 'open; # = >", "echo 'open; # = >", none },
-    };
     std::string buffer = "left from before";
-    for (const auto &c : theCases) {
-        const CMD_LineScan scan = CMDscanLine(c.line, buffer);
-        EXPECT_EQ(withSingleBlanks(scan.statement), c.statement) << c.line;
-        ASSERT_EQ(scan.restOffset != std::string_view::npos, c.rest != none) << c.line;
-        if (c.rest) {
-            EXPECT_STREQ(c.line + scan.restOffset, c.rest) << c.line;
+    for (const auto &row : casesOf(ORVLANG_CASES "/lines.cases")) {
+        const CMD_LineScan scan = CMDscanLine(row.at(0), buffer);
+        EXPECT_EQ(withSingleBlanks(scan.statement), row.at(1)) << row[0];
+        ASSERT_EQ(scan.restOffset != std::string_view::npos, row.size() > 2) << row[0];
+        if (row.size() > 2) {
+            EXPECT_EQ(row[0].substr(scan.restOffset), row[2]) << row[0];
         }
     }
 }

@@ -39,7 +39,7 @@ protected:
         FML::theErrNo = FML_NO_ERROR;
     }
 
-    /// The result as text, or "error N".
+    /// The result as text, or the error.
     static std::string evaluate(const std::string &expression) {
         KIT_String value("untouched");
         FML::theErrNo = FML_NO_ERROR;
@@ -48,21 +48,26 @@ protected:
         if (!succeeded) {
             EXPECT_EQ(value, "untouched") << expression;
         }
-        const int error = std::exchange(FML::theErrNo, FML_NO_ERROR);
-        return succeeded ? std::string(value.view()) : "error " + std::to_string(error);
+        const int number = std::exchange(FML::theErrNo, FML_NO_ERROR);
+        return succeeded ? std::string(value.view()) : error(number);
     }
 
     struct Case {
         const char *expression;
         std::string result;
     };
-    /// Each expression three times: run once, when it comes into the cache, and out of the cache.
+    /// The expression three times: run once, when it comes into the cache, and out of the cache.
+    static void check(const std::string &expression, const std::string &result) {
+        for (int round = 0; round < 3; round++)
+            EXPECT_EQ(evaluate(expression), result) << expression << ", round " << round;
+    }
     static void check(std::initializer_list<Case> cases) {
         for (const Case &c : cases)
-            for (int round = 0; round < 3; round++)
-                EXPECT_EQ(evaluate(c.expression), c.result) << c.expression << ", round " << round;
+            check(c.expression, c.result);
     }
-    static std::string error(FML_ERROR number) { return "error " + std::to_string(number); }
+    static std::string error(int number) {
+        return "error " + std::to_string(number) + ": " + fml_GetErrorText(number);
+    }
 
     MapManager manager;
 };

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Cases.h"
+
 #include <orvlang/flow/CMD_Condition.h>
 
 #include <sstream>
@@ -22,66 +24,8 @@ int evaluate(const std::string &text) {
 }
 
 TEST(CMD_Condition, Results) {
-    static const struct {
-        const char *condition;
-        int result;
-    } theCases[] = {
-        // One word.
-        { "", 0 },
-        { "1", 1 },
-        { "0", 0 },
-        { "0.5", 1 },
-        { "1e-60", 1 },   // below what 32 bits hold, and still above 0
-        { "abc", 1 },
-        { "''", 0 },
-        { "!", 1 },
-        { "0x0", 1 },   // no number, so a text
-        { "nan", 1 },
-        // Numbers and texts.
-        { "1.0 == 1x", 0 },
-        { "10 < 9", 0 },
-        { "10 < 9x", 1 },
-        { "a == A", 0 },
-        { "\xff > a", 1 },
-        { "16777216 == 16777217", 1 },   // the same number in 32 bits
-        { "0.1 == .1", 1 },
-        { "1e39 == 1e40", 1 },   // both beyond 32 bits
-        { "'' == a", 0 },
-        // All the operators, with both outcomes of an order.
-        { "1 != 1", 0 },
-        { "1 <> 2", 1 },
-        { "2 <= 2", 1 },
-        { "3 <= 2", 0 },
-        { "2 >= 2", 1 },
-        { "1 >= 2", 0 },
-        { "1 > 2", 0 },
-        { "a >= b", 0 },
-        // Logic: by the whole part of numbers, by emptiness of texts, one text makes two.
-        { "1 & 2", 1 },
-        { "0 && 1", 0 },
-        { "0 && abc", 1 },
-        { "0.5 && 1", 0 },
-        { "-1 && 1", 1 },
-        { "0 || 0.9", 0 },
-        { "0 | -3", 1 },
-        { "a || b && ''", 0 },
-        { "99999999999 && 1", 1 },
-        // Ranks and groups.
-        { "1 || 1 && 0", 0 },
-        { "1 || ( 1 && 0 )", 1 },
-        { "( 1 == 1 ) == 1", 1 },
-        { "3 > 2 > 1", 0 },
-        { "2 == ( 1 || 0 ) == 0", 1 },
-        // Wrong ones.
-        { "1 2", -1 },
-        { "1 == ==", -1 },
-        { "1 )", -1 },
-        { "( 1 ) 2", -1 },
-        { "(", -1 },
-        { "1 == ( 2", -1 },
-    };
-    for (const auto &c : theCases)
-        EXPECT_EQ(evaluate(c.condition), c.result) << c.condition;
+    for (const auto &row : casesOf(ORVLANG_CASES "/conditions.cases"))
+        EXPECT_EQ(std::to_string(evaluate(row.at(0))), row.at(1)) << row[0];
 }
 
 TEST(CMD_Condition, ManyWordsAndDeepGroups) {

@@ -1,38 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Cases.h"
+
 #include <orvlang/flow/CMD_LoopHead.h>
 
 #include <gtest/gtest.h>
 
 TEST(CMD_LoopHead, SetsOperatorsApart) {
-    static const struct {
-        const char *line;
-        const char *normalized;
-    } theCases[] = {
-        { "for i=1 to 3", "for i = 1 to 3" },
-        { "foreach x (a b)", "foreach x  ( a b ) " },
-        { "while $a<3", "while $a < 3" },
-        { "while $a<=3", "while $a <= 3" },
-        { "while a==b||c>=d", "while a == b || c >= d" },
-        { "while a&&b", "while a&&b" },
-        { "while a<>b!=c", "while a <> b != c" },
-        { "while a<<b>>c", "while a << b >> c" },
-        { "while a<==b", "while a <=  = b" },
-        // Quotes keep single operators together, but not the comparisons of two bytes.
-        { "while \"a=b\"", "while \"a=b\"" },
-        { "while \"$a\"<=\"b\"", "while \"$a\" <= \"b\"" },
-        { "while 'a<=b'", "while 'a <= b'" },
-        { "while \"'(\" (", "while \"'(\"  ( " },
-        // Comments, and what a backslash takes its meaning from.
-        { "while '#' # x", "while '#' " },
-        { "while \\# #", "while \\# " },
-        { "while a\\=b\\<=c", "while a\\=b\\< = c" },
-        { "while \\\\=b", "while \\\\ = b" },
-        { "while \\\"=", "while \\\" = " },
-        { "while \"\\\"=", "while \"\\\"=" },
-        { "while a\\", "while a\\" },
-    };
-    for (const auto &c : theCases)
-        EXPECT_EQ(CMD_LoopHead::normalize(c.line), c.normalized) << c.line;
+    for (const auto &row : casesOf(ORVLANG_CASES "/loop_heads.cases"))
+        EXPECT_EQ(CMD_LoopHead::normalize(row.at(0).c_str()), row.at(1)) << row[0];
 }
 
 TEST(CMD_LoopHead, KnowsWhatCanOpenALoop) {

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string>
 
+#include "Cases.h"
+
 namespace {
 
 void fill(KIT_Args &args, const KIT_WorkArgs &words) {
@@ -35,44 +37,15 @@ std::string show(const KIT_Args &args) {
 }
 
 TEST(KIT_Args, StripsOptions) {
-    static const struct {
-        const char *line;
-        const char *options;
-        const char *result;
-    } theCases[] = {
-        { "c a b", "", "c a b" },
-        { "c -n a", "n", "c a -n" },
-        { "c -ab -c x", "abc", "c x -a -b -c" },
-        { "c a -n", "n", "c a -n" },   // behind the first word that is no option: a word, shown alike
-        { "c -a x -b", "ab", "c x -b -a" },
-        { "c -x a", "n", "refused" },
-        { "c -n5", "n", "refused" },
-        { "c -n", nullptr, "refused" },
-        { "c -t title x", "t:", "c x -t=title" },
-        { "c -at title x", "at:", "c x -a -t=title" },
-        { "c -t -a x", "at:", "c x -t=-a" },
-        { "c -t", "t:", "refused" },
-        { "c -f 1 20 x", "f::", "c x -f=1=20" },
-        { "c -f1 -20 x", "f::", "c x -f=1=-20" },
-        { "c -t 1 -t2 -t 3 -t 4 -t 5 x", "t:", "c x -t=1=2=3=4" },
-        { "c -f 1 2 -f 3 4 -f 5 6", "f::", "c -f=1=2=3=4" },
-        { "c -n -- -x y", "n", "c -x y -n" },
-        { "c -- --", "n", "c --" },
-        { "c --n", "n", "c --n" },
-        { "c -1 -.5", "1", "c -.5 -1" },
-        { "c -n -.5", "n", "c -.5 -n" },
-        { "c -=x -\xe4", "n", "c -=x -\xe4" },
-        { "c -:", ":", "c -:" },
-        { "-n -n", "n", "-n -n" },
-    };
     KIT_Args args;
     KIT_WorkArgs words;
-    for (const auto &c : theCases) {
-        KIT_String(c.line).parseInPlace(words);
+    for (const auto &row : casesOf(ORVLANG_CASES "/options.cases")) {
+        KIT_String(row.at(0)).parseInPlace(words);
         fill(args, words);
-        args.stripOptions(c.options);
-        EXPECT_EQ(show(args), c.result) << c.line << " with " << (c.options ? c.options : "null");
+        args.stripOptions(row.at(1).c_str());
+        EXPECT_EQ(show(args), row.at(2)) << row[0] << " with " << row[1];
     }
+    args.stripOptions(nullptr);
     EXPECT_EQ(args.argv(1), nullptr);
     EXPECT_EQ(args.argv(-1), nullptr);
     EXPECT_FALSE(args.found(static_cast<char>(0xe4)));

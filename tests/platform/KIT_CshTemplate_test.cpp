@@ -9,6 +9,8 @@
 #include <map>
 #include <string>
 
+#include "Cases.h"
+
 namespace {
 
 bool lookupVariable(const char *name, KIT_String &value) {
@@ -47,50 +49,8 @@ std::string parse(std::string_view text, KIT_CshLookup variable = lookupVariable
 }
 
 TEST(KIT_CshTemplate, MakesWords) {
-    static const struct {
-        std::string_view text;
-        const char *words;
-    } theCases[] = {
-        { "", "" },
-        { "  a b\tc\n", "[a][b][c]" },
-        { std::string_view("a\0b", 3), "[a]" },
-        { "* [x] ~ # ; ( ) \x80", "[*][[x]][~][#][;][(][)][\x80]" },
-        // single quotes
-        { R"('it\'s' '\\' 'a\nb' 'a\tb\')", "[it's][\\][a\nb][a\\tb']" },
-        { R"('a'\\)", "[a\\]" },
-        { "'open b", "[open b]" },
-        // double quotes
-        { R"("\"" "\\" "\$a" "\`e\`" "\n\'")", "[\"][\\][$a][`e`][\\n\\']" },
-        { "\"open $a", "[open value]" },
-        // backslash
-        { R"(a\ b \'c \$a \`e \>)", "[a b]['c][$a][`e][>]" },
-        { "\\", "[\\]" },
-        // variables
-        { "$_9 $9 $ $$a $-", "[nine][$9][$][$value][$-]" },
-        { "a${two}b\"$two\"", "[a1][2b1 2]" },
-        { "$two$two", "[1][21][2]" },
-        { "a$wide-", "[a][1][2][-]" },
-        { "\"\"$wide", "[][1][2]" },
-        { "$blank $empty \"$empty\" \"\"$empty", "[][]" },
-        { "$quote", "['$a'][\"`\\]" },
-        { "${unknown:-x y} \"${unknown:-x y}\" ${empty:-'x'} ${a:-x} ${a:-}",
-          "[x][y][x y]['x'][value][value]" },
-        { "${unknown:-$a} ${unknown:-}", "[$a]" },
-        { "${} ${9} ${a-b} ${a:x} ${ a}", "[${}][${9}][${a-b}][${a:x}][${][a}]" },
-        { "\"${unknown:-x\"}", "[${unknown:-x}]" },
-        { "${a:-x ${a}", "[value]" },
-        // expressions
-        { "`a + $b`", "[<a][+][$b>]" },
-        { "x`two`y \"x`two`y\"", "[x1][2y][x1 2y]" },
-        { "`fail` a`fail` \"`fail`\"", "[a][]" },
-        { R"(`f("a",'b')`)", "[<f(\"a\",'b')>]" },
-        { R"("`f(\"a\" \\"x" y)`")", R"([<f("a" \"x" y)>])" },
-        { R"(`\"\'\\`)", "[<\\\"\\'\\`>]" },
-        { "`open", "[<open>]" },
-        { "\"x `open\"", "[x <open\">]" },
-    };
-    for (const auto &c : theCases)
-        EXPECT_EQ(parse(c.text), c.words) << c.text;
+    for (const auto &row : casesOf(ORVLANG_CASES "/words.cases"))
+        EXPECT_EQ(parse(row.at(0)), row.at(1)) << row[0];
 }
 
 TEST(KIT_CshTemplate, LeavesReferencesWithNullLookups) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The `!` and `^` forms, and which lines of a console become history.
+#include "Cases.h"
 #include "EngineFixture.h"
 
 #include <orvlang/platform/kit/KIT_ErrorManager.h>
@@ -24,49 +25,13 @@ TEST_F(History, Forms) {
     EXPECT_STREQ(untouched.c_str(), "!! ^a^b \\!x");
     for (const char *line : { "cat a", "echo hi", "{x} y", "\"quoted\" it's", "echo aba aba" })
         table.addHistory(line);
-    static const char *const same = nullptr;
-    static const struct {
-        const char *line, *expanded;
-    } theCases[] = {
-        { "!!", "echo aba aba" },
-        { "!!x !!", "echo aba abax echo aba aba" },
-        { "!1", "cat a" },
-        { "!0", "echo aba aba" },
-        { "!-5 !-6.", "cat a ." },
-        { "!6 !99999999999 !-99999999999 x", "   x" },
-        { "!-x", "echo aba aba" },
-        { "!ec foo", "echo aba aba foo" },
-        { "!ec;foo", "" },
-        { "!at x", " x" },
-        { "!{ec}ho", "echo aba abaho" },
-        { "!{2}!{-4}!{!}!{}", "echo hiecho hiecho aba abaecho aba aba" },
-        { "!{echo hi}", "echo hi" },
-        { "!{echo h", "echo hi" },
-        { "!{{x}}", "{x} y}" },
-        { "!\"q", "\"quoted\" it's" },
-        { "\"!!\"", "\"echo aba aba\"" },
-        { "'!!' !1", "'!!' cat a" },
-        { "\"it's !1\" '\"!!'",
-          "\"it's cat a\" '\"!!'" },   // the quote in the word of the form counts for nothing
-        { "\\!! !1", "!! cat a" },
-        { "a !", same },
-        { "! x !( != !=", same },
-        { "!\t", same },
-        { "x ^a^b", same },
-        { "\\!!", "!!" },
-        { "^aba^c^ d^e", "echo c aba d^e" },
-        { "^aba^", "echo  aba" },
-        { "^aba^c\n", "echo c aba" },
-        { "^nosuch^b^!", "echo aba aba!" },
-        { "^^b", "" },
-    };
-    for (const auto &c : theCases) {
-        KIT_String line = c.line;
-        const std::string expanded = c.expanded ? c.expanded : c.line;
-        const bool isForm = c.expanded && std::string_view(c.line) != "\\!!";
-        EXPECT_EQ(table.historyExpand(&manager, line), isForm ? 1 : 0) << c.line;
-        EXPECT_EQ(line.c_str(), expanded) << c.line;
-        EXPECT_EQ(transcript.take(), isForm ? "{" + expanded + "\n}" : "") << c.line;
+    for (const auto &row : casesOf(ORVLANG_CASES "/history.cases")) {
+        KIT_String line(row.at(0));
+        const std::string expanded = row.back();
+        const bool isForm = row.size() > 1 && row[0] != "\\!!";
+        EXPECT_EQ(table.historyExpand(&manager, line), isForm ? 1 : 0) << row[0];
+        EXPECT_EQ(line.c_str(), expanded) << row[0];
+        EXPECT_EQ(transcript.take(), isForm ? "{" + expanded + "\n}" : "") << row[0];
     }
 }
 
