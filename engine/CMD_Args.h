@@ -10,8 +10,8 @@
 class CMD_Command;
 class CMD_Source;
 
-/// What a command's callback receives: its words with the options stripped, the streams to use, and where the
-/// statement came from. Object and texts live until the callback returns; a copy holds texts of its own.
+/// The argument of a command's callback: the words without the options, the streams to use, and the position of the
+/// statement. Object and texts live until the callback returns; a copy has texts of its own.
 ///
 /// Inside a callback `argc()` is at least 1; word 0 is the command as typed, which may be an abbreviation.
 class CMD_API CMD_Args : public KIT_Args {
@@ -21,18 +21,18 @@ public:
     CMD_Args(const CMD_Args &) = default;
     CMD_Args &operator=(const CMD_Args &) = default;
 
-    /// Where results go. Honours redirection and the streams of a calling `execute`.
+    /// The stream for results, with redirection and the streams of a calling `execute` applied.
     std::ostream &out() const { return *outStream; }
-    /// Where errors go. With a non-zero prefix the position of the statement is written in front, once per
+    /// The stream for errors. With a non-zero prefix it first writes the position of the statement, once per
     /// command, when the statement comes from a script.
     std::ostream &err(int prefix);
-    /// No position is written in front of later errors.
+    /// Later errors are written without a position.
     void quietErrors() { errorPrefixPending = 0; }
     /// Reports a wrong use of the command on the error stream, with the command's help text.
     void showUsage();
     /// The full name of the command that runs now.
     KIT_String commandName() const;
-    /// Runs the command that this one was installed over, with this same object; nothing without one.
+    /// Runs the command that this one overrides, with this same object. Does nothing without one.
     void callBaseClassCommand();
 
 private:
@@ -44,6 +44,6 @@ private:
     std::ostream *errStream = nullptr;
     KIT_String sourceName;
     int lineNumber = 0;
-    CMD_Command *command = nullptr;   // borrowed; moves along the chain during callBaseClassCommand
+    CMD_Command *command = nullptr;   // borrowed; follows the chain during callBaseClassCommand
     int errorPrefixPending = 1;
 };

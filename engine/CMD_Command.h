@@ -11,19 +11,19 @@ using CMD_CommandCallback = void (*)(CMD_Args &args);
 
 /// One installed command: a name, the options it takes and the function that runs it.
 ///
-/// Installing a name again does not replace the older command but stands in front of it, so that the newer one
-/// can pass the call on. Only CMD_Manager makes commands, and it destroys none: managers of one name share them,
-/// and they outlive every manager.
+/// Installing a name again does not remove the older command. The newer one overrides it and can call it
+/// (CMD_Args::callBaseClassCommand). Only CMD_Manager makes commands, and it never destroys one: managers of one
+/// name share them, and they outlive every manager.
 class CMD_API CMD_Command {
 public:
-    /// The full name. Not copied: the installer keeps the text alive.
+    /// The full name. Not copied: the installer must keep the text alive.
     const char *getName() const { return name; }
-    /// A letter per option, a `:` behind a letter for each value that it takes; empty for none. Not copied.
+    /// A letter for each option, followed by a `:` for each of its values; empty for none. Not copied.
     const char *getOptions() const { return options; }
-    /// The plug-in library that was being run when the command was installed; null for one from elsewhere.
+    /// The plug-in library that ran when the command was installed; null when none did.
     const char *getDSOLocation() const { return dsoLocation.isNull() ? nullptr : dsoLocation.c_str(); }
     CMD_CommandCallback &getCallback() { return callback; }
-    /// The command that this one stands in front of; null if none.
+    /// The command that this one overrides; null if none.
     CMD_Command *getChainCommand() const { return chainCommand; }
     /// Whether it may run in safe mode.
     bool isSafe() const { return safe; }
@@ -36,7 +36,7 @@ private:
                 CMD_Command *chainCommand);
     ~CMD_Command() = default;
 
-    /// A command that was made before and is the same in everything, looked for from this one on; null if none.
+    /// Returns an earlier command that is equal in everything, from this one on; null if none.
     ///
     /// A program that makes one manager of a name after the other installs the same commands again and again.
     CMD_Command *findTwin(const CMD_Command &wanted);
@@ -45,9 +45,9 @@ private:
     const char *options;   // borrowed
     KIT_String dsoLocation;
     CMD_CommandCallback callback;
-    CMD_Command *chainCommand;   // borrowed; lives as long as this one: for ever
+    CMD_Command *chainCommand;   // borrowed; lives for ever, as this one
     CMD_Command *older =
-        nullptr;      // borrowed; the one of this name that any manager made before, overridden or not
-    int index = -1;   // place in the command list, of the command that is in it
+        nullptr;      // borrowed; the previous one of this name by any manager, overridden or not
+    int index = -1;   // in the command list; only of the command that is in it
     bool safe;
 };

@@ -8,16 +8,16 @@
 
 class CMD_Command;
 
-/// The commands of all managers of one name, one for each command name: the one that was made last. Sorting waits for
-/// the next look-up that needs it, so that a run of installs sorts once; whether it is due is noted here, since any of
-/// those managers can install.
+/// The commands of all managers of one name, one for each command name: the newest. The list is sorted by the next
+/// look-up that needs it, so that a series of installs sorts once. It keeps the mark for that itself, since any of those
+/// managers can install.
 class CMD_CommandList : public KIT_PtrArray<CMD_Command *> {
 public:
-    /// Null when there is none.
+    /// Returns null when there is none.
     CMD_Command *find(std::string_view name) const;
-    /// Adds a command, or puts it in the place of the given one, which has the same name.
+    /// Adds a command, or replaces `older`, which has the same name.
     void put(CMD_Command &command, CMD_Command *older);
-    /// By name, bytes taken as unsigned.
+    /// Sorts by name, by unsigned bytes.
     void sort();
 
 private:

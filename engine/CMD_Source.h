@@ -17,21 +17,21 @@ class CMD_VariableTable;
 class KIT_IStream;
 class KIT_WorkBuffer;
 
-/// One place that lines come from: the console, a script file, or a block of text handed in by the host.
+/// A source of lines: the console, a script file, or a block of text from the host.
 ///
-/// Sources form a stack on the manager; the top one is the current one. A source carries what must survive from
-/// one statement to the next: its local variables, its `if` blocks, a loop being collected or run, and the text
-/// left over behind a `;`. A popped source stays alive until the last statement that it gave has ended.
+/// Sources form a stack on the manager; the top one is the current one. A source stores what must survive from one
+/// statement to the next: its local variables, its `if` blocks, a loop being collected or run, and the rest of a line
+/// after a `;`. A popped source stays alive until its last statement has ended.
 class CMD_API CMD_Source {
 public:
-    /// A source without input of its own. The name is copied; "stdin" (or a null name, which counts as no name)
-    /// keeps positions out of error messages.
+    /// Makes a source without input of its own. The name is copied. With the name "stdin", or without one (null), error
+    /// messages have no position.
     CMD_Source(const char *name, int interactive);
     ~CMD_Source();
     CMD_Source(const CMD_Source &) = delete;
     CMD_Source &operator=(const CMD_Source &) = delete;
 
-    /// The variables that live and die with this source. Never null; owned by the source.
+    /// The variables that live as long as this source. Never null; owned by the source.
     CMD_VariableTable *getLocalVariables() const { return localVariables.get(); }
     /// The lines that were typed on this source. Never null; owned by the source.
     CMD_HistoryTable *getHistory() const { return history.get(); }
@@ -43,22 +43,22 @@ public:
     /// The stream over the source's text; null when it has none.
     KIT_IStream *getInputStream() const { return inputStream.get(); }
 
-    /// The next line: leftovers of a `;` first, then the running loop, then the input. Inside a block (see
-    /// startBlock) the input is left alone. False when there is nothing more.
+    /// Returns the next line: the rest after a `;` first, then from the running loop, then from the input. Inside a
+    /// block (see startBlock) the input is not read. False when there is no further line.
     bool nextLine(CMD_Line &line);
-    /// The same with the text copied into `scratch`; null when there is nothing more.
+    /// The same with the text copied into `scratch`; null when there is no further line.
     const char *getLine(KIT_WorkBuffer &scratch);
-    /// The line of the loop body that runs now, otherwise the lines read so far.
+    /// Returns the line number in the running loop's body, otherwise the number of lines read so far.
     int getLineNumber() const;
 
-    /// Puts text in front of everything that the source still has to give. The last pushed comes out first.
+    /// Puts text before all further lines of the source. The text pushed last is returned first.
     void pushUnfinishedCommands(const char *text);
     bool hasUnfinishedCommands() const {
         return !unfinishedCommands.empty() && !unfinishedCommands.back().isMarker;
     }
-    /// Fences off the leftovers that are there now: until endBlock they belong to an enclosing run.
+    /// Hides the leftovers of enclosing runs until endBlock, so that a nested run cannot consume them.
     void startBlock();
-    /// Takes the newest fence away; text that was left above it stays.
+    /// Removes the newest marker of startBlock; text that was pushed after it stays.
     void endBlock();
 
     /// Non-zero: each statement is shown before it runs.
@@ -71,9 +71,9 @@ public:
     int getIfNestLevel() const { return ifNestLevel; }
     /// Sets the level (0 to 127, clamped) without touching any state.
     void setIfNestLevel(int level);
-    /// One level deeper (direction 1 or more) or back (below 1). 0 when there is no such level, otherwise 1.
+    /// Goes one level deeper (direction 1 or more) or back (below 1). Returns 0 when there is no such level, else 1.
     int bumpIfNest(int direction);
-    /// 1 while statements run on the current level, 0 while they are skipped.
+    /// Returns 1 while statements run on the current level, 0 while they are skipped.
     int doIfStatements() const;
 
 private:
@@ -87,24 +87,24 @@ private:
     };
 
     void pushUnfinishedCommands(CMD_Line line);
-    /// Forgets the newest leftovers and fences, as far as there are more than so many.
+    /// Drops the newest leftovers and markers until `kept` are left.
     void dropLeftovers(size_t kept);
-    /// Puts a loop, or none, in the place of the present one, which gives no further line.
+    /// Replaces the present loop by another one or none. The present one returns no further line.
     void setLoop(std::shared_ptr<CMD_Loop> newLoop);
-    /// Gives no line any more: the source is off the stack, though something may still be at work in it.
+    /// Returns no line from now on: the source is off the stack, though a statement of it may still run.
     void close();
-    /// Takes a whole text to read from; lines share it.
+    /// Sets the text to read from; lines share it.
     void setInput(std::shared_ptr<const char[]> buffer, size_t length);
-    /// Drops everything that is half done: leftovers, the loop and the `if` blocks.
+    /// Drops all unfinished work: leftovers, the loop and the `if` blocks.
     void abandon();
 
     std::unique_ptr<CMD_VariableTable> localVariables;
     std::unique_ptr<CMD_HistoryTable> history;
     KIT_String filename;
-    std::shared_ptr<CMD_Loop> loop;   // collecting or running; shared with the frames that are inside it
+    std::shared_ptr<CMD_Loop> loop;   // collecting or running; shared with the calls that are inside it
     std::unique_ptr<KIT_IStream> inputStream;
     std::shared_ptr<const char[]> inputBuffer;
-    int loopRunning = 0;   // 0: lines go into the loop; 1: the loop gives the lines
+    int loopRunning = 0;   // 0: the loop collects lines; 1: the lines come from the loop
     int interactive;
     int lineNumber = 0;
     int echoState = 0;

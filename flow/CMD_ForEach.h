@@ -7,8 +7,7 @@
 #include <orvlang/platform/kit/KIT_String.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
 
-/// `foreach VARIABLE ( WORD... )`. The words are those of the moment at which the loop is entered; empty ones are
-/// dropped.
+/// `foreach VARIABLE ( WORD... )`. The words are expanded when the loop is entered; empty ones are dropped.
 class CMD_API CMD_ForEach : public CMD_LoopInfo {
 public:
     ~CMD_ForEach() override;
@@ -18,5 +17,5 @@ public:
 private:
     KIT_String variable;
     KIT_WorkArgs words;
-    std::string statement;   // what sets the variable; kept for its memory
+    std::string statement;   // the `set` line; kept for its memory
 };

@@ -7,7 +7,7 @@
 #include <orvlang/flow/CMD_LoopInfo.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
-/// `for VARIABLE = START to END [step SIZE]`. Counts in 32-bit floats, so that a value is text of up to six digits.
+/// `for VARIABLE = START to END [step SIZE]`. Counts in 32-bit floats; a value is a text of up to six digits.
 class CMD_API CMD_ForLoop : public CMD_LoopInfo {
 public:
     ~CMD_ForLoop() override;
@@ -19,5 +19,5 @@ private:
     float start = 0;
     float end = 0;   // widened by a thousandth of a step
     float step = 1;
-    std::string statement;   // what sets the variable; kept for its memory
+    std::string statement;   // the `set` line; kept for its memory
 };

@@ -14,47 +14,46 @@ class CMD_Manager;
 class CMD_Source;
 class KIT_CshTemplate;
 
-/// A loop of the language: first it collects the lines of its body, then it gives them out, pass by pass, to be
-/// run. A loop inside the body is a line that owns a CMD_Loop of its own.
+/// A loop of the language: first it collects the lines of its body, then it returns them, pass by pass, to be run.
+/// A loop inside the body is a line that owns a CMD_Loop of its own.
 ///
-/// All operations are for the loop that CMD_Manager::buildLoop gave; the loops inside it are driven by it. While
-/// nextLine or parseArguments runs, statements and expressions run, which may do anything: let the source
-/// go, put another loop in this one's place, ask this very loop for a line. The owner keeps the object until they
-/// return.
+/// The caller uses the operations of the loop from CMD_Manager::buildLoop only; that loop drives those inside it.
+/// nextLine and parseArguments run statements and expressions, which may do anything: end the source, replace this
+/// loop, call nextLine of it. The owner must keep the object until they return.
 class CMD_API CMD_Loop {
 public:
-    /// Takes ownership of the kind. The loop belongs to the current source of the manager; both must outlive it,
-    /// or it must be cancelled before they go.
+    /// Takes ownership of `info`. The loop belongs to the current source of the manager; both must outlive it, or
+    /// it must be cancelled before their end.
     CMD_Loop(CMD_Manager *manager, CMD_LoopInfo *info, const char *line);
     ~CMD_Loop();
     CMD_Loop(const CMD_Loop &) = delete;
     CMD_Loop &operator=(const CMD_Loop &) = delete;
 
-    /// Expands the first line and reads it. 0 when that fails, which is reported. With `enable` 0 the loop only
-    /// collects its lines and runs none of them.
+    /// Expands the first line and parses it. Reports a failure and returns 0 for it. With `enable` 0 the loop only
+    /// collects its lines and does not run them.
     int parseArguments(int enable);
     /// Prepares for a new run.
     void setupForStart();
-    /// Takes a line into the body. 0 for the one that closes the loop, otherwise 1. Blank and comment lines are
-    /// dropped.
+    /// Adds a line to the body. Returns 0 for the line that closes the loop, otherwise 1. Drops blank and comment
+    /// lines.
     int sendInput(std::string_view line, int lineNumber);
     /// The same; null counts as a blank line.
     int sendInput(const char *line, int lineNumber);
-    /// The next line to run; null when the loop is over, interrupted or cancelled, and while isBusy. It is the
-    /// loop's own and stays as long as the loop lives.
+    /// Returns the next line to run; null when the loop is over, interrupted or cancelled, and while isBusy. The loop
+    /// owns the line and keeps it as long as it lives.
     CMD_LoopLine *nextLine();
-    /// The text of nextLine.
+    /// Returns the text of nextLine.
     char *getNextLine();
-    /// The line of the source that runs now; -1 when there is none.
+    /// Returns the number of the running line in its source; -1 when there is none.
     int getLineNumber() const;
-    /// The loop of the body that is in charge, while collecting or while running; null when this loop itself is.
+    /// Returns the loop of the body that collects or runs now; null when this loop itself does.
     CMD_Loop *getOutsideLoop() const { return outsideLoop; }
 
-    /// Ends the loop for good: from now on it counts no more among the loops alive, gives no line, and touches
+    /// Ends the loop for good: from now on it does not count among the loops alive, returns no line, and uses
     /// neither manager nor source.
     void cancel();
-    /// Whether nextLine is at work, and this is called by something that it runs. The loop is not over then,
-    /// and still has no line to give.
+    /// Returns whether the call comes from code that nextLine runs. The loop is then not over, but has no line to
+    /// return.
     bool isBusy() const { return busy; }
 
 private:
@@ -76,15 +75,15 @@ private:
     std::unique_ptr<CMD_LoopInfo> info;
     CMD_Manager *manager;              // borrowed
     CMD_Loop *outsideLoop = nullptr;   // borrowed; one of the lines owns it
-    std::string arguments;             // the first line, its operators set apart
+    std::string arguments;             // the first line, with blanks around its operators
     std::unique_ptr<KIT_CshTemplate> parsedArguments;
     int bodyEnabled = 0;
     int baseIfNest = -1;   // the source's `if` level when the loop first ran
 
-    CMD_Loop *root = this;       // the loop that no other one is around
+    CMD_Loop *root = this;       // the outermost loop
     CMD_Loop *outer = nullptr;   // the loop around this one
     // Of the root alone.
-    CMD_Loop *active = this;   // the innermost loop in charge: deep nesting is no deep recursion
+    CMD_Loop *active = this;   // the innermost loop that collects or runs: deep nesting needs no deep recursion
     int aliveCount = 1;        // this loop and those inside it
     bool busy = false;
     bool cancelled = false;

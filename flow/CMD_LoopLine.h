@@ -10,10 +10,10 @@
 class CMD_Loop;
 class CMD_Manager;
 
-/// One line of a loop's body, as it came in. It stays where it is as long as its loop lives, and so does its text.
+/// One line of a loop's body, unchanged. Its address and its text stay valid as long as its loop lives.
 class CMD_API CMD_LoopLine {
 public:
-    /// Copies the text. A line that begins with a loop command gets the loop that it opens.
+    /// Copies the text. A line that begins with a loop command owns the loop that it opens.
     CMD_LoopLine(CMD_Manager *manager, std::string_view text, int lineNumber);
     /// The same; null counts as empty.
     CMD_LoopLine(CMD_Manager *manager, const char *text, int lineNumber);
@@ -27,6 +27,6 @@ private:
     friend class CMD_Loop;
 
     std::string text;
-    std::unique_ptr<CMD_Loop> loop;   // null for a line that opens none
+    std::unique_ptr<CMD_Loop> loop;   // null for a line that does not open one
     int lineNumber;                   // in the source of the loop
 };

@@ -10,7 +10,7 @@
 class KIT_CshTemplate;
 
 /// `while CONDITION`. The condition is expanded anew for each test. A wrong one ends the loop like a false one,
-/// and without a word.
+/// without a message.
 class CMD_API CMD_WhileLoop : public CMD_LoopInfo {
 public:
     CMD_WhileLoop();
@@ -20,6 +20,6 @@ public:
 
 private:
     std::string condition;                     // the text, unexpanded
-    std::unique_ptr<KIT_CshTemplate> parsed;   // the same, taken apart
-    KIT_WorkArgs words;                        // what it expands to; kept for its memory
+    std::unique_ptr<KIT_CshTemplate> parsed;   // the same, parsed
+    KIT_WorkArgs words;                        // the expanded words; kept for their memory
 };
