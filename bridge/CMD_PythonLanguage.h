@@ -3,5 +3,5 @@
 
 struct SNK_Language;
 
-/// What Python code can do with the current command manager.
+/// Returns the operations of the current command manager that Python code can use.
 const SNK_Language &CMDgetPythonLanguage();

@@ -6,5 +6,5 @@
 #include <vector>
 
 /// Writes names in columns that read downward, as many as fit on a line of 78 characters. Each cell is padded to
-/// the width of its column. No names, no output.
+/// the width of its column. Writes nothing without names.
 void CMDprintColumns(std::ostream &os, const std::vector<std::string_view> &names);

@@ -9,8 +9,8 @@
 class CMD_Command;
 
 /// The commands of all managers of one name, one for each command name: the newest. The list is sorted by the next
-/// look-up that needs it, so that a series of installs sorts once. It keeps the mark for that itself, since any of those
-/// managers can install.
+/// look-up that needs it, so that a series of installs sorts once. It keeps the mark for that itself, since any of
+/// those managers can install.
 class CMD_CommandList : public KIT_PtrArray<CMD_Command *> {
 public:
     /// Returns null when there is none.

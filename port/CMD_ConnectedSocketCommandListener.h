@@ -9,16 +9,16 @@
 class CMD_Manager;
 struct XML_Document;
 
-/// One client of a command port. Each delivery is judged by itself: the byte that closes the connection, an HTTP
-/// request, an XML document, or text of the language. It is run at once, and its reply, with one NUL behind it, goes back
-/// on the same connection.
+/// One client of a command port. Each delivery is classified by itself: the byte that closes the connection, an HTTP
+/// request, an XML document, or text of the language. It runs at once, and its reply, followed by one NUL, is sent on
+/// the same connection.
 ///
-/// The object belongs to itself: it goes when the connection ends. When the manager has gone before, the next delivery
-/// ends the connection instead of being run.
+/// The object owns itself: it is destroyed when the connection ends. After the end of the manager, the next delivery
+/// ends the connection and does not run.
 class CMD_API CMD_ConnectedSocketCommandListener : public VIO_ConnectedSocketListener {
 public:
-    /// Takes the connection that waits at `socket`. The settings stay as they are given here: what arrives runs on
-    /// `manager`, in safe and in browser mode if so told; `separateErrors` keeps errors apart from other output.
+    /// Accepts the connection that waits at `socket`. The settings are final: requests run on `manager`, in safe and in
+    /// browser mode according to the arguments; with `separateErrors` a reply has errors after the other output.
     CMD_ConnectedSocketCommandListener(KIT_NetSocket &socket, CMD_Manager &manager, bool separateErrors,
                                        bool restrictToSafeCommands, const char *listenerOption,
                                        bool browserMode);
@@ -38,7 +38,7 @@ private:
     void runPythonExpression(const char *code, KIT_WorkBuffer &reply);
     void runPythonStatements(const char *code, KIT_WorkBuffer &reply);
 
-    CMD_Manager &manager;   // only while managerLife has not expired
+    CMD_Manager &manager;   // valid only while managerLife has not expired
     const std::weak_ptr<const void> managerLife;
     const bool separateErrors;
     const bool restrictToSafeCommands;

@@ -8,17 +8,17 @@
 #include <orvlang/platform/vio/VIO_EventGenerator.h>
 #include <orvlang/port/CMD_AtJob.h>
 
-/// Runs commands when their time has come: the event generator behind `atjob`. It is there only while there are jobs: it
-/// destroys itself in the first turn that finds none.
+/// Runs commands when they are due: the event generator of `atjob`. It exists only while there are jobs: it destroys
+/// itself in the first turn without any.
 ///
-/// What the jobs write is thrown away. A job runs like a line of anybody: when the manager waits for the answer to a
-/// `read`, the job's text is that answer. A job may do what it likes: add and remove jobs, itself among them, and poll the
-/// event loop, in which the other jobs go on.
+/// The output of jobs is dropped. A job runs like any other line: when the manager waits for the answer to a `read`,
+/// the job's text is that answer. A job may add and remove jobs, itself included, and poll the event loop, which then
+/// runs the other jobs.
 class CMD_CronTimer : public VIO_EventGenerator {
 public:
-    /// The one of the process; null while there is none.
+    /// Returns the timer of the process; null while there is none.
     static CMD_CronTimer *getTimer() { return theTimer; }
-    /// Makes the one of the process. Null when nobody polls event generators.
+    /// Makes the timer of the process. Returns null when no event loop polls generators.
     static CMD_CronTimer *create();
     ~CMD_CronTimer() override;
 
@@ -29,12 +29,12 @@ public:
     /// The clock of the jobs: seconds since the start of 1970.
     static long long getCurrentTime();
 
-    /// Schedules a command for a time of that clock, and every `period` seconds from then on unless that is 0. For a
-    /// time that is not to come there is no job.
+    /// Schedules a command for a time of that clock, and then every `period` seconds unless that is 0. Does nothing for
+    /// a time that is not in the future.
     void addJob(long long time, const char *command, int period);
-    /// One line for each job, the newest first.
+    /// Writes one line for each job, the newest first.
     void listJobs(std::ostream &out) const;
-    /// Removes the job of that number and tells the outcome.
+    /// Removes the job of that number and reports the result.
     void removeJob(const char *id, std::ostream &out);
     void removeAllJobs(std::ostream &out);
 
@@ -46,7 +46,7 @@ private:
 
     static CMD_CronTimer *theTimer;
 
-    // In the order of creation. While jobs run their places stay: what goes leaves a null behind.
+    // In the order of creation. While jobs run their indices stay: a removed one leaves a null.
     std::vector<std::unique_ptr<CMD_AtJob>> jobs;
-    int turns = 0;   // under way, each but the first one in a job of the one before
+    int turns = 0;   // in progress, each but the first one within a job of the one before
 };

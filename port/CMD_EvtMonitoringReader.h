@@ -14,8 +14,8 @@ class VIO_EventGenerator;
 class cmd_PollingEvtGeneratorWrapper;
 
 /// The event loop of a host that reads lines from standard input: while the prompt waits, the event generators (command
-/// ports, their connections, timed jobs) get their turns. From its making on it is the loop that VIO_EventGenerator calls
-/// into, so that `openport -w` waits, too.
+/// ports, their connections, timed jobs) get their turns. Once it exists VIO_EventGenerator uses it as its event loop,
+/// so that `openport -w` works as well.
 ///
 /// All of it belongs to the thread that runs commands. A turn may install, uninstall and destroy generators, and may
 /// poll again.
@@ -23,20 +23,20 @@ class CMD_API CMD_EvtMonitoringReader {
 public:
     enum GetlineResult {
         GotLine = 0,
-        InputEnded = 1   // or is no longer usable
+        InputEnded = 1   // or failed
     };
 
-    /// The one of the process, made by the first call.
+    /// Returns the reader of the process, made by the first call.
     static CMD_EvtMonitoringReader &inst();
     CMD_EvtMonitoringReader(const CMD_EvtMonitoringReader &) = delete;
     CMD_EvtMonitoringReader &operator=(const CMD_EvtMonitoringReader &) = delete;
 
-    /// Waits for a line and replaces `line` by it, without its newline, which it has only when ORVANE_PLAIN_INPUT is set.
-    /// Within an operation of KIT_Interrupt an interrupt ends the waiting, as the end of input does.
+    /// Waits for a line and stores it in `line`, without its newline; with ORVANE_PLAIN_INPUT the newline stays. Within
+    /// an operation of KIT_Interrupt an interrupt ends the wait, as the end of input does.
     GetlineResult getline(KIT_CmdLineReader &reader, KIT_WorkBuffer &line);
 
     static int installGeneratorCallback(VIO_EventGenerator *generator, int install);
-    /// One turn for every generator that is due, without waiting. The flag is ignored.
+    /// Gives every generator that is due one turn, without waiting. Ignores the flag.
     static void pollEventGeneratorsCallback(bool flag);
 
 private:

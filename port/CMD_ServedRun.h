@@ -4,8 +4,8 @@
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
 
-/// A run of the language while something waits, a statement perhaps: what one of the two nests too deep, and the
-/// expression error that one leaves behind, is no business of the other.
+/// Separates a run of the language from a statement that waits during it: when one of the two nests too deep, or leaves
+/// an expression error, the other is not affected.
 class CMD_ServedRun {
 public:
     CMD_ServedRun() = default;

@@ -8,24 +8,25 @@
 class CMD_Manager;
 
 /// The listening end of one command port. Each client that connects gets a CMD_ConnectedSocketCommandListener with the
-/// settings of the port, which lives on its own from then on, also when the port is closed.
+/// settings of the port, which then lives on its own, also after the port is closed.
 class CMD_API CMD_ServerSocketCommandListener : public VIO_ServerSocketListener {
 public:
-    /// Opens a port and puts it under the watch of the event loop; null when its number is taken or cannot be had. What
-    /// arrives runs on `manager`; once that is destroyed, connections are closed. With `mapPort` the number is mapped to an unprivileged one. The caller owns the
-    /// listener; a port of CMD_Manager::openPort belongs to the table of ports. `listenerOption` may be null.
+    /// Opens a port and installs it in the event loop. Returns null when the number is in use or cannot be opened.
+    /// Requests run on `manager`; once that is destroyed, connections are closed. With `mapPort` the number is mapped to an
+    /// unprivileged one. The caller owns the listener; a port of CMD_Manager::openPort belongs to the table of ports.
+    /// `listenerOption` may be null.
     static CMD_ServerSocketCommandListener *
     createCommandListener(int port, CMD_Manager &manager, bool separateErrors, bool restrictToSafeCommands,
                           const char *listenerOption, bool mapPort, bool browserMode);
 
     const char *className() const override;
 
-    /// Whether commands run in safe mode. A change reaches later connections only.
+    /// Whether commands run in safe mode. A change applies to later connections only.
     bool getRestrictToSafeCommands() const { return restrictToSafeCommands; }
     void setRestrictToSafeCommands(bool on) { restrictToSafeCommands = on; }
     /// Valid as long as the manager lives.
     const CMD_Manager &getManager() const { return manager; }
-    /// A number that no other listener of the process has or had.
+    /// Returns a number that no other listener of the process has or had.
     unsigned getSerial() const { return serial; }
 
 private:
@@ -33,7 +34,7 @@ private:
                                     bool restrictToSafeCommands, const char *listenerOption, bool browserMode);
     void createConnectedSocketListener() override;
 
-    CMD_Manager &manager;   // only while managerLife has not expired
+    CMD_Manager &manager;   // valid only while managerLife has not expired
     const std::weak_ptr<const void> managerLife;
     const bool separateErrors;
     bool restrictToSafeCommands;

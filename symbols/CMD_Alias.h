@@ -5,7 +5,7 @@
 
 #include <orvlang/symbols/CMD_SymbolEntry.h>
 
-/// One alias: a command word and the text that takes its place.
+/// One alias: a command word and the text that replaces it.
 class CMD_API CMD_Alias : public CMD_SymbolEntry {
 public:
     CMD_Alias(const char *name, const char *value, bool flag);

@@ -7,7 +7,7 @@
 
 class CMD_Manager;
 
-/// The aliases of a manager, shared by all its sources. Any legal symbol name but `alias` itself can be one.
+/// The aliases of a manager, shared by all its sources. Any legal symbol name but `alias` is allowed.
 class CMD_API CMD_AliasTable : public CMD_SymbolList {
 public:
     bool hasAlias(const char *name) const { return hasValue(name); }
@@ -23,6 +23,6 @@ private:
     friend class CMD_Manager;
 
     CMD_SymbolEntry *createEntry(const char *name, const char *value, bool flag) override;
-    /// Writes an `alias` line for each alias, sorted by name. A failing stream ends the save after its line.
+    /// Writes an `alias` line for each alias, sorted by name. When the stream fails, the save stops after that line.
     void save(CMD_Manager *manager, std::ostream &os) const;
 };

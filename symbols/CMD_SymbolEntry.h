@@ -5,10 +5,10 @@
 #include <orvlang/platform/kit/KIT_LinkNode.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
-/// One named text of a symbol list. The list owns it and guards it with its lock.
+/// One named text of a symbol list. The list owns it and protects it with its lock.
 class CMD_API CMD_SymbolEntry : public KIT_LinkNode {
 public:
-    /// Copies both texts. The flag means nothing here; a kind of entry may use it.
+    /// Copies both texts. The base ignores the flag; a derived class may use it.
     CMD_SymbolEntry(const char *name, const char *value, bool flag);
     virtual ~CMD_SymbolEntry();
 

@@ -3,7 +3,7 @@
 
 #include <orvlang/symbols/CMD_SymbolEntry.h>
 
-/// One variable. An exported one keeps the process environment in step for as long as it lives.
+/// One variable. An exported one sets the process environment with each change, and removes itself from it at its end.
 class CMD_API CMD_Variable : public CMD_SymbolEntry {
 public:
     CMD_Variable(const char *name, const char *value, bool exported);
