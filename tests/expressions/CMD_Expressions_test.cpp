@@ -64,8 +64,7 @@ TEST_F(CMD_Expressions, ABareNameIsAVariableOfTheLanguage) {
 TEST_F(CMD_Expressions, GlobalVariableCasts) {
     static const struct {
         const char *value;   // null: the variable is gone
-        int type;
-        int result;
+        int type, result;
         const char *text;
     } theCases[] = {
         { "2.5", FML_FLOAT, 0, "2.5" },       { "text", FML_STRING, 0, "text" },

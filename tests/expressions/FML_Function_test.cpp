@@ -27,74 +27,59 @@ constexpr int theFloats[] = { FML_FLOAT, FML_FLOAT };
 constexpr int theVectors[] = { FML_VECTOR };
 constexpr int theNames[] = { theNameType };
 
+FML_FUNCTION function(const char *name, int arguments, int type, const int *types,
+                      FML_EvaluateCallback evaluate, unsigned flags = FML_VOLATILE, bool openEnded = false) {
+    return { flags, name, arguments, type, types, evaluate, nullptr, nullptr, 1, openEnded };
+}
+
 // Joins its texts with a colon; a null argument shows as "null".
-FML_FUNCTION theJoin(
-    FML_VOLATILE, "hostjoin", 2, FML_STRING, theStrings,
-    [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+FML_FUNCTION theJoin =
+    function("hostjoin", 2, FML_STRING, theStrings, [](auto, auto result, auto arguments, auto) {
         const auto text = [](FML_SYMBOL *s) { return std::string(s->value.text ? s->value.text : "null"); };
         result->value.text = copyOf(text(arguments[0]) + ":" + text(arguments[1]));
-    },
-    nullptr, nullptr, 1, false);
-FML_FUNCTION theHalf(
-    0, "hosthalf", 1, FML_FLOAT, theFloats,
-    [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
-        theCalls++;
-        result->value.number = arguments[0]->value.number / 2;
-    },
-    nullptr, nullptr, 1, false);
-FML_FUNCTION theCount(
-    0, "hostcount", 1, FML_FLOAT, theFloats,
-    [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **, int) { result->value.number = 7; }, nullptr, nullptr,
-    1, true);
-FML_FUNCTION theDouble(
-    FML_VOLATILE, "hostdouble", 1, FML_VECTOR, theVectors,
-    [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    });
+void halve(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+    theCalls++;
+    result->value.number = arguments[0]->value.number / 2;
+}
+FML_FUNCTION theHalf = function("hosthalf", 1, FML_FLOAT, theFloats, halve, 0);
+FML_FUNCTION theCount = function(
+    "hostcount", 1, FML_FLOAT, theFloats, [](auto, auto result, auto, auto) { result->value.number = 7; }, 0,
+    true);
+FML_FUNCTION theDouble =
+    function("hostdouble", 1, FML_VECTOR, theVectors, [](auto, auto result, auto arguments, auto) {
         for (const double entry : *arguments[0]->value.vector)
             result->value.vector->append(2 * entry);
-    },
-    nullptr, nullptr, 1, false);
-FML_FUNCTION theNull(
-    FML_VOLATILE, "hostnull", 0, FML_STRING, nullptr, [](FML_FUNCTION *, FML_SYMBOL *, FML_SYMBOL **, int) {},
-    nullptr, nullptr, 1, false);
-FML_FUNCTION theFailure(
-    FML_VOLATILE, "hostfail", 1, FML_STRING, theStrings,
-    [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **, int) {
-        result->value.text = copyOf("lost");
-        fml_Fail(77);
-        fml_Fail(78);
-    },
-    nullptr, nullptr, 1, false);
-FML_FUNCTION theUnsafe(
-    FML_UNSAFE, "hostunsafe", 0, FML_FLOAT, nullptr,
-    [](FML_FUNCTION *, FML_SYMBOL *, FML_SYMBOL **, int) { theCalls++; }, nullptr, nullptr, 1, false);
-FML_FUNCTION theBadResult(
-    0, "hostbadresult", 0, 99, nullptr, [](FML_FUNCTION *, FML_SYMBOL *, FML_SYMBOL **, int) { theCalls++; },
-    nullptr, nullptr, 1, false);
+    });
+FML_FUNCTION theNull = function("hostnull", 0, FML_STRING, nullptr, [](auto, auto, auto, auto) {});
+FML_FUNCTION theFailure = function("hostfail", 1, FML_STRING, theStrings, [](auto, auto result, auto, auto) {
+    result->value.text = copyOf("lost");
+    fml_Fail(77);
+    fml_Fail(78);
+});
+void count(FML_FUNCTION *, FML_SYMBOL *, FML_SYMBOL **, int) {
+    theCalls++;
+}
+FML_FUNCTION theUnsafe = function("hostunsafe", 0, FML_FLOAT, nullptr, count, FML_UNSAFE);
+FML_FUNCTION theBadResult = function("hostbadresult", 0, 99, nullptr, count);
 // Evaluates its argument, as a command that is run by an expression does.
-FML_FUNCTION theNested(
-    FML_VOLATILE, "hostnested", 1, FML_STRING, theStrings,
-    [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int thread) {
+FML_FUNCTION theNested =
+    function("hostnested", 1, FML_STRING, theStrings, [](auto, auto result, auto arguments, auto thread) {
         KIT_String value;
         if (!fml_Evaluate(arguments[0]->value.text, value, thread))
             FML::theErrNo = FML_NO_ERROR;   // reported by the command
         result->value.text = copyOf(value.c_str());
-    },
-    nullptr, nullptr, 1, false);
-FML_FUNCTION theDeep(
-    FML_VOLATILE, "hostdeep", 0, FML_STRING, nullptr,
-    [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **, int thread) {
-        KIT_String value;
-        if (fml_Evaluate("1 + hostdeep()", value, thread))
-            result->value.text = copyOf(value.c_str());
-    },
-    nullptr, nullptr, 1, false);
+    });
+FML_FUNCTION theDeep = function("hostdeep", 0, FML_STRING, nullptr, [](auto, auto result, auto, auto thread) {
+    KIT_String value;
+    if (fml_Evaluate("1 + hostdeep()", value, thread))
+        result->value.text = copyOf(value.c_str());
+});
 // Sees the name itself, since it takes values of the type.
-FML_FUNCTION theNameOf(
-    FML_VOLATILE, "hostnameof", 1, FML_STRING, theNames,
-    [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int) {
+FML_FUNCTION theNameOf =
+    function("hostnameof", 1, FML_STRING, theNames, [](auto, auto result, auto arguments, auto) {
         result->value.text = copyOf(arguments[0]->type->getName(arguments[0]));
-    },
-    nullptr, nullptr, 1, false);
+    });
 
 /// Knows names that begin with `host_`: a number, a text, a vector, or nothing that can be read.
 const FML_TYPEDEF theNameTypedef = {
@@ -221,14 +206,11 @@ int theNotices = 0;
 
 TEST_F(FML_Function, ANewFunctionTakesTheName) {
     static const auto notice = [](FML_FUNCTION *) { theNotices++; };
-    static FML_FUNCTION older(
-        0, "abs", 0, FML_FLOAT, nullptr,
-        [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **, int) { result->value.number = 1; }, notice,
-        notice, 1, false);
-    static FML_FUNCTION newer(
-        0, "abs", 0, FML_FLOAT, nullptr,
-        [](FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **, int) { result->value.number = 2; }, nullptr,
-        nullptr, 1, false);
+    static FML_FUNCTION older =
+        function("abs", 0, FML_FLOAT, nullptr, [](auto, auto result, auto, auto) { result->value.number = 1; });
+    static FML_FUNCTION newer =
+        function("abs", 0, FML_FLOAT, nullptr, [](auto, auto result, auto, auto) { result->value.number = 2; });
+    older.added = older.replaced = notice;
     check({ { "abs(-3)", "3" } });
     fml_AddFunction(&older);
     check({ { "abs(-3)", error(FML_ARGUMENT_COUNT) }, { "abs()", "1" } });
@@ -242,32 +224,21 @@ TEST_F(FML_Function, ANewFunctionTakesTheName) {
 
 TEST(fml_Vector, ScanAndText) {
     static const struct {
-        const char *text;
-        int success;
-        const char *result;
+        const char *text, *result;
     } theCases[] = {
-        { "1 2,3 , 4", 1, "[1, 2, 3, 4]" },
-        { " [ -1.5 2e1 ] ", 1, "[-1.5, 20]" },
-        { "[]", 1, "[]" },
-        { "7", 1, "[7]" },
-        { "", 0, "[9]" },
-        { nullptr, 0, "[9]" },
-        { "1,,2", 0, "[9]" },
-        { "1,", 0, "[9]" },
-        { ",1", 0, "[9]" },
-        { "[1", 0, "[9]" },
-        { "1]", 0, "[9]" },
-        { "[", 0, "[9]" },
-        { "1 x", 0, "[9]" },
+        { "1 2,3 , 4", "[1, 2, 3, 4]" }, { " [ -1.5 2e1 ] ", "[-1.5, 20]" }, { "[]", "[]" }, { "7", "[7]" }
     };
+    static const char *const theWrongOnes[] = { "", nullptr, "1,,2", "1,", ",1", "[1", "1]", "[", "1 x" };
+    fml_Vector vector;
     for (const auto &c : theCases) {
-        fml_Vector vector;
-        vector.append(9);
-        EXPECT_EQ(vector.scan(c.text) != 0, c.success != 0) << (c.text ? c.text : "null");
+        EXPECT_TRUE(vector.scan(c.text)) << c.text;
         std::string text;
         vector.appendText(text);
-        EXPECT_EQ(text, c.result) << (c.text ? c.text : "null");
+        EXPECT_EQ(text, c.result) << c.text;
     }
+    for (const char *text : theWrongOnes)
+        EXPECT_FALSE(vector.scan(text)) << (text ? text : "null");
+    EXPECT_EQ(vector.getValue(0), 7) << "it keeps what it had";
 }
 
 }   // namespace

@@ -135,11 +135,7 @@ TEST(Python, ThreadsGoOnBetweenCallsAndInTheLanguage) {
                   "go = threading.Event()\n"
                   "def work():\n"
                   "  " +
-                  pipe.tell() +
-                  "\n"
-                  "  go.wait()\n"
-                  "  " +
-                  pipe.tell() +
+                  pipe.tell() + "; go.wait(); " + pipe.tell() +
                   "\n"
                   "  try: orvlang.execute('echo a')\n"
                   "  except orvlang.Error as error: global refusal; refusal = str(error)\n"
