@@ -23,7 +23,6 @@ enum class EDL_Command {
     KillToEnd,
     KillWordLeft,
     KillWordRight,
-    Yank,
     Transpose,
     ClearScreen,
     Count
@@ -56,7 +55,7 @@ public:
 /// Makes a line for the terminal on standard input, which is in its mode for editing. Null when libedit cannot work there.
 using EDL_MakeFunction = EDL_Line *();
 /// The name that the component exports it by. The number changes with what stands above.
-#define EDL_MAKE_FUNCTION EDLmakeLine2
+#define EDL_MAKE_FUNCTION EDLmakeLine3
 
 /// As EDL_MakeFunction; null also when the component is missing.
 std::unique_ptr<EDL_Line> EDLmakeLine();

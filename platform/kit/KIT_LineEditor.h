@@ -67,6 +67,7 @@ private:
 
     void act(KIT_Key key);
     bool runCommand(KIT_Key key);
+    void runCut(EDL_Command command);
     void changeLine(KIT_Key key);
     bool fitsScreen() const;
     void typeText();
@@ -99,6 +100,7 @@ private:
     KIT_KeyDecoder decoder;
     KIT_Places places;
     std::wstring prompt;
+    std::wstring cut;     // by the latest key that cuts
     std::string output;   // for the terminal, besides what the engine has
 
     KIT_Recall recall;

@@ -60,6 +60,9 @@ void KIT_LineEditor::changeLine(KIT_Key key) {
     case KIT_Key::NewerAlike:
         recallAlike(key);
         break;
+    case KIT_Key::Yank:
+        insert(cut);
+        break;
     case KIT_Key::LastWord:
         insertLastWord();
         break;
@@ -80,6 +83,7 @@ bool KIT_LineEditor::runCommand(KIT_Key key) {
     static constexpr struct {
         KIT_Key key;
         EDL_Command command;
+        bool cuts = false;
     } theCommands[] = {
         { KIT_Key::Left, EDL_Command::Left },
         { KIT_Key::Right, EDL_Command::Right },
@@ -90,11 +94,10 @@ bool KIT_LineEditor::runCommand(KIT_Key key) {
         { KIT_Key::DeleteLeft, EDL_Command::DeleteLeft },
         { KIT_Key::DeleteRight, EDL_Command::DeleteRight },
         { KIT_Key::DeleteOrEnd, EDL_Command::DeleteRight },
-        { KIT_Key::KillToStart, EDL_Command::KillToStart },
-        { KIT_Key::KillToEnd, EDL_Command::KillToEnd },
-        { KIT_Key::KillWordLeft, EDL_Command::KillWordLeft },
-        { KIT_Key::KillWordRight, EDL_Command::KillWordRight },
-        { KIT_Key::Yank, EDL_Command::Yank },
+        { KIT_Key::KillToStart, EDL_Command::KillToStart, true },
+        { KIT_Key::KillToEnd, EDL_Command::KillToEnd, true },
+        { KIT_Key::KillWordLeft, EDL_Command::KillWordLeft, true },
+        { KIT_Key::KillWordRight, EDL_Command::KillWordRight, true },
         { KIT_Key::Transpose, EDL_Command::Transpose },
         { KIT_Key::ClearScreen, EDL_Command::ClearScreen },
     };
@@ -104,9 +107,19 @@ bool KIT_LineEditor::runCommand(KIT_Key key) {
         return false;
     if (key == KIT_Key::DeleteOrEnd && engine->getText().empty())
         state = State::Ended;
+    else if (row->cuts)
+        runCut(row->command);
     else
         engine->run(row->command);
     return true;
+}
+
+/// libedit's own memory of what was cut does not serve: everything that it deletes goes there.
+void KIT_LineEditor::runCut(EDL_Command command) {
+    const std::wstring before(engine->getText());
+    engine->run(command);
+    if (const std::size_t length = before.size() - engine->getText().size())
+        cut = before.substr(engine->getCursor(), length);
 }
 
 void KIT_LineEditor::insert(std::wstring_view text) {

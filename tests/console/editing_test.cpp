@@ -76,7 +76,7 @@ TEST_F(EditingTest, KeysEditTheLine) {
           "X| two" },
         { "one two\x02\x02\x0bX", "one tX|" },
         { "one two\x02\x02\x15X", "X|wo" },
-        { "one two\x17\x01\x19", "two|one" },
+        { "one two\x17\x7f\x01\x04\x19", "two|ne" },   // what is deleted is not put in again
         { "abc\x02\x14", "acb|" },
         { "abc\x14", "acb|" },
         { "a\x16\x01"

@@ -21,10 +21,9 @@ constexpr const char *theFallbackTerminal = "xterm";
 
 /// libedit's names of the commands, in the order of EDL_Command. Their keys are 1, 2, 3...
 constexpr const char *theNames[] = {
-    "ed-prev-char",      "ed-next-char",       "ed-prev-word",        "em-next-word",
-    "ed-move-to-beg",    "ed-move-to-end",     "ed-delete-prev-char", "ed-delete-next-char",
-    "vi-kill-line-prev", "ed-kill-line",       "ed-delete-prev-word", "em-delete-next-word",
-    "em-yank",           "ed-transpose-chars", "ed-clear-screen",
+    "ed-prev-char",        "ed-next-char",        "ed-prev-word",        "em-next-word",      "ed-move-to-beg",
+    "ed-move-to-end",      "ed-delete-prev-char", "ed-delete-next-char", "vi-kill-line-prev", "ed-kill-line",
+    "ed-delete-prev-word", "em-delete-next-word", "ed-transpose-chars",  "ed-clear-screen",
 };
 static_assert(std::size(theNames) == static_cast<std::size_t>(EDL_Command::Count));
 
