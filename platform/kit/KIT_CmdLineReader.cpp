@@ -51,6 +51,7 @@ bool KIT_CmdLineReader::holdsInput() const {
 void KIT_CmdLineReader::beginLine() {
     if (isEditing())
         editor->begin();
+    isAwaited = true;
 }
 
 void KIT_CmdLineReader::showLine() {
@@ -59,6 +60,7 @@ void KIT_CmdLineReader::showLine() {
 }
 
 void KIT_CmdLineReader::endLine() {
+    isAwaited = false;
     if (editor)
         editor->end();
 }
@@ -66,9 +68,14 @@ void KIT_CmdLineReader::endLine() {
 bool KIT_CmdLineReader::isEditing() {
     if (!mayEdit || KIT_EnvControl::getInt(KIT_EnvControl::PlainInput) != 0)
         return false;
-    if (!editor)
-        editor = KIT_LineEditor::make(prompt, completion);
+    if (editor)
+        return true;
+    if (OSL_Terminal::canEdit() && !OSL_Terminal::awaitForeground())
+        return false;
+    editor = KIT_LineEditor::make(prompt, completion);
     mayEdit = editor != nullptr;
+    if (editor && isAwaited)
+        editor->begin();
     return mayEdit;
 }
 

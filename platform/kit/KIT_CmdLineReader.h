@@ -48,6 +48,7 @@ public:
 
     /// Whether lines are edited: there is a prompt, which the reader then shows itself, both standard streams are one
     /// terminal that can move its cursor ($TERM is set and not dumb), libedit is there, and ORVANE_PLAIN_INPUT is not set.
+    /// Asked in the background, the process stops until it comes to the foreground, as it would when it reads there.
     bool isEditing();
     /// Puts a line into what the arrow keys and the search bring back.
     void remember(const char *line);
@@ -69,5 +70,6 @@ private:
     const PromptCallback prompt;
     const CompletionCallback completion;
     bool mayEdit;
+    bool isAwaited = false;                   // the line, between beginLine and endLine
     std::unique_ptr<KIT_LineEditor> editor;   // made when it is first needed
 };

@@ -53,7 +53,13 @@ bool OSL_Terminal::canEdit() {
     OSL_System &system = OSLsystem();
     const char *const kind = system.getEnvironment("TERM");
     return kind && *kind && std::strcmp(kind, "dumb") != 0 && system.isTerminal(STDIN_FILENO) &&
-           system.isTerminal(STDOUT_FILENO) && isInForeground();
+           system.isTerminal(STDOUT_FILENO);
+}
+
+bool OSL_Terminal::awaitForeground() {
+    if (!isInForeground())
+        tcdrain(STDIN_FILENO);   // does next to nothing, but stops a process in the background
+    return isInForeground();
 }
 
 bool OSL_Terminal::hasColour() {

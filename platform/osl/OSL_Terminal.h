@@ -7,8 +7,11 @@
 /// is typed and none is shown; the keys for signals go on sending them.
 class OSL_Terminal {
 public:
-    /// Whether there is a terminal on both, of a kind that understands control sequences, and the process has it.
+    /// Whether there is a terminal on both, of a kind that understands control sequences.
     static bool canEdit();
+    /// Has a process in the background stopped until it is brought to the foreground. False when it still is in the
+    /// background: a signal came, or there is no shell that could bring it.
+    static bool awaitForeground();
     /// Whether colours are welcome on it: $NO_COLOR is not set.
     static bool hasColour();
     /// 80 and 24 when it does not tell.

@@ -481,6 +481,12 @@ TEST_F(EditingTest, StopsAndGoesOn) {
     terminal.type("\x04");
     terminal.waitForRows("sh> |");
     EXPECT_TRUE(terminal.echoes());
+
+    terminal.type(ORVLANG_PROGRAM " &\n");
+    terminal.waitFor("&\r\n");
+    terminal.waitForRows("sh> |");
+    terminal.type("fg\n");
+    terminal.waitForRows("orvlang -> |");
 }
 
 TEST_F(EditingTest, FollowsTheSizeOfTheTerminal) {
