@@ -116,6 +116,10 @@ bool KIT_KeyDecoder::takeEscaped() {
         held.clear();
         return false;
     }
+    if (sequence.ends_with('R') && sequence.find(';') != sequence.npos) {
+        text = sequence.substr(sequence.find(';') + 1);
+        return complete(KIT_Key::Position);
+    }
     if (held[1] == 'O')
         held[1] = '[';
     return complete(findKey(theEscapedKeys, sequence));

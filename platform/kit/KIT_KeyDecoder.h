@@ -35,7 +35,8 @@ enum class KIT_Key {
     SearchNewer,
     Complete,
     ClearScreen,
-    Cancel
+    Cancel,
+    Position   // no key: the terminal reports where its cursor is
 };
 
 /// Makes keys out of the bytes that a terminal sends. A key may take several bytes, which come together or not: it is
@@ -45,7 +46,7 @@ public:
     /// Takes the next byte. True when it completes a key.
     bool take(char byte);
     KIT_Key getKey() const { return key; }
-    /// Of Text and Paste; to be moved from.
+    /// Of Text and Paste, and the column of Position, counted from 1; to be moved from.
     std::string &getText() { return text; }
 
 private:

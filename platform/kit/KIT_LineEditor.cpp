@@ -17,6 +17,8 @@ KIT_LineEditor *KIT_LineEditor::theActive = nullptr;
 
 namespace {
 
+constexpr const char *theQuestionForPosition = "\x1b[6n";
+
 /// Stands in front of a stream's buffer: what is written takes the half-typed line away first.
 class YieldingBuffer : public std::streambuf {
 public:
@@ -108,7 +110,7 @@ void KIT_LineEditor::end() {
 void KIT_LineEditor::hide() {
     isHidden = true;
     flush();
-    erase();
+    erase(getCursorPosition().row);
     flush();
     OSL_Terminal::leaveEditMode();
 }
@@ -133,6 +135,7 @@ void KIT_LineEditor::drawAnew() {
         refreshPrompt();   // runs what the prompt holds, which may write
     std::cout.flush();
     isHidden = false;
+    suspectRows = 0;
     OSL_Terminal::getSize(columnCount, rowCount);
     output.append(static_cast<std::size_t>(columnCount), ' ').append("\r\x1b[J");
     engine->takeOutput();
@@ -141,24 +144,49 @@ void KIT_LineEditor::drawAnew() {
     flush();
 }
 
+/// Most terminals wrap their rows anew, and some do not: of a line that now takes fewer rows those leave some above. Where
+/// the cursor was before it is drawn anew tells them apart, as soon as the terminal answers.
 void KIT_LineEditor::redrawResized() {
+    const KIT_EditPosition before = getCursorPosition();
     OSL_Terminal::getSize(columnCount, rowCount);
-    erase();
+    const KIT_EditPosition after = getCursorPosition();
+    suspectRows = before.row > after.row && before.column != after.column ? before.row - after.row : 0;
+    suspectColumn = before.column;
+    if (suspectRows > 0)
+        output += theQuestionForPosition;
+    redraw(after.row);
+}
+
+void KIT_LineEditor::eraseRest() {
+    const std::size_t rows = std::exchange(suspectRows, 0);
+    if (rows == 0 || decoder.getText() != std::to_string(suspectColumn + 1) + 'R')
+        return;
+    flush();
+    redraw(getCursorPosition().row + rows);
+}
+
+/// With the cursor so many rows below the start of what is there.
+void KIT_LineEditor::redraw(std::size_t above) {
+    erase(above);
     engine->resize();
     engine->draw();
     flush();
 }
 
-/// Takes the drawing off the terminal and leaves the cursor where it began.
-void KIT_LineEditor::erase() {
-    KIT_EditPosition position(columnCount);
-    position.advance(prompt);
-    position.advance(engine->getText().substr(0, engine->getCursor()));
-    const std::size_t above = std::min(position.row, static_cast<std::size_t>(rowCount - 1));
+/// Leaves the cursor at the start of what it erases.
+void KIT_LineEditor::erase(std::size_t above) {
+    above = std::min(above, static_cast<std::size_t>(rowCount - 1));
     output += '\r';
     if (above > 0)
         output += "\x1b[" + std::to_string(above) + 'A';
     output += "\x1b[J";
+}
+
+KIT_EditPosition KIT_LineEditor::getCursorPosition() const {
+    KIT_EditPosition position(columnCount);
+    position.advance(prompt);
+    position.advance(engine->getText().substr(0, engine->getCursor()));
+    return position;
 }
 
 /// Goes behind the drawing, to the next row.

@@ -7,6 +7,7 @@
 
 #include <orvlang/platform/edl/EDL_Line.h>
 #include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/kit/KIT_EditPosition.h>
 #include <orvlang/platform/kit/KIT_KeyDecoder.h>
 #include <orvlang/platform/kit/KIT_Places.h>
 #include <orvlang/platform/kit/KIT_Recall.h>
@@ -56,7 +57,10 @@ private:
     void hide();
     void drawAnew();
     void redrawResized();
-    void erase();
+    void eraseRest();
+    void redraw(std::size_t above);
+    void erase(std::size_t above);
+    KIT_EditPosition getCursorPosition() const;
     void leaveRow();
     void flush();
     void refreshPrompt();
@@ -96,6 +100,8 @@ private:
     State state = State::Ended;
     bool isHidden = true;
     int columnCount = 80, rowCount = 24;   // of the terminal
+    std::size_t suspectRows = 0;   // above the drawing: still there if the terminal has not wrapped it anew,
+    int suspectColumn = 0;         // which it has not when its cursor was here
 
     KIT_KeyDecoder decoder;
     KIT_Places places;

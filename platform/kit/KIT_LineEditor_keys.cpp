@@ -25,6 +25,8 @@ KIT_LineEditor::State KIT_LineEditor::readKeys() {
 }
 
 void KIT_LineEditor::act(KIT_Key key) {
+    if (key == KIT_Key::Position)
+        return eraseRest();
     if (isSearching && actInSearch(key))
         return;
     if (!runCommand(key))

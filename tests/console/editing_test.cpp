@@ -493,12 +493,13 @@ TEST_F(EditingTest, FollowsTheSizeOfTheTerminal) {
     Terminal terminal(program());
     terminal.resize(40, 10);
     terminal.waitForRows("orvlang -> |");
+    run(terminal, "echo one", "one\n");
     terminal.type("123456789 123456789 123456789 12345");
     terminal.waitForRows("orvlang -> 123456789 123456789 123456789\n 12345|");
-    terminal.resize(60, 10);
-    terminal.waitForRows("orvlang -> 123456789 123456789 123456789 12345|");
+    terminal.resize(60, 10);   // nothing of the two rows is left above
+    terminal.waitForRows("one\norvlang -> 123456789 123456789 123456789 12345|");
     terminal.type("\x01X");
-    terminal.waitForRows("orvlang -> X|123456789 123456789 123456789 12345");
+    terminal.waitForRows("one\norvlang -> X|123456789 123456789 123456789 12345");
 }
 
 TEST_F(EditingTest, WideCharactersStayWhole) {

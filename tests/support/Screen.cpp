@@ -114,6 +114,9 @@ void Screen::control(char final, int number) {
         line.insert(here, static_cast<size_t>(count), " ");
         line.resize(static_cast<size_t>(columnCount));
         break;
+    case 'n':
+        answer = "\x1b[" + std::to_string(row + 1) + ";" + std::to_string(column + 1) + "R";
+        return;
     default:
         return;   // colours and modes
     }

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// What stands on a terminal after all that was written to it: as much of an xterm as line editing needs.
@@ -17,6 +18,8 @@ public:
     /// The last rows down to that of the cursor, without blanks at their ends, each with a newline behind it but the last
     /// one. In that one a `|` stands where the cursor is.
     std::string lastRows(int count) const;
+    /// What the terminal answers to what was written to it, once.
+    std::string takeAnswer() { return std::exchange(answer, {}); }
 
 private:
     using Row = std::vector<std::string>;   // of places; the right half of a wide one is empty
@@ -33,4 +36,5 @@ private:
     int row = 0, column = 0;
     bool wraps = false;       // the next character goes to the next row
     std::string unfinished;   // character or sequence
+    std::string answer;
 };

@@ -108,5 +108,6 @@ bool Terminal::readMore() {
         return false;
     shown.append(buffer, size_t(length));
     screen.write({ buffer, size_t(length) });
+    type(screen.takeAnswer());
     return true;
 }
