@@ -49,7 +49,7 @@ void makeOneLine(KIT_String &text) {
             text.data(), text.data() + length - 1, [](char c) { return c == '\n' || c == '\t'; }, ' ');
 }
 
-/// What execute, executee and executeb take from a command.
+/// The streams whose text execute, executee and executeb return.
 enum class Capture { OUTPUT, ERRORS, BOTH };
 
 template <Capture capture>
@@ -127,7 +127,7 @@ void isVariable(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, int)
 
 constexpr int theStrings[] = { FML_STRING, FML_STRING };
 
-/// A function with what `exhelp` tells of it.
+/// A function with its help text.
 struct BridgeFunction : FML_FUNCTION {
     constexpr BridgeFunction(const char *name, int arguments, int result, FML_EvaluateCallback evaluate,
                              const char *help, unsigned flags = 0)

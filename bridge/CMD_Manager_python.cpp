@@ -35,7 +35,7 @@ void appendLiteral(std::string &code, std::string_view text) {
     code += '"';
 }
 
-/// The separator in front of each item but the first, behind an opening bracket.
+/// Appends the separator before each item but the first one after an opening bracket.
 void appendSeparator(std::string &code) {
     if (code.back() != '[' && code.back() != '{')
         code += ',';

@@ -13,10 +13,10 @@
 
 namespace {
 
-/// What `undoctrl` knows; a change behind its back is not seen.
+/// The state as `undoctrl` last set it; other changes do not show here.
 int undoEnabled = 1;
 
-/// A word of a command and the number that it stands for.
+/// A word of a command and its number.
 struct NamedNumber {
     std::string_view name;
     int number;
@@ -41,7 +41,7 @@ const NamedNumber *findByName(const NamedNumber (&table)[N], std::string_view na
     return nullptr;
 }
 
-/// Empty when no word stands for the number.
+/// Returns an empty text when no word has the number.
 template <size_t N>
 std::string_view nameOf(const NamedNumber (&table)[N], int number) {
     for (const NamedNumber &entry : table)

@@ -72,7 +72,7 @@ void CMD_Manager::cmd_exit(CMD_Args &args) {
 void CMD_Manager::cmd_quit(CMD_Args &args) {
     if (args.argc() == 1)
         KIT_Exit::exit(0);
-    // The codes above 127 tell of signals.
+    // The codes above 127 mean signals.
     KIT_Exit::exitWithSpecificCode(KITatoi(args.argv(1)) & 127);
 }
 

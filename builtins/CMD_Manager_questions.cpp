@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// The commands that put a question to the user. The dialogue goes to the process's own output, so that the answer alone
-// is the command's output and a script can catch it while the user still sees the question. It is read past the manager:
-// what is typed here is no line of the language. The end of the input, and an interrupt of the waiting, is no answer.
+// The commands that ask the user. The dialogue goes to the process's own output, so that the answer alone is the
+// command's output and a script can catch it while the user still sees the question. The answer does not pass through
+// the manager: it is not a line of the language. The end of the input and an interrupt of the wait do not count as an
+// answer.
 #include <orvlang/engine/CMD_Manager.h>
 
 #include <iostream>
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int theNoChoice = -1;
 
-/// The value of an option; empty when it was not given.
+/// Returns the value of an option; empty without the option.
 std::string_view valueOf(const CMD_Args &args, char option) {
     const char *value = args.argp(option);
     return value ? value : "";
@@ -57,7 +58,7 @@ bool isChoice(const KIT_String &word, int count, int &choice) {
     return word.isInteger(&choice) && choice >= 0 && choice < count;
 }
 
-/// The number of the button that the user chose; an empty line takes the preset one, unless that is theNoChoice.
+/// Returns the number of the button that the user chose; an empty line means the preset one, unless that is theNoChoice.
 int chooseButton(int count, int preset) {
     KIT_WorkBuffer question("enter your choice: ");
     if (preset != theNoChoice)
@@ -75,7 +76,7 @@ int chooseButton(int count, int preset) {
     return theNoChoice;
 }
 
-/// The button that an empty line takes; theNoChoice when `-d` is missing or names none.
+/// Returns the button for an empty line; theNoChoice when `-d` is missing or does not name one.
 int presetButton(const CMD_Args &args, int count) {
     const int preset = args.found('d') ? KITatoi(args.argp('d')) : theNoChoice;
     return preset >= 0 && preset < count ? preset : theNoChoice;
@@ -95,7 +96,7 @@ bool parseChoices(const KIT_String &answer, int count, std::vector<int> &choices
     return true;
 }
 
-/// False when there is no answer.
+/// Returns false without an answer.
 bool askForChoices(int count, std::vector<int> &choices) {
     KIT_String answer;
     while (ask("enter your choice(s): ", answer)) {

@@ -7,8 +7,8 @@
 namespace {
 
 /// The last value that is still in the loop. Inexact arithmetic puts the last step of `0 to 1 step 0.1` just past
-/// the limit, so the limit moves a thousandth of a step ahead, in double precision. Not so when the loop runs away
-/// from it, or stands still short of it.
+/// the limit, so the limit moves a thousandth of a step ahead, in double precision. It does not when the steps lead
+/// away from it, or are 0 before it.
 float widen(float start, float end, float step) {
     const bool ahead = start < end ? step > 0 : start > end ? step < 0 : start == end;
     return ahead ? static_cast<float>(end + step * 0.001) : end;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// A loop takes the lines of its body in, unexpanded, and gives them out again, pass by pass. Each line that it gives
-// goes the way of any other line of the source, from the split into statements on, so it is expanded anew each time.
+// A loop collects the lines of its body, unexpanded, and returns them again, pass by pass. Each returned line is
+// processed like any other line of the source, from the split into statements on, so it is expanded anew each time.
 //
-// Loops inside loops are walked, not called: `active` is the innermost one that is in charge. A loop that is over hands
-// over to the one around it, which goes on where it stood.
+// Nested loops do not call each other: `active` is the innermost loop that collects or runs. After its last pass the
+// loop around it becomes the active one and continues after its line.
 #include <orvlang/flow/CMD_Loop.h>
 
 #include <climits>
@@ -163,7 +163,7 @@ CMD_LoopLine *CMD_Loop::nextLine() {
         if (isCancelled())
             return nullptr;
     }
-    // The blocks that the interrupted pass has opened stay behind with it.
+    // Close the blocks that the interrupted pass has opened.
     restoreIfNest();
     return nullptr;
 }
@@ -226,7 +226,7 @@ void CMD_Loop::restoreIfNest() {
 }
 
 int CMD_Loop::getLineNumber() const {
-    // While a loop inside this one runs, this one stands at that loop's line; while lines are collected, nowhere.
+    // While a loop inside this one runs, the current line is that loop's line; while lines are collected, there is none.
     const int number = ownLineNumber();
     if (number < 0 || active == this)
         return number;

@@ -14,7 +14,7 @@
 
 namespace {
 
-/// The condition that the words of a statement hold from `first` on. A wrong one is reported and gives -1.
+/// Evaluates the condition in the words of a statement from `first` on. Reports a wrong one and returns -1.
 int evaluateWords(CMD_Manager &manager, const CMD_Args &args, int first) {
     int count = args.argc();
     if (count > first && std::string_view(args.argv(count - 1)) == "then")

@@ -22,7 +22,7 @@
 
 namespace {
 
-/// The kind of loop that a word, abbreviated or not, stands for; null for one that stands for none.
+/// Returns the kind of loop of a word, abbreviated or not; null for any other word.
 std::unique_ptr<CMD_LoopInfo> makeKind(std::string_view word) {
     if (word.starts_with("fore"))
         return std::make_unique<CMD_ForEach>();

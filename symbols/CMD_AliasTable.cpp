@@ -7,7 +7,7 @@
 #include <orvlang/symbols/CMD_SaveLines.h>
 
 int CMD_AliasTable::isValidSymbolName(const char *name) const {
-    // Else nobody could take an alias back any more.
+    // An alias of that name would make it impossible to remove any alias.
     if (name && std::strcmp(name, "alias") == 0)
         return 0;
     return CMD_SymbolList::isValidSymbolName(name);

@@ -13,13 +13,13 @@ namespace {
 
 constexpr size_t theHistorySize = 200;
 
-/// What follows a `!` that stands for itself.
+/// The characters after which a `!` is a plain character.
 bool endsHistoryForm(char next) {
     return next == '\0' || next == ' ' || next == '\t' || next == '\r' || next == '\n' || next == '=' ||
            next == '(';
 }
 
-/// The word of a form, and the bytes that the form takes behind its `!`.
+/// The word of a form, and the length of the form after its `!`.
 struct HistoryWord {
     std::string_view word;
     size_t used;

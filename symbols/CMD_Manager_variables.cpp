@@ -120,8 +120,7 @@ void CMD_Manager::unsetVariable(const char *variable) {
         updateNoAliasVariable(sourceStack.size() - 1);
 }
 
-// Each source notes what holds for it and those below, so that a change needs no walk over those: from the source at
-// the given place on.
+// Each source stores the state for itself and those below, so that a change updates only the sources from `place` on.
 void CMD_Manager::updateNoAliasVariable(size_t place) {
     bool aliasesOff = place > 0 && sourceStack[place - 1]->aliasesOff;
     for (; place < sourceStack.size(); ++place) {
@@ -186,7 +185,7 @@ void CMD_Manager::installBuiltIn() {
     };
     const KIT_String directory = currentDirectory();
     const char *job = OrvaneGetenv("JOB");
-    // A copy: setting the variable changes the text that the environment gave.
+    // A copy: setting the variable changes the text of the environment.
     const KIT_String jobText = job ? KIT_String(job) : directory;
     globals.setVariable("JOB", jobText.c_str(), true);
     setDefault("PI", "3.1415926535897932384", false);

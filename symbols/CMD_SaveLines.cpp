@@ -11,7 +11,7 @@ void CMDsaveLines(CMD_Manager &manager, std::ostream &os, const CMD_SymbolList &
                   const KIT_StringArray &names, const CMD_SaveForm &form) {
     KIT_String value;
     for (int i = 0; i < names.entries(); ++i) {
-        list.getValue(names[i], value);   // empty for one that another thread has removed meanwhile
+        list.getValue(names[i], value);   // empty for one that another thread has just removed
         os << form.beforeName << names[i] << form.beforeValue;
         manager.saveCommandString(os, value);
         os << std::endl;

@@ -10,7 +10,7 @@ alias list 'echo room,lamps; echo hall,3; echo "green room,12"'
 table -s , list
 table -n list 'echo "quotes arrive" as they are'
 
-# A mistake is shown, and the script goes on.
+# A mistake is shown, and the script continues.
 jsonget nothing.json a
 python -c 'raise ValueError("no such lamp")'
 echo the end

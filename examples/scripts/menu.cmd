@@ -1,4 +1,4 @@
-# A menu: `read` takes the next line that is typed, and the loop goes on with it.
+# A menu: `read` reads the next line that is typed, and the loop continues with it.
 set total = 0
 set choice =
 while `"$choice" != "q"`

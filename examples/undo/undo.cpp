@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A host whose changes can be taken back: its command `lamp` records each change as a step, and its commands `undo` and
-// `redo` go back and forth. It takes lines from standard input and serves command ports meanwhile; what one request
-// changes is one change to the user. `undo < session.cmd` shows it.
+// `redo` go back and forth. It reads lines from standard input and serves command ports while it waits; the changes of one
+// request are one change to the user. `undo < session.cmd` shows it.
 #include <iostream>
 #include <map>
 #include <memory>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// The help texts: each command and each of its options is told, and the examples write what they show.
+// The help texts: each command and each of its options is described, and the examples write what they show.
 //
-// An entry shows an example as an indented block behind theScript or theTypedLines, and what comes of it as blocks behind
-// the other lines below.
+// An entry shows an example as an indented block after theScript or theTypedLines, and its output as blocks after the
+// other lines below.
 #include "Terminal.h"
 
 #include <algorithm>
@@ -54,8 +54,8 @@ const std::map<std::string, Lines> &entries() {
     return theEntries;
 }
 
-/// The block of lines that are indented more, behind the line of that text.
-Lines blockBehind(const Lines &entry, const std::string &title) {
+/// Returns the block of lines that are indented more, after the line of that text.
+Lines blockAfter(const Lines &entry, const std::string &title) {
     Lines block;
     auto line = std::find(entry.begin(), entry.end(), title);
     for (; line != entry.end() && ++line != entry.end() && (line->empty() || line->starts_with("        "));)
@@ -78,7 +78,7 @@ std::string join(const Lines &lines) {
     return text;
 }
 
-/// Without blanks at the ends of lines, and the numbers made equal if so told.
+/// Returns the lines without blanks at their ends; with `isRough` all numbers become equal.
 Lines comparable(const std::string &text, bool isRough) {
     std::string plain = std::regex_replace(text, std::regex("[ \r]+\n"), "\n");
     if (isRough)
@@ -86,8 +86,8 @@ Lines comparable(const std::string &text, bool isRough) {
     return linesOf(std::istringstream(plain));
 }
 
-/// Takes what stands in brackets at the ends of lines out of a dialogue; the echo of it is the terminal's.
-std::string takeTyped(std::string &dialogue) {
+/// Removes the texts in brackets at the ends of lines from a dialogue and returns them; the terminal echoes them.
+std::string removeTyped(std::string &dialogue) {
     std::string typed;
     const std::regex brackets("\\[(.*)\\]\n");
     for (std::smatch match; std::regex_search(dialogue, match, brackets);) {
@@ -97,7 +97,7 @@ std::string takeTyped(std::string &dialogue) {
     return typed;
 }
 
-/// Types the lines at a terminal, each at a prompt of its own, and gives what they wrote.
+/// Types the lines at a terminal, each at a prompt of its own, and returns their output.
 std::string typeLines(const Lines &lines, const TemporaryFolder &folder) {
     const std::string prompt = "orvlang -> ";
     Terminal terminal({ { ORVLANG_PROGRAM }, folder.path(), "", {} });
@@ -119,24 +119,24 @@ Outcome runScript(const Lines &script, const std::string &input, const Temporary
 void runExample(const Lines &entry) {
     const TemporaryFolder folder;
     const bool isRough = has(entry, theRoughOutput);
-    std::string expected = join(blockBehind(entry, isRough ? theRoughOutput : theOutput));
-    std::string dialogue = join(blockBehind(entry, theDialogue));
-    const std::string typed = takeTyped(dialogue);
+    std::string expected = join(blockAfter(entry, isRough ? theRoughOutput : theOutput));
+    std::string dialogue = join(blockAfter(entry, theDialogue));
+    const std::string typed = removeTyped(dialogue);
     Outcome outcome;
     if (has(entry, theTypedLines))
-        outcome.out = typeLines(blockBehind(entry, theTypedLines), folder);
+        outcome.out = typeLines(blockAfter(entry, theTypedLines), folder);
     else
-        outcome = runScript(blockBehind(entry, theScript), typed, folder);
+        outcome = runScript(blockAfter(entry, theScript), typed, folder);
     const auto compare = [](const char *what, const Lines &wanted, const Lines &written) {
         if (wanted != written)
             ADD_FAILURE() << what << " (- expected, + written):\n" << lineDifference(wanted, written);
     };
     compare("output", comparable(dialogue + expected, isRough), comparable(outcome.out, isRough));
-    compare("errors", comparable(join(blockBehind(entry, theErrors)), false), comparable(outcome.err, false));
+    compare("errors", comparable(join(blockAfter(entry, theErrors)), false), comparable(outcome.err, false));
 }
 
-/// The options that the text tells, in lines such as "    -x      what it does".
-std::set<char> toldOptions(const Lines &entry) {
+/// Returns the options that the text describes, in lines such as "    -x      what it does".
+std::set<char> describedOptions(const Lines &entry) {
     std::set<char> options;
     for (const std::string &line : entry) {
         if (!line.starts_with("    -"))
@@ -166,7 +166,7 @@ protected:
     Lines names;
 };
 
-TEST_F(HelpTexts, TellEachCommandAndItsOptions) {
+TEST_F(HelpTexts, DescribeEachCommandAndItsOptions) {
     EXPECT_EQ(names.size(), 44u);
     for (const std::string &name : names) {
         SCOPED_TRACE(name);
@@ -182,7 +182,7 @@ TEST_F(HelpTexts, TellEachCommandAndItsOptions) {
         for (const char *option = manager.getOptions(name.c_str()); *option; ++option)
             if (*option != ':')
                 options.insert(*option);
-        EXPECT_EQ(toldOptions(lines), options);
+        EXPECT_EQ(describedOptions(lines), options);
         EXPECT_TRUE(has(lines, theScript) || has(lines, theTypedLines));
         for (const std::string &line : lines)
             EXPECT_LT(line.size(), 80u) << line;
