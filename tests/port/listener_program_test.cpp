@@ -4,6 +4,7 @@
 #include "PortFixture.h"
 
 #include <csignal>
+#include <ctime>
 #include <filesystem>
 #include <memory>
 
@@ -155,6 +156,22 @@ TEST_F(ListenerProgramTest, PeersThatStall) {
     EXPECT_EQ(body.askBlocking(""), "(ended)");
     EXPECT_EQ(PortClient(port).askBlocking("POST / HTTP/1.1\r\nContent-Length: 99999999\r\n\r\n"), theFailure);
     expectServed();
+}
+
+TEST_F(ListenerProgramTest, ASecondSignalEndsARequestThatTakesMinutes) {
+    for (const int number : { SIGTERM, SIGQUIT }) {
+        start();
+        const PortClient client(port);
+        client.send("<?xml version='1.0'?><o><!--" + std::string(1000000, '-') + "--></o>");
+        clockid_t used;
+        ASSERT_EQ(clock_getcpuclockid(pid, &used), 0);
+        timespec time;
+        waitUntil([&] { return clock_gettime(used, &time) == 0 && time.tv_sec > 0; });   // parsing by then
+        int status = -1;
+        waitUntil([&] { return kill(pid, number) == 0 && waitpid(pid, &status, WNOHANG) == pid; });
+        pid = 0;
+        EXPECT_EQ(WTERMSIG(status), number);
+    }
 }
 
 TEST_F(ListenerProgramTest, PeersThatFloodAndVanish) {

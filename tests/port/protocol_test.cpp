@@ -158,6 +158,8 @@ TEST_F(ProtocolTest, XML) {
             { xml("<foo/>"), unknown },
             { xml("<Orvlang>echo x</Orvlang>"), unknown },
             { xml("<orvlang>throwing</orvlang>"), parseError("thrown <here>") },
+            { xml("<!DOCTYPE o [<!ENTITY % a 'a'>]><orvlang>echo x</orvlang>"),
+              parseError("Parameter entities are not read") },
             { xml("<orvlang>echo x</orvlang>") + "\0<"s, "x\n" },
             { xml("<python_expression>6 * 7</python_expression>"), "42" },
             { xml("<python_expression>[1, 'a']</python_expression>"), "[1, 'a']" },

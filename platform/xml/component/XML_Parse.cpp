@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // XML texts come from outside, so parsing one touches nothing else: files and hosts that it refers to are not read. The
 // hook for that is one for the whole process, and other code may be parsing on other threads: it is in place only while
-// a text is parsed, and refuses only the thread that does it. What entities may grow to is bounded by the parser itself.
+// a text is parsed, and refuses only the thread that does it. The parser bounds how far general entities expand, but
+// not parameter entities: a few hundred bytes of nested ones would keep it busy for hours, so their declaration is
+// refused.
 #include <atomic>
 #include <cstring>
 #include <stdexcept>
 
 #include <glibmm/exception.h>
 #include <libxml++/libxml++.h>
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
 
 #include <orvlang/platform/xml/XML_ComponentTable.h>
@@ -54,6 +57,40 @@ private:
     const xmlGenericErrorFunc formerFunction = xmlGenericError;
 };
 
+/// Stops at the first declaration of a parameter entity.
+class Parser : public xmlpp::DomParser {
+public:
+    /// Parses the text. Whatever the parser says about one that it was stopped in, the reason is what is reported.
+    void parse(const Glib::ustring &text) {
+        wasStopped = false;
+        try {
+            parse_memory(text);
+        } catch (const xmlpp::exception &) {
+            if (!wasStopped)
+                throw;
+        }
+        if (wasStopped)
+            throw std::runtime_error("Parameter entities are not read");
+    }
+
+protected:
+    void initialize_context() override {
+        DomParser::initialize_context();
+        context_->sax->entityDecl = declareEntity;
+    }
+
+private:
+    static void declareEntity(void *context, const xmlChar *name, int type, const xmlChar *publicId,
+                              const xmlChar *systemId, xmlChar *content) {
+        if (type != XML_INTERNAL_PARAMETER_ENTITY && type != XML_EXTERNAL_PARAMETER_ENTITY)
+            return xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
+        wasStopped = true;
+        xmlStopParser(static_cast<xmlParserCtxtPtr>(context));
+    }
+
+    static inline thread_local bool wasStopped = false;
+};
+
 void give(const XML_PieceTaker &taker, XML_Piece piece, const char *text, std::size_t length) {
     taker.take(taker.target, piece, text, length);
 }
@@ -70,11 +107,11 @@ void giveRoot(const xmlpp::Node &root, const XML_PieceTaker &taker) {
 }
 
 void parse(const char *text, const XML_PieceTaker &taker) {
-    xmlpp::DomParser parser;
+    Parser parser;
     parser.set_substitute_entities(true);
     {
         const Isolation isolation;
-        parser.parse_memory(Glib::ustring(text));
+        parser.parse(Glib::ustring(text));
         // The parser itself would leave a hole in the content and go on.
         if (isolation.refusedAny())
             throw std::runtime_error("External entities are not read");
