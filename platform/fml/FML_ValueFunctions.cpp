@@ -76,7 +76,7 @@ void range(FML_Call &call) {
     const double first = call.number(0);
     const double last = call.number(1);
     const double step = call.numberOr(2, last < first ? -1 : 1);
-    if (step == 0)
+    if (step == 0 || !std::isfinite(step))
         return call.fail(FML_OUT_OF_RANGE);
     // A little more, so that the tenth tenth is not lost to rounding.
     const double steps = std::floor((last - first) / step + 1e-9);
