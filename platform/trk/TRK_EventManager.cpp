@@ -34,7 +34,7 @@ void TRK_EventManager::sendEvent(const void *channel) {
 }
 
 void TRK_EventManager::beginHandlingEvents(HandlerFactory factory) {
-    if (depth++ == 0)
+    if (depth++ == 0 && factory)
         handler = factory();
 }
 
@@ -43,6 +43,8 @@ void TRK_EventManager::endHandlingEvents() {
         return;
     // Gone before anybody is told: what a listener changes is an event of its own.
     const std::unique_ptr<TRK_EventHandler> ended = std::move(handler);
+    if (!ended)
+        return;
     for (const void *channel : ended->takeHeld())
         sendEvent(channel);
 }

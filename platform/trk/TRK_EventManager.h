@@ -44,7 +44,7 @@ public:
     void sendEvent(const void *channel);
 
     /// Holds events back from here on, in a handler that `factory` makes. Calls nest, and the outermost handler
-    /// keeps the events of all.
+    /// keeps the events of all. Without a factory or a handler events go on to the listener.
     void beginHandlingEvents(HandlerFactory factory);
     /// Ends what the matching call began. The outermost end tells the listener all that was held back. Without a
     /// matching begin it does nothing.

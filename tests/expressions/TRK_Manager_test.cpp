@@ -117,6 +117,10 @@ TEST(TRK_EventManager, EventsAreHeldBack) {
     events.endHandlingEvents();   // one too many
     EXPECT_EQ(theEvents, (std::vector{ a, b, a }));
     EXPECT_FALSE(events.isHandlingEvents());
+    events.beginHandlingEvents(nullptr);
+    events.sendEvent(b);
+    EXPECT_EQ(theEvents.back(), b);
+    events.endHandlingEvents();
     events.setListener(nullptr, nullptr);
     events.sendEvent(a);
 }
