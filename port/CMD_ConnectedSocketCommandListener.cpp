@@ -65,7 +65,15 @@ CMD_ConnectedSocketCommandListener::CMD_ConnectedSocketCommandListener(
     const char *listenerOption, bool browserMode)
     : VIO_ConnectedSocketListener(socket, processSocketDataCallback, this, listenerOption), manager(manager),
       managerLife(manager.getLife()), separateErrors(separateErrors),
-      restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode) {}
+      restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode) {
+    if (isConnected())
+        installGenerator();
+}
+
+CMD_ConnectedSocketCommandListener::~CMD_ConnectedSocketCommandListener() {
+    if (isConnected())
+        uninstallGenerator();
+}
 
 const char *CMD_ConnectedSocketCommandListener::className() const {
     return "CMD_ConnectedSocketCommandListener";

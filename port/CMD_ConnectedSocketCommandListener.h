@@ -22,6 +22,7 @@ public:
     CMD_ConnectedSocketCommandListener(KIT_NetSocket &socket, CMD_Manager &manager, bool separateErrors,
                                        bool restrictToSafeCommands, const char *listenerOption,
                                        bool browserMode);
+    ~CMD_ConnectedSocketCommandListener() override;
 
     const char *className() const override;
 

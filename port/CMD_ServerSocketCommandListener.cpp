@@ -34,6 +34,10 @@ CMD_ServerSocketCommandListener::CMD_ServerSocketCommandListener(KIT_NetSocket *
       managerLife(manager.getLife()), separateErrors(separateErrors),
       restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode), serial(++theLastSerial) {}
 
+CMD_ServerSocketCommandListener::~CMD_ServerSocketCommandListener() {
+    uninstallGenerator();
+}
+
 const char *CMD_ServerSocketCommandListener::className() const {
     return "CMD_ServerSocketCommandListener";
 }

@@ -18,6 +18,7 @@ public:
     static CMD_ServerSocketCommandListener *
     createCommandListener(int port, CMD_Manager &manager, bool separateErrors, bool restrictToSafeCommands,
                           const char *listenerOption, bool mapPort, bool browserMode);
+    ~CMD_ServerSocketCommandListener() override;
 
     const char *className() const override;
 

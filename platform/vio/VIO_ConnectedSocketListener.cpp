@@ -7,15 +7,9 @@
 VIO_ConnectedSocketListener::VIO_ConnectedSocketListener(KIT_NetSocket &listening, DataCallback callback,
                                                          void *data, const char *listenerOption)
     : connection(VIO_Connection::take(*this, listening, { callback, data },
-                                      VIO_ListenerOptions::parse(listenerOption, nullptr))) {
-    if (connection)
-        installGenerator();
-}
+                                      VIO_ListenerOptions::parse(listenerOption, nullptr))) {}
 
-VIO_ConnectedSocketListener::~VIO_ConnectedSocketListener() {
-    if (connection)
-        uninstallGenerator();
-}
+VIO_ConnectedSocketListener::~VIO_ConnectedSocketListener() = default;
 
 const char *VIO_ConnectedSocketListener::getClassName() const {
     return className();

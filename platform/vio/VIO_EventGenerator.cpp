@@ -15,6 +15,8 @@ VIO_EventGenerator::Installer VIO_EventGenerator::theInstaller = nullptr;
 VIO_EventGenerator::PollCallback VIO_EventGenerator::thePollCallback = nullptr;
 
 VIO_EventGenerator::~VIO_EventGenerator() {
+    while (installations > 0)
+        uninstallGenerator();
     std::erase(theEarly.object, this);
 }
 
@@ -35,14 +37,20 @@ bool VIO_EventGenerator::areEventsWaiting() {
 }
 
 int VIO_EventGenerator::installGenerator() {
-    if (theInstaller)
-        return theInstaller(this, 1);
-    theEarly.object.push_back(this);
-    return 0;
+    if (!theInstaller) {
+        theEarly.object.push_back(this);
+        return 0;
+    }
+    const int result = theInstaller(this, 1);
+    if (result != 0)
+        ++installations;
+    return result;
 }
 
 int VIO_EventGenerator::uninstallGenerator() {
     std::erase(theEarly.object, this);
+    if (installations > 0)
+        --installations;
     return theInstaller ? theInstaller(this, 0) : 0;
 }
 
@@ -56,7 +64,7 @@ void VIO_EventGenerator::setInstaller(Installer installer) {
     while (theInstaller && !theEarly.object.empty()) {
         VIO_EventGenerator *const generator = theEarly.object.front();
         theEarly.object.erase(theEarly.object.begin());
-        theInstaller(generator, 1);
+        generator->installGenerator();
     }
 }
 

@@ -16,7 +16,8 @@ public:
     VIO_EventGenerator() = default;
     VIO_EventGenerator(const VIO_EventGenerator &) = delete;
     VIO_EventGenerator &operator=(const VIO_EventGenerator &) = delete;
-    /// A generator is to be uninstalled before it goes.
+    /// Uninstalls the generator if it is still installed. Only this base is left of it then: a class uninstalls its
+    /// objects in its own destructor, so that the installer can call them.
     virtual ~VIO_EventGenerator();
 
     virtual const char *getClassName() const;
@@ -31,7 +32,8 @@ public:
     virtual int processEvents() = 0;
 
     /// Both return what the installer returns, and 0 while there is no loop. What is installed before there is one is
-    /// handed to it as soon as it is there.
+    /// handed to it as soon as it is there. The installer may call the generator, so the last class of an object installs
+    /// it, once it is constructed.
     int installGenerator();
     int uninstallGenerator();
     /// One turn of the loop for all generators; nothing while there is no loop. The flag is handed through.
@@ -45,4 +47,6 @@ public:
 private:
     static Installer theInstaller;
     static PollCallback thePollCallback;
+
+    int installations = 0;
 };

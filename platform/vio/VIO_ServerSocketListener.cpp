@@ -21,9 +21,7 @@ VIO_ServerSocketListener::VIO_ServerSocketListener(KIT_NetSocket *socket, int po
         listenToo(options.bind);
 }
 
-VIO_ServerSocketListener::~VIO_ServerSocketListener() {
-    uninstallGenerator();
-}
+VIO_ServerSocketListener::~VIO_ServerSocketListener() = default;
 
 /// Loopback is one of all addresses, and two sockets cannot share it.
 std::unique_ptr<KIT_NetSocket>

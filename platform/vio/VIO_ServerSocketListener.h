@@ -24,7 +24,7 @@ public:
     /// the option text is named on standard error; null counts as empty.
     VIO_ServerSocketListener(KIT_NetSocket *socket, int portNumber, DataCallback callback, void *data,
                              const char *listenerOption);
-    /// Uninstalls the generator and closes the socket; connections that were made stay.
+    /// Closes the socket; connections that were made stay. The derived class has uninstalled the generator.
     ~VIO_ServerSocketListener() override;
 
     const char *getClassName() const override;

@@ -24,6 +24,8 @@ public:
         : VIO_ConnectedSocketListener(listening, receive, this, option), test(test) {
         ++test.connections;
         test.latestConnection = this;
+        if (isConnected())
+            installGenerator();
     }
     ~TestConnection() override { --test.connections; }
     const char *className() const override { return "TestConnection"; }
@@ -72,6 +74,7 @@ ListenerTest::~ListenerTest() {
 
 int ListenerTest::install(VIO_EventGenerator *generator, int install) {
     std::vector<VIO_EventGenerator *> &all = theTest->generators;
+    generator->getClassName();   // whenever it is called, the generator is an object
     if (install)
         all.push_back(generator);
     return install ? 1 : static_cast<int>(std::erase(all, generator));
