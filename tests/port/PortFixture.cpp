@@ -2,10 +2,11 @@
 #include "PortFixture.h"
 
 #include <chrono>
-#include <filesystem>
 #include <sstream>
+#include <utility>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -15,17 +16,17 @@
 
 namespace {
 
-sockaddr_in addressOf(int port) {
+sockaddr_in addressOf(int port, const char *host) {
     sockaddr_in address = {};
     address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = inet_addr(host);
     address.sin_port = htons(static_cast<in_port_t>(port));
     return address;
 }
 
-int connectTo(int port) {
+int connectTo(int port, const char *host) {
     const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_in address = addressOf(port);
+    const sockaddr_in address = addressOf(port, host);
     if (connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0)
         return descriptor;
     close(descriptor);
@@ -36,7 +37,7 @@ bool isFree(int port) {
     const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const int on = 1;
     setsockopt(descriptor, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    const sockaddr_in address = addressOf(port);
+    const sockaddr_in address = addressOf(port, "127.0.0.1");
     const bool bound = bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
                        listen(descriptor, 1) == 0;
     close(descriptor);
@@ -45,7 +46,7 @@ bool isFree(int port) {
 
 }   // namespace
 
-PortClient::PortClient(int port) : descriptor(connectTo(port)) {
+PortClient::PortClient(int port, const char *address) : descriptor(connectTo(port, address)) {
     EXPECT_GE(descriptor, 0) << "no connection to port " << port;
 }
 
@@ -53,8 +54,8 @@ PortClient::~PortClient() {
     close(descriptor);
 }
 
-bool PortClient::canConnect(int port) {
-    const int descriptor = connectTo(port);
+bool PortClient::canConnect(int port, const char *address) {
+    const int descriptor = connectTo(port, address);
     close(descriptor);
     return descriptor >= 0;
 }
@@ -70,6 +71,12 @@ void PortClient::send(std::string_view bytes) const {
 
 void PortClient::endOutput() const {
     shutdown(descriptor, SHUT_WR);
+}
+
+void PortClient::reset() {
+    const linger hard = { 1, 0 };
+    setsockopt(descriptor, SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
+    close(std::exchange(descriptor, -1));
 }
 
 std::string PortClient::askBlocking(std::string_view request) const {
@@ -160,9 +167,10 @@ Outcome PortTest::serveProgram(const std::vector<std::string> &words, const std:
     return outcome;
 }
 
-int PortTest::countDescriptors() {
-    int count = 0;
-    for ([[maybe_unused]] const auto &entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++count;
-    return count;
+std::vector<int> PortTest::listDescriptors() {
+    std::vector<int> all;
+    for (int i = 0; i < 1024; ++i)
+        if (fcntl(i, F_GETFD) >= 0)
+            all.push_back(i);
+    return all;
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -16,15 +17,17 @@
 class PortClient {
 public:
     /// Connects at once; the test fails when the port does not answer.
-    explicit PortClient(int port);
+    explicit PortClient(int port, const char *address = "127.0.0.1");
     ~PortClient();
     PortClient(const PortClient &) = delete;
     PortClient &operator=(const PortClient &) = delete;
 
-    static bool canConnect(int port);
+    static bool canConnect(int port, const char *address = "127.0.0.1");
     void send(std::string_view bytes) const;
     /// Says that nothing more will be sent.
     void endOutput() const;
+    /// Closes so that the other side gets a reset.
+    void reset();
     /// Sends a request and waits for its reply in the system: for threads of their own. Without the NUL.
     std::string askBlocking(std::string_view request) const;
     /// Takes what is there into `received`; without waiting.
@@ -67,7 +70,8 @@ protected:
     }
     /// Serves while a program runs.
     Outcome serveProgram(const std::vector<std::string> &words, const std::string &input = "") const;
-    static int countDescriptors();
+    /// The descriptors of the process, in order.
+    static std::vector<int> listDescriptors();
 
     TemporaryFolder folder;
     CMD_Manager manager;

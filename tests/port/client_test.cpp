@@ -2,9 +2,14 @@
 // The program as a client of a port, other clients, and the examples of the port guide.
 #include "PortFixture.h"
 
+#include <csignal>
+#include <ctime>
 #include <filesystem>
 #include <memory>
 #include <regex>
+
+#include <spawn.h>
+#include <sys/wait.h>
 
 #include "Guide.h"
 #include "Terminal.h"
@@ -177,6 +182,30 @@ TEST_F(ClientTest, ProgramServesWhileItWaits) {
     EXPECT_EQ(closed.status, 0);
     EXPECT_EQ(folder.read("served"), "served\n");
     EXPECT_EQ(run("", "quit 7 #", "; grep -q ended served").status, 7);
+}
+
+TEST_F(ClientTest, ASecondSignalEndsARequestThatTakesMinutes) {
+    for (const int number : { SIGTERM, SIGQUIT }) {
+        const int port = findFreePort();
+        const Program program{
+            { ORVLANG_PROGRAM, "-c", "openport -w " + std::to_string(port) }, folder.path(), "", {}
+        };
+        std::vector<std::string> texts;
+        pid_t pid = 0;
+        ASSERT_EQ(posix_spawn(&pid, ORVLANG_PROGRAM, nullptr, nullptr, program.argumentTable().data(),
+                              program.environmentTable(texts).data()),
+                  0);
+        runUntil([&] { return PortClient::canConnect(port); });
+        const PortClient client(port);
+        client.send("<?xml version='1.0'?><o><!--" + std::string(1000000, '-') + "--></o>");
+        clockid_t used;
+        ASSERT_EQ(clock_getcpuclockid(pid, &used), 0);
+        timespec time;
+        runUntil([&] { return clock_gettime(used, &time) == 0 && time.tv_sec > 0; });   // parsing by then
+        int status = -1;
+        runUntil([&] { return kill(pid, number) == 0 && waitpid(pid, &status, WNOHANG) == pid; });
+        EXPECT_EQ(WTERMSIG(status), number);
+    }
 }
 
 /// The example ports of the guide stand for free ones.

@@ -238,15 +238,13 @@ TEST_F(ProtocolTest, HTTP) {
 
 TEST_F(ProtocolTest, HTTPRequestThatEndsTooEarly) {
     const int port = open("-i wait:0.3");
-    for (const char *rest : { "Content-Length: 20\r\n\r\necho x\n", "Content-Length: 20\r\n", "Content-Le",
-                              "Content-Length: 99999999999999999999\r\n\r\necho x\n" }) {
+    for (const char *rest : { "Content-Length: 20\r\n\r\necho x\n", "Content-Le" }) {
         PortClient stalled(port), gone(port);
-        EXPECT_EQ(ask(stalled, "POST / HTTP/1.1\r\n"s + rest), theHTTPFailure) << rest;
         gone.send("POST / HTTP/1.1\r\n"s + rest);
         gone.endOutput();
         EXPECT_EQ(ask(gone, ""), theHTTPFailure) << rest;
+        EXPECT_EQ(ask(stalled, "POST / HTTP/1.1\r\n"s + rest), theHTTPFailure) << rest;
     }
-    EXPECT_EQ(ask(port, "echo still"), "still\n");
 }
 
 TEST_F(ProtocolTest, LongRequestsAndReplies) {
@@ -260,11 +258,6 @@ TEST_F(ProtocolTest, LongRequestsAndReplies) {
     EXPECT_EQ(ask(client, http(lines + "echo $x")), httpReply("19999\n"));
     EXPECT_EQ(ask(client, xml("<orvlang>" + lines + "echo $x</orvlang>")), "19999\n");
     EXPECT_EQ(ask(client, "echo " + word), word + "\n");
-    const std::string five = word + word + word + word + word;
-    EXPECT_EQ(ask(client, http("set -g w = " + word + "\necho $w$w$w$w$w")), httpReply(five + "\n"));
-    // A client that goes without reading its reply.
-    { PortClient(port).send("echo $w$w$w$w$w"); }
-    EXPECT_EQ(ask(client, "echo still"), "still\n");
 }
 
 TEST_F(ProtocolTest, Modes) {
@@ -411,22 +404,6 @@ TEST_F(ProtocolTest, ManyClientsAtOnce) {
             thread.join();
     });
     EXPECT_EQ(right, theClients * theRequests);
-}
-
-TEST_F(ProtocolTest, DroppedConnectionsLeaveNoDescriptor) {
-    const int port = open();
-    const int before = countDescriptors();
-    for (int i = 0; i < 1000; ++i) {
-        const PortClient client(port);
-        if (i % 4 == 1)
-            client.send("echo unread");
-        else if (i % 4 == 2)
-            client.send("POST / HTTP/1.1\r\nContent-");
-        if (i % 50 == 0) {
-            EXPECT_EQ(ask(port, "echo x"), "x\n");
-        }
-    }
-    runUntil([&] { return countDescriptors() <= before; });
 }
 
 }   // namespace
