@@ -4,8 +4,9 @@
 class CMD_Manager;
 class KIT_StringArray;
 
-/// What a half-typed line of the language could become: command words and aliases, options of the command, names behind
-/// a `$`, and file names, quoted so that the language reads them back as one word.
+/// What a half-typed line of the language could become: commands, aliases and scripts, options and arguments of the
+/// command, variables after a `$`, functions in an expression, and file names, quoted so that the language reads them back
+/// as one word.
 class Completion {
 public:
     /// Appends the candidates for the text before the cursor and gives the place in the line from which on they stand

@@ -40,7 +40,7 @@ CompletionWord::CompletionWord(const CMD_Manager &language, std::string_view tex
         } else if (quote != '\0') {
             add(c, ++i);
         } else if (c == '\'' || c == '"' || c == '`') {
-            beginWord(i++);
+            beginWord(i++, c);
             quote = c;
             isPlain = false;
         } else if (c == ';') {
@@ -62,14 +62,15 @@ CompletionWord::CompletionWord(const CMD_Manager &language, std::string_view tex
         beginWord(text.size());
 }
 
-void CompletionWord::beginWord(size_t place) {
+/// One that begins with a quote keeps it: the first part is what follows.
+void CompletionWord::beginWord(size_t offset, char openingQuote) {
     if (isInWord)
         return;
     isInWord = isPlain = true;
     word.clear();
-    partStart = place;
+    partStart = openingQuote ? offset + 1 : offset;
     partOffset = 0;
-    partQuote = '\0';
+    partQuote = openingQuote;
 }
 
 void CompletionWord::endWord() {

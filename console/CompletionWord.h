@@ -33,7 +33,7 @@ public:
     bool hasBrace = false;
 
 private:
-    void beginWord(size_t place);
+    void beginWord(size_t offset, char openingQuote = '\0');
     void endWord();
     void add(char c, size_t behind);
     size_t addVariable(std::string_view rest);

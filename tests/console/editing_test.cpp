@@ -216,6 +216,7 @@ TEST_F(EditingTest, SearchFindsPastLines) {
 }
 
 TEST_F(EditingTest, TabCompletes) {
+    folder.write(".orvane/scripts/findme.cmd", "");
     for (const char *name :
          { "my dir/a file.txt", "it's", "plain.txt", "plain2.txt", ".hidden", "end\\", "umlä", "umlö" })
         folder.write(name, "");
@@ -246,11 +247,23 @@ TEST_F(EditingTest, TabCompletes) {
         { "echo -\t", "echo -n |" },
         { "echo a -\t", "echo a -|" },
         { "echo # pl\t", "echo # pl|" },
-        { "echo `ec\t", "echo `ec|" },
+        { "echo `1 + pythonexprs(wordu\t", "echo `1 + pythonexprs(wordunique(|" },
+        { "exhelp wordu\t", "exhelp wordunique |" },
+        { "plain2\t", "plain2.txt |" },
+        { "findm\t", "findme.cmd |" },
+        { "\"findm\t", "\"findme.cmd\" |" },
+        { "echo \"my d\t", "echo \"my dir/|" },
+        { "time plain2\t", "time plain2.txt |" },
+        { "time help ech\t", "time help echo |" },
+        { "ucd \t", "ucd 'my dir'/|" },
+        { "ucd \"my\t", "ucd \"my dir\"/|" },
+        { "set onlyo\t", "set onlyone |" },
+        { "alias -u al\t", "alias -u alone |" },
         { "echo um\t", "echo uml|" },   // both go on with the same first byte of another character
     };
     Terminal terminal(program());
     terminal.waitForRows("orvlang -> |");
+    run(terminal, "set onlyone = 1; alias alone echo", "");
     for (const auto &c : theCases) {
         SCOPED_TRACE(c.typed);
         terminal.type(c.typed);
