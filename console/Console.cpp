@@ -6,10 +6,12 @@
 
 #include <csignal>
 #include <iostream>
+#include <utility>
 
 #include <unistd.h>
 
 #include <orvlang/bridge/CMD_Python.h>
+#include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/port/CMD_EvtMonitoringReader.h>
 
@@ -79,16 +81,30 @@ int Console::run() {
 void Console::runLines() {
     if (reader.isEditing())
         recall.seed(reader);
+    // A line may end the program.
+    KIT_Exit::addExitCallback([](void *console) { static_cast<Console *>(console)->keepEntry(); }, this);
     for (;;) {
         const bool isAnswer = manager.getPendingInput() == CMD_Manager::Pending::Read;
         if (!readLine())
             break;
         if (reader.isEditing() && !isAnswer)
-            recall.add(reader, line.view());
+            entry.append(entry.empty() ? "" : "\n").append(line.view());
         manager.sendInput(line.c_str(), false);
+        if (!isEntryOpen())
+            keepEntry();
     }
     if (onTerminal)
         std::cout << std::endl;   // what comes next, the shell's prompt mostly, begins on a line of its own
+}
+
+/// Whether the next line belongs to what was typed before, so that the recall brings both back together.
+bool Console::isEntryOpen() const {
+    const CMD_Manager::Pending pending = manager.getPendingInput();
+    return pending == CMD_Manager::Pending::Loop || pending == CMD_Manager::Pending::Continuation;
+}
+
+void Console::keepEntry() {
+    recall.add(reader, std::exchange(entry, {}));
 }
 
 /// False when there is no such script; `cmdread` has told so then.
@@ -152,6 +168,7 @@ void Console::dropTypedLine() {
     std::cout << std::endl;
     KIT_CmdLineReader::dropInput();
     manager.abandonInput();
+    keepEntry();
 }
 
 const char *Console::makePrompt() {

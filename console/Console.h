@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <string>
+
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/platform/kit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
@@ -18,6 +20,8 @@ public:
 
 private:
     void runLines();
+    bool isEntryOpen() const;
+    void keepEntry();
     bool runScript();
     void answerReads();
     bool readLine();
@@ -33,4 +37,5 @@ private:
     KIT_CmdLineReader reader;
     RecallFile recall;
     KIT_WorkBuffer line;   // the latest one read
+    std::string entry;     // for the recall, until it is complete
 };

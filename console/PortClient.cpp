@@ -99,7 +99,7 @@ bool PortClient::readLine() {
         KIT_CmdLineReader::dropInput();
         std::cout << "^C" << std::endl;
     }
-    recall.add(reader, line.view());
+    recall.add(reader, line.c_str());
     return true;
 }
 

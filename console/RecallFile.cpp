@@ -17,6 +17,7 @@
 namespace {
 
 constexpr size_t theMostLines = 10000;    // what stays when the file has become twice as long
+constexpr char theLineEndWithin = '\r';   // an entry of several lines is one line of the file
 constexpr off_t theMostBytes = 4 << 20;   // what is read of a longer one, and stays
 
 std::string findPath() {
@@ -111,7 +112,9 @@ void RecallFile::seed(KIT_CmdLineReader &reader) {
         shorten(kept);
     for (std::string_view rest = kept; !rest.empty();) {
         const std::string_view line = rest.substr(0, rest.find('\n'));
-        reader.remember(std::string(line).c_str());
+        std::string entry(line);
+        std::replace(entry.begin(), entry.end(), theLineEndWithin, '\n');
+        reader.remember(entry.c_str());
         rest.remove_prefix(std::min(line.size() + 1, rest.size()));
     }
 }
@@ -128,17 +131,16 @@ void RecallFile::shorten(std::string_view kept) const {
         unlink(shorter.c_str());
 }
 
-void RecallFile::add(KIT_CmdLineReader &reader, std::string_view line) {
-    line = line.substr(0, line.find('\n'));
-    if (line.empty() || line[0] == ' ' || line[0] == '\t')
+void RecallFile::add(KIT_CmdLineReader &reader, std::string text) {
+    if (text.empty() || text[0] == ' ' || text[0] == '\t')
         return;
-    const std::string text(line);
     reader.remember(text.c_str());
     if (path.empty() || text == latest)
         return;
     if (latest.empty())
         makeFolder();
     latest = text;
+    std::replace(text.begin(), text.end(), '\n', theLineEndWithin);
     const LockedFile file(path, O_WRONLY | O_APPEND | O_CREAT, LOCK_SH);
     if (file.descriptor >= 0)
         writeAll(file.descriptor, text + "\n");

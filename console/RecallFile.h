@@ -15,8 +15,9 @@ public:
 
     /// Has the reader bring the lines back that the file holds.
     void seed(KIT_CmdLineReader &reader);
-    /// Keeps a line, in the file and for the reader. A line that begins with a blank is a secret and is not kept.
-    void add(KIT_CmdLineReader &reader, std::string_view line);
+    /// Keeps an entry of one or more lines, in the file and for the reader. One that begins with a blank is a secret and
+    /// is not kept.
+    void add(KIT_CmdLineReader &reader, std::string text);
 
 private:
     void makeFolder() const;

@@ -207,9 +207,9 @@ void KIT_LineEditor::insertLastWord() {
     if (recall.size() == 0)
         return;
     const std::string_view latest = recall[recall.size() - 1];
-    const std::size_t end = latest.find_last_not_of(" \t");
+    const std::size_t end = latest.find_last_not_of(" \t\n");
     if (end == latest.npos)
         return;
-    const std::size_t start = latest.find_last_of(" \t", end) + 1;
+    const std::size_t start = latest.find_last_of(" \t\n", end) + 1;
     insert(places.encode(latest.substr(start, end + 1 - start)));
 }

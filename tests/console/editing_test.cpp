@@ -570,21 +570,24 @@ TEST_F(EditingTest, TheRecallOutlivesTheProgram) {
         }
         first.type("history\n");
         first.waitForRows("1  echo 1\n2  echo secret\n3  read word\n4  echo 3\n5  history\norvlang -> |");
-        for (Terminal *terminal : { &first, &second }) {
-            terminal->type("\x04");
-            expectEnd(*terminal, 0);
-        }
+        first.type("for i = 1 to 2\necho $i\nend\nquit\n");
+        second.type("\x04");
+        expectEnd(first, 0);
+        expectEnd(second, 0);
     }
-    EXPECT_EQ(folder.read(recallPath()), "echo 1\necho 2\nread word\necho 3\nhistory\n");
+    EXPECT_EQ(folder.read(recallPath()),
+              "echo 1\necho 2\nread word\necho 3\nhistory\nfor i = 1 to 2\recho $i\rend\nquit\n");
     namespace fs = std::filesystem;
     EXPECT_EQ(fs::status(folder.path() + "/" + recallPath()).permissions(), fs::perms(0600));
 
     Terminal terminal(program());
     terminal.waitForRows("orvlang -> |");
+    terminal.type("\x1b[A\x1b[A");
+    terminal.waitForRows("orvlang -> for i = 1 to 2\necho $i\nend|");
+    terminal.type("\n");
+    terminal.waitForRows("orvlang -> for i = 1 to 2\n> echo $i\n> end\n1\n2\norvlang -> |");
     terminal.type("\x1b[A\x1b[A\x1b[A\x1b[A\n");
-    terminal.waitForRows("orvlang -> echo 2\n2\norvlang -> |");
-    terminal.type("history\n");
-    terminal.waitForRows("1  echo 2\n2  history\norvlang -> |");
+    terminal.waitForRows("orvlang -> history\n1  for i = 1 to 2\n2  history\norvlang -> |");
 }
 
 TEST_F(EditingTest, TheRecallStaysWithinBounds) {
