@@ -41,7 +41,7 @@ CMD_Manager::CMD_Manager(const char *managerName, int extend)
 CMD_Manager::~CMD_Manager() {
     // The block of a script that is not at its end; the last script that goes would have closed it.
     if (getSourceLevel() > 0)
-        closeChannelBlock();
+        closeChannelBlocks(0);
     closeOwnPorts();
     globalVariables.reset();
     aliases.reset();
@@ -118,15 +118,16 @@ bool CMD_Manager::beginChannelBlock() {
 }
 
 bool CMD_Manager::endChannelBlock() {
-    if (getSourceLevel() < 1 || theChannelBlockCount < 1)
+    if (getSourceLevel() < 1 || theChannelBlockCount <= channelBlocksBelow)
         return false;
-    if (--theChannelBlockCount == 0)
-        closeChannelBlock();
+    closeChannelBlocks(theChannelBlockCount - 1);
     return true;
 }
 
-void CMD_Manager::closeChannelBlock() {
-    theChannelBlockCount = 0;
+void CMD_Manager::closeChannelBlocks(int kept) {
+    theChannelBlockCount = kept;
+    if (kept > 0)
+        return;
     // Whom the held events reach may open a block of their own.
     const std::unique_ptr<TRK_AutoEventHandler> ended(std::exchange(theTRKEventHandler, nullptr));
     if (ended)

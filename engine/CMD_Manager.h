@@ -144,8 +144,9 @@ public:
 
     /// The current source; never null, and not to be kept beyond the statement.
     CMD_Source *getSource() const { return sourceStack.back().get(); }
-    /// 0 at the console, 1 in a script that it sources, and so on.
-    int getSourceLevel() const { return static_cast<int>(sourceStack.size()) - 1; }
+    /// 0 at the console, 1 in a script that it sources, and so on. What is served while `openport -w` waits counts from
+    /// there.
+    int getSourceLevel() const { return static_cast<int>(sourceStack.size() - consoleDepth()); }
     /// Makes a script the current source; its lines run after the current statement. The file is looked up as
     /// written, then on the script path. Null when it cannot be read or is empty. With a non-zero echo each of
     /// its statements is shown before it runs.
@@ -329,6 +330,7 @@ private:
     class ModeScope;
     class StatementStreams;
     class StatusPublisher;
+    class WaitScope;
 
     /// The working memory of one statement, for as long as it runs.
     class FrameScope {
@@ -386,10 +388,13 @@ private:
     bool isNested() const;
     bool isNestingOver() const;
     bool refusesRun();
-    void closeChannelBlock();
+    void dropPendingInput();
+    void closeChannelBlocks(int kept);
     void setReadVariables(std::string_view line);
     void setArgumentVariables(const CMD_Args &args);
     void pushSource(SourceRef source);
+    /// The depth of the source stack at the console.
+    size_t consoleDepth() const { return consoleIndex + 1; }
     void updateNoAliasVariable(size_t place);
 
     /// The places on the stacks at which a run has its own streams.
@@ -467,6 +472,8 @@ private:
     int readLocal = 1;
     std::unique_ptr<KIT_SymbolTable> commandTable;
     std::vector<SourceRef> sourceStack;   // shared with the statements that the sources gave
+    size_t consoleIndex = 0;      // of the console on the source stack: the bottom, or the innermost wait
+    int channelBlocksBelow = 0;   // those that were open when that wait began
     std::unique_ptr<CMD_VariableTable> globalVariables;
     std::unique_ptr<CMD_AliasTable> aliases;
     KIT_PtrArray<std::ostream *> standardOutStack;   // all borrowed

@@ -255,9 +255,11 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
                 popSource(0);
             return;
         }
-        const bool isAboveBase = depth > 1 && (depth > baseLevel || baseLevel == 1 || readWasPending);
+        const bool startedAtConsole = baseLevel == consoleDepth();
+        const bool isAboveBase =
+            depth > consoleDepth() && (depth > baseLevel || startedAtConsole || readWasPending);
         const bool fellInsideExecute = executeDepth != 0 && baseLevel != depth;
-        const bool closedLoop = top->loopRunning && (readWasPending || (baseLevel == 1 && !loopWasRunning));
+        const bool closedLoop = top->loopRunning && (readWasPending || (startedAtConsole && !loopWasRunning));
         if (!isAboveBase && !top->hasUnfinishedCommands() && !fellInsideExecute && !closedLoop)
             return;
         CMD_Line line;
@@ -266,7 +268,7 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
             if (sourceStack.back() != top)
                 continue;
             // A loop that is being tested is left to whoever tests it.
-            if (depth == 1 || (top->loop && top->loop->isBusy()))
+            if (depth == consoleDepth() || (top->loop && top->loop->isBusy()))
                 return;
             // The line that ends a loop may be among those that an interrupt threw away.
             popSource(isInterrupted() ? 0 : 1);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The stack of sources: scripts come on top of the console and go when they are read to their end.
+// The stack of sources: scripts come on top of the console and go when they are read to their end. While a statement
+// waits, what is served has a console of its own on top of the sources of that statement.
 #include <orvlang/engine/CMD_Manager.h>
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <ostream>
 
 #include <orvlang/engine/CMD_Source.h>
+#include <orvlang/engine/CMD_WaitScope.h>
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
@@ -58,16 +60,16 @@ void CMD_Manager::pushSource(SourceRef source) {
 }
 
 CMD_Source *CMD_Manager::popSource(int complain) {
-    if (sourceStack.size() > 1) {
+    if (sourceStack.size() > consoleDepth()) {
         const SourceRef popped = std::move(sourceStack.back());
         sourceStack.pop_back();
         const char *filename = popped->getFilename() ? popped->getFilename() : "";
         if (popped->loop && complain)
             getError(1) << "Invalid loop nesting in " << filename << std::endl;
         popped->close();
-        if (sourceStack.size() == 1 && theChannelBlockCount > 0) {
+        if (sourceStack.size() == consoleDepth() && theChannelBlockCount > channelBlocksBelow) {
             getError(1) << "Got chblockbegin without chblockend in " << filename << std::endl;
-            closeChannelBlock();
+            closeChannelBlocks(channelBlocksBelow);
         }
     }
     updateNoAliasVariable(sourceStack.size() - 1);
@@ -75,19 +77,48 @@ CMD_Source *CMD_Manager::popSource(int complain) {
 }
 
 void CMD_Manager::abandonInput() {
-    if (framesInUse > 0)
-        return;
+    if (framesInUse == 0)
+        dropPendingInput();
+}
+
+void CMD_Manager::dropPendingInput() {
     if (!continuationLine.empty())
         popPrompt();
     continuationLine.clear();
     readVariables = nullptr;
-    while (sourceStack.size() > 1)
+    while (sourceStack.size() > consoleDepth())
         popSource(0);
     getSource()->abandon();
 }
 
+CMD_Manager::WaitScope::WaitScope(CMD_Manager &owner)
+    : manager(owner), life(owner.getLife()), consoleIndex(owner.consoleIndex),
+      channelBlocksBelow(std::exchange(owner.channelBlocksBelow, theChannelBlockCount)),
+      breakLevel(std::exchange(owner.breakLevel, 0)), continueLevel(std::exchange(owner.continueLevel, 0)),
+      loopNestLevel(std::exchange(owner.loopNestLevel, 0)),
+      readVariables(std::exchange(owner.readVariables, nullptr)), readLocal(owner.readLocal),
+      continuationLine(std::exchange(owner.continuationLine, {})) {
+    owner.pushSource(std::make_shared<CMD_Source>(owner.sourceStack.back()));
+    owner.consoleIndex = owner.sourceStack.size() - 1;
+}
+
+CMD_Manager::WaitScope::~WaitScope() {
+    if (life.expired())
+        return;
+    manager.dropPendingInput();
+    manager.consoleIndex = consoleIndex;
+    manager.channelBlocksBelow = channelBlocksBelow;
+    manager.popSource(0);
+    manager.breakLevel = breakLevel;
+    manager.continueLevel = continueLevel;
+    manager.loopNestLevel += loopNestLevel;
+    manager.readVariables = readVariables;
+    manager.readLocal = readLocal;
+    manager.continuationLine = continuationLine;
+}
+
 void CMD_Manager::breakAllSources() {
-    while (sourceStack.size() > 1)
+    while (sourceStack.size() > consoleDepth())
         popSource(0);
     breakLevel =
         breakLevel > std::numeric_limits<int>::max() / 2 ? std::numeric_limits<int>::max() : breakLevel * 2;

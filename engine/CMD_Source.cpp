@@ -12,8 +12,12 @@
 #include <orvlang/symbols/CMD_VariableTable.h>
 
 CMD_Source::CMD_Source(const char *sourceName, int isInteractive)
-    : localVariables(std::make_unique<CMD_VariableTable>()), history(std::make_unique<CMD_HistoryTable>()),
+    : localVariables(std::make_shared<CMD_VariableTable>()), history(std::make_shared<CMD_HistoryTable>()),
       filename(sourceName), interactive(isInteractive), isConsoleName(filename == "stdin") {}
+
+CMD_Source::CMD_Source(const std::shared_ptr<CMD_Source> &waiting)
+    : localVariables(waiting->localVariables), history(waiting->history), filename("stdin"), interactive(0),
+      isConsoleName(true) {}
 
 CMD_Source::~CMD_Source() = default;
 

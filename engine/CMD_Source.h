@@ -27,13 +27,16 @@ public:
     /// Makes a source without input of its own. The name is copied. With the name "stdin", or without one (null), error
     /// messages have no position.
     CMD_Source(const char *name, int interactive);
+    /// A console for what is served while `waiting` waits. It shares the variables and the history of that source and
+    /// nothing else.
+    explicit CMD_Source(const std::shared_ptr<CMD_Source> &waiting);
     ~CMD_Source();
     CMD_Source(const CMD_Source &) = delete;
     CMD_Source &operator=(const CMD_Source &) = delete;
 
-    /// The variables that live as long as this source. Never null; owned by the source.
+    /// The variables that live as long as this source. Never null.
     CMD_VariableTable *getLocalVariables() const { return localVariables.get(); }
-    /// The lines that were typed on this source. Never null; owned by the source.
+    /// The lines that were typed on this source. Never null.
     CMD_HistoryTable *getHistory() const { return history.get(); }
     void addHistory(const char *line);
 
@@ -98,8 +101,8 @@ private:
     /// Drops all unfinished work: leftovers, the loop and the `if` blocks.
     void abandon();
 
-    std::unique_ptr<CMD_VariableTable> localVariables;
-    std::unique_ptr<CMD_HistoryTable> history;
+    const std::shared_ptr<CMD_VariableTable> localVariables;
+    const std::shared_ptr<CMD_HistoryTable> history;
     KIT_String filename;
     std::shared_ptr<CMD_Loop> loop;   // collecting or running; shared with the calls that are inside it
     std::unique_ptr<KIT_IStream> inputStream;

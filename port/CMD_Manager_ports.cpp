@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <orvlang/engine/CMD_Args.h>
+#include <orvlang/engine/CMD_WaitScope.h>
 #include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Immortal.h>
@@ -241,12 +242,14 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
         ports().append(listener);
     if (wait && VIO_EventGenerator::isEventLoopPollCallbackSet()) {
         const unsigned serial = listener->getSerial();
-        if (!KIT_Nesting::isStackShort(theWaitReserve))
+        if (!KIT_Nesting::isStackShort(theWaitReserve)) {
+            const WaitScope console(listener->getManager());
             waitForPort(serial, application, created, pollFlag);
-        else if (!silent)
+        } else if (!silent) {
             messages() << "Nesting too deep\n";
         const bool isWatched = pid || (created && findOpen(serial));
         if (application >= 0 && !isWatched && KITisRunning(application, nullptr))
+        }
             theUnwatched.object.push_back(application);
     }
     return created;

@@ -26,7 +26,7 @@ public:
     bool getRestrictToSafeCommands() const { return restrictToSafeCommands; }
     void setRestrictToSafeCommands(bool on) { restrictToSafeCommands = on; }
     /// Valid as long as the manager lives.
-    const CMD_Manager &getManager() const { return manager; }
+    CMD_Manager &getManager() const { return manager; }
     /// Returns a number that no other listener of the process has or had.
     unsigned getSerial() const { return serial; }
 

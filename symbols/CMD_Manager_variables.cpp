@@ -98,9 +98,9 @@ void CMD_Manager::setVariable(const char *variable, const char *value, int local
     const bool isNoAlias = std::strcmp(variable, "noalias") == 0;
     size_t level = sourceStack.size();
     // At the console it would switch the aliases off for good.
-    if (local && level == 1 && isNoAlias)
+    if (local && level == consoleDepth() && isNoAlias)
         return;
-    if (local && parent && level > 1)
+    if (local && parent && level > consoleDepth())
         --level;
     CMD_VariableTable *locals = sourceStack[level - 1]->getLocalVariables();
     if (local || locals->hasVariable(variable))

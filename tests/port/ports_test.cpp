@@ -173,6 +173,30 @@ TEST_F(PortsTest, WaitEndsWhenThePortIsClosed) {
 
 TEST_F(PortsTest, InterruptEndsTheWaitAlone) {
     const int port = findFreePort();
+TEST_F(PortsTest, WhatWaitsIsOutOfReach) {
+    const std::string port = text(findFreePort());
+    folder.write("s.cmd", "for k = 1 to 2\nif $k == 1\nopenport -w " + port +
+                              "; echo rest\nendif\nend\necho $k\nread a\necho $a\n");
+    const std::string requests[] = {
+        "for i = 1 to 2", "echo $i", "end",    "read a", "x; y",    "echo $a; echo",           "endif",
+        "break",          "exit",    "nosuch", "if 0",   "while 0", "closeport " + port + "\n"
+    };
+    std::string replies;
+    std::thread client([&] {
+        while (!PortClient::canConnect(std::stoi(port)))
+            std::this_thread::yield();
+        const PortClient connection(std::stoi(port));
+        for (const std::string &request : requests)
+            replies += connection.askBlocking(request);
+    });
+    EXPECT_EQ(run("source s.cmd"), "rest\n2\n");
+    client.join();
+    EXPECT_EQ(replies, "1\n2\nx; y\n\nSyntax Error:  endif without matching if\n"
+                       "Warning:  not that many nested loops\nUnknown command: nosuch\n\r");
+    EXPECT_EQ(run("answer"), "answer\n");
+    EXPECT_EQ(manager.getPendingInput(), CMD_Manager::Pending::Nothing);
+}
+
     std::thread client([&] {
         while (!PortClient::canConnect(port))
             std::this_thread::yield();
