@@ -141,13 +141,15 @@ bool CMD_Manager::refusesRun() {
     return true;
 }
 
-/// The place of a run on its source. As a block it fences the leftovers of an enclosing statement off: without that a
-/// callback that calls `execute` in `a; b` would run `b` inside `a`.
+/// Marks where a run starts on its source. As a block it fences the leftovers of an enclosing statement off: without
+/// that a callback that calls `execute` in `a; b` would run `b` inside `a`. When no statement of the source runs, what
+/// it has left waits for this very run, the rest of a script that stopped at a `read` for instance.
 class CMD_Manager::BlockScope {
 public:
     BlockScope(CMD_Manager &owner, bool asBlock)
         : manager(owner), level(owner, owner.inputDepth), place(owner.sourceStack.size() - 1),
-          source(owner.sourceStack.back()), leftovers(source->unfinishedCommands.size()), isBlock(asBlock) {
+          source(owner.sourceStack.back()), leftovers(source->unfinishedCommands.size()),
+          isBlock(asBlock && source->runningStatements > 0) {
         if (isBlock)
             source->startBlock();
     }
@@ -228,11 +230,13 @@ void CMD_Manager::internalSendInput(std::string_view line, bool pushedSource) {
         return;
     }
 
-    const size_t depth = sourceStack.size();
-    const size_t baseLevel = pushedSource && depth > 1 ? depth - 1 : depth;
+    // A text of several lines has been pushed for this run: it starts on the source below.
+    const size_t baseLevel = pushedSource ? sourceStack.size() - 1 : sourceStack.size();
+    const CMD_Source &base = *sourceStack[baseLevel - 1];
+    // A statement of the source that is running reads on by itself.
+    const bool readWasPending = !readVariables.isEmpty() && base.runningStatements == 0;
+    const bool loopWasRunning = base.loopRunning != 0;
     const SourceRef current = sourceStack.back();
-    const bool readWasPending = !readVariables.isEmpty();
-    const bool loopWasRunning = current->loopRunning != 0;
     if (commandEcho && commandEchoCallback && current->isStdIn())
         commandEchoCallback(std::string(line).c_str(), commandEchoCallbackData);
     const OperationScope operation;
@@ -267,8 +271,9 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
             // The test of a loop can have ended the source, or put another one on top of it.
             if (sourceStack.back() != top)
                 continue;
-            // A loop that is being tested is left to whoever tests it.
-            if (depth == consoleDepth() || (top->loop && top->loop->isBusy()))
+            // What a block fences off is left to the statement that it runs in, a loop that is being tested to the
+            // run that tests it.
+            if (depth == consoleDepth() || top->isFenced() || (top->loop && top->loop->isBusy()))
                 return;
             // The line that ends a loop may be among those that an interrupt threw away.
             popSource(isInterrupted() ? 0 : 1);
@@ -306,6 +311,7 @@ void CMD_Manager::processInput(const SourceRef &source, const CMD_Line &line) {
     const bool captured = (modeBits & modeCaptureHistory) != 0;
     if (sourceStack.size() > 1 || source->loop)
         setModeBit(modeCaptureHistory, false);
+    const CMD_Source::StatementScope running(*source);
     internalExecute(line);
     if (postCmdCallback)
         postCmdCallback(postCmdCallbackData);

@@ -36,7 +36,7 @@ bool CMD_Source::nextLine(CMD_Line &line) {
         unfinishedCommands.pop_back();
         return true;
     }
-    const bool insideBlock = !unfinishedCommands.empty();
+    const bool insideBlock = isFenced();
     while (loop && loopRunning) {
         const std::shared_ptr<CMD_Loop> running = loop;
         if (running->isBusy())

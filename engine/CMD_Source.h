@@ -89,6 +89,20 @@ private:
         bool isMarker = false;
     };
 
+    /// A statement of a source, while it runs.
+    class StatementScope {
+    public:
+        explicit StatementScope(CMD_Source &theSource) : source(theSource) { ++source.runningStatements; }
+        ~StatementScope() { --source.runningStatements; }
+        StatementScope(const StatementScope &) = delete;
+        StatementScope &operator=(const StatementScope &) = delete;
+
+    private:
+        CMD_Source &source;
+    };
+
+    bool isFenced() const { return !unfinishedCommands.empty() && unfinishedCommands.back().isMarker; }
+
     void pushUnfinishedCommands(CMD_Line line);
     /// Drops the newest leftovers and markers until `kept` are left.
     void dropLeftovers(size_t kept);
@@ -110,6 +124,7 @@ private:
     int loopRunning = 0;   // 0: the loop collects lines; 1: the lines come from the loop
     int interactive;
     int lineNumber = 0;
+    int runningStatements = 0;   // nested ones count each; the leftovers are theirs
     int echoState = 0;
     int ifNestLevel = 0;
     bool isConsoleName;

@@ -117,12 +117,13 @@ TEST_F(Input, ReadStopsAndGoesOn) {
     };
     folder.write("r.cmd", "read ra\necho in $ra; read -g rb; set -g rb = g$rb\n");
     for (const auto &c : theCases) {
-        for (const bool inScript : { false, true }) {
-            SCOPED_TRACE(inScript ? "in a script" : c.text);
+        for (const auto &[inScript, asBlock] : { std::pair{ false, false }, { true, false }, { true, true } }) {
+            SCOPED_TRACE((inScript ? "in a script: " : "") + std::string(c.text) + (asBlock ? ", block" : ""));
             std::string written = inScript ? script(c.text) : type(c.text);
             for (const std::string &answer : c.answers) {
                 EXPECT_EQ(manager.getPendingInput(), CMD_Manager::Pending::Read);
-                written += type(answer + "\r");
+                manager.sendInput((answer + "\r\n").c_str(), asBlock);
+                written += transcript.take();
             }
             EXPECT_EQ(written, c.written);
             EXPECT_EQ(manager.getPendingInput(), CMD_Manager::Pending::Nothing);
@@ -200,6 +201,10 @@ TEST_F(Input, ALoopThatExecuteOpensTakesTheNextLines) {
     EXPECT_EQ(manager.getPendingInput(), CMD_Manager::Pending::Loop);
     EXPECT_EQ(type("echo $i\nend"), "1\n2\n");
     EXPECT_EQ(script("run 'for i = 1 to 2'\necho $i\nend\n"), "run\n1\n2\n");
+    // Text of several lines takes none of a loop that runs.
+    for (const std::string command : { "run", "raw" })
+        EXPECT_EQ(type("for i = 1 to 2\n" + command + " 'set a = 1\\nset b = 2'\necho $i\nend"),
+                  command + "\n1\n" + command + "\n2\n");
     // Text of several lines does not go into the loop that is typed.
     type("for i = 1 to 2\necho $i");
     EXPECT_EQ(send("echo text\n"), "text\n");
