@@ -404,8 +404,8 @@ private:
     };
     /// A null stream means the current one.
     StreamSlots pushStreams(std::ostream *out, std::ostream *err);
-    /// Takes the streams of a run off, and those that a callback has pushed on top of them and left there: nobody
-    /// else would before they are gone.
+    /// Removes the streams of a run unless a callback has popped them already, and those that a callback has pushed on
+    /// top of them and left there: they may be destroyed before the next pop.
     void popStreams(StreamSlots slots);
 
     void setModeBit(unsigned bit, bool on) { modeBits = on ? modeBits | bit : modeBits & ~bit; }

@@ -19,10 +19,9 @@ int push(StreamStack &stack, std::ostream *stream) {
     return stack.entries() - 1;
 }
 
-/// Takes one stream off, and all that lie above the given place. The last stream stays, so that there is always one to
-/// write to.
-void pop(StreamStack &stack, int place) {
-    stack.resize(std::max(1, std::min(place, stack.entries() - 1)));
+/// Removes the streams from that index on. The last stream stays, so that there is always one to write to.
+void pop(StreamStack &stack, int index) {
+    stack.resize(std::max(1, std::min(index, stack.entries())));
 }
 
 std::ostream &replaceTop(StreamStack &stack, std::ostream &stream) {
@@ -52,7 +51,7 @@ void CMD_Manager::pushOutputStreams(std::ostream &out, std::ostream &err) {
 }
 
 void CMD_Manager::popOutputStreams() {
-    popStreams({ standardOutStack.entries(), standardErrStack.entries() });
+    popStreams({ standardOutStack.entries() - 1, standardErrStack.entries() - 1 });
 }
 
 std::ostream &CMD_Manager::setStandardOut(std::ostream &stream) {

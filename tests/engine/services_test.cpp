@@ -39,6 +39,13 @@ TEST_F(Services, Streams) {
     EXPECT_EQ(&manager.setStandardOut(transcript.out()), &std::cout);
     EXPECT_EQ(&manager.setStandardErr(transcript.err()), &std::cerr);
     EXPECT_EQ(type("echo c > f; echo d"), "d\n");
+    // What one callback pushes goes with its statement; a later one that pops takes nothing from the host.
+    manager.pushOutputStreams(transcript.out(), transcript.err());
+    install("push", [](CMD_Args &) { CMD_Manager::getContext()->pushOutputStreams(std::cout, std::cerr); });
+    install("pop", [](CMD_Args &) { CMD_Manager::getContext()->popOutputStreams(); });
+    EXPECT_EQ(type("push; pop; echo e"), "e\n");
+    manager.popOutputStreams();
+    EXPECT_EQ(&manager.setStandardOut(transcript.out()), &transcript.out());
 }
 
 TEST_F(Services, ModesAndContext) {
