@@ -3,20 +3,18 @@
 // business of CMD_ConnectedSocketCommandListener; the event loop serves it.
 #include <orvlang/engine/CMD_Manager.h>
 
-#include <ostream>
+#include <iostream>
 #include <vector>
 
 #include <unistd.h>
 
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_WaitScope.h>
-#include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_Number.h>
-#include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_Process.h>
 #include <orvlang/platform/kit/KIT_Wait.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
@@ -152,16 +150,13 @@ KIT_String applicationLine(const CMD_Args &args, int port) {
     return line;
 }
 
-/// Opens a free port beside the process id and gives its number, when that has waited for what it was told to wait for;
-/// -1 when there is none.
-int openFreePort(CMD_Manager &manager, CMD_Args &args) {
+/// Has `open` try port numbers, from the one beside the process id on. Returns the one that it opened; -1 for none.
+template <typename Open>
+int openFreePort(Open open) {
     constexpr int theAttempts = 100;
     const int first = KIT_NetSocket::mapToUnprivilegedPort(getpid() + 1);
     for (int port = first; port < first + theAttempts; ++port) {
-        Application application(applicationLine(args, port));
-        if (manager.openPort(port, args.found('s'), args.found('q'), args.found('w') || args.found('r'), args,
-                             application.argv(), nullptr, args.found('e'), true, nullptr, nullptr,
-                             !args.found('c'), false))
+        if (open(port))
             return port;
     }
     return -1;
@@ -177,7 +172,13 @@ void openAutoPort(CMD_Manager &manager, CMD_Args &args) {
     };
     if (autoPort != -1)
         return report("Port ", autoPort, " remains open.\n");
-    const int port = openFreePort(manager, args);
+    // Returns once the wait for the port, if one was asked for, is over.
+    const int port = openFreePort([&](int candidate) {
+        Application application(applicationLine(args, candidate));
+        return manager.openPort(candidate, args.found('s'), args.found('q'), args.found('w') || args.found('r'),
+                                args, application.argv(), nullptr, args.found('e'), true, nullptr, nullptr,
+                                !args.found('c'), false);
+    });
     if (port < 0) {
         if (!args.found('q'))
             args.err(1) << "Unable to find free port.\n";
@@ -247,9 +248,9 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
             waitForPort(serial, application, created, pollFlag);
         } else if (!silent) {
             messages() << "Nesting too deep\n";
+        }
         const bool isWatched = pid || (created && findOpen(serial));
         if (application >= 0 && !isWatched && KITisRunning(application, nullptr))
-        }
             theUnwatched.object.push_back(application);
     }
     return created;
@@ -309,17 +310,14 @@ void CMD_Manager::closeOwnPorts() {
 int CMD_Manager::getOrvLangPort() {
     if (!theManager)
         return -1;
-    KIT_OStrStream output, errors;
-    theManager->execute("openport -a", 0, &output, &errors, 1, true);
-    if (!errors.view().empty())
-        return -1;
-    // Of both reports the number is the second word.
-    KIT_WorkArgs words;
-    KIT_String(output.view()).tokenizeInPlace(words, " ");
-    const char *const number = words[1];
-    if (!number || !KITisDigit(*number) || KITatoi(number) == 0)
-        return -1;
-    return KITatoi(number);
+    // Not by the command: a line that is typed into the language may be taken for something else.
+    if (autoPort == -1 && !theManager->isInSafeMode())
+        autoPort = openFreePort([](int port) {
+            constexpr const char *theApplication = nullptr;
+            return theManager->openPort(port, false, true, false, std::cerr, theApplication, nullptr, false,
+                                        true, nullptr, nullptr, true, false);
+        });
+    return autoPort;
 }
 
 void CMD_Manager::cmd_openport(CMD_Args &args) {

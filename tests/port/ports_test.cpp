@@ -141,8 +141,10 @@ TEST_F(PortsTest, AutomaticPort) {
     manager.closeAutoPort();
     EXPECT_EQ(list(), "Open ports: None\n");
 
+    run("read answer");
     const int second = CMD_Manager::getOrvLangPort();
     EXPECT_GT(second, 0);
+    EXPECT_EQ(run("still waiting; echo"), "");   // nothing has answered it
     EXPECT_EQ(run("closeport " + text(second) + "; openport -aqe"), text(second) + "\n");
     EXPECT_EQ(ask(second, "nosuch"), "\n~~~~~\nUnknown command: nosuch\n\r");
 }
@@ -171,8 +173,6 @@ TEST_F(PortsTest, WaitEndsWhenThePortIsClosed) {
     EXPECT_EQ(list(), "Open ports: " + port + " \n");
 }
 
-TEST_F(PortsTest, InterruptEndsTheWaitAlone) {
-    const int port = findFreePort();
 TEST_F(PortsTest, WhatWaitsIsOutOfReach) {
     const std::string port = text(findFreePort());
     folder.write("s.cmd", "for k = 1 to 2\nif $k == 1\nopenport -w " + port +
@@ -197,6 +197,8 @@ TEST_F(PortsTest, WhatWaitsIsOutOfReach) {
     EXPECT_EQ(manager.getPendingInput(), CMD_Manager::Pending::Nothing);
 }
 
+TEST_F(PortsTest, InterruptEndsTheWaitAlone) {
+    const int port = findFreePort();
     std::thread client([&] {
         while (!PortClient::canConnect(port))
             std::this_thread::yield();
