@@ -9,7 +9,8 @@
 
 CMD_Args::~CMD_Args() = default;
 
-void CMD_Args::init(std::ostream *out, std::ostream *err, const CMD_Source &source) {
+void CMD_Args::init(CMD_Manager &theManager, const CMD_Source &source, std::ostream *out, std::ostream *err) {
+    manager = &theManager;
     outStream = out ? out : &std::cout;
     errStream = err ? err : &std::cerr;
     sourceName = source.getFilename();
@@ -33,8 +34,7 @@ void CMD_Args::showUsage() {
         return;
     }
     err(1) << command->getName() << ":  Invalid usage\n";
-    if (const CMD_Manager *manager = CMD_Manager::getContext())
-        manager->commandHelp(err(1), command->getName());
+    manager->commandHelp(err(1), command->getName());
 }
 
 KIT_String CMD_Args::commandName() const {
@@ -46,6 +46,9 @@ void CMD_Args::callBaseClassCommand() {
         return;
     CMD_Command *const overriding = command;
     command = overriding->getChainCommand();
+    // The callback can have run something on another manager.
+    if (CMD_Manager::getContext() != manager)
+        manager->setContext();
     command->getCallback()(*this);
     command = overriding;
 }

@@ -8,6 +8,7 @@
 #include <orvlang/platform/kit/KIT_String.h>
 
 class CMD_Command;
+class CMD_Manager;
 class CMD_Source;
 
 /// The argument of a command's callback: the words without the options, the streams to use, and the position of the
@@ -32,14 +33,16 @@ public:
     void showUsage();
     /// The full name of the command that runs now.
     KIT_String commandName() const;
-    /// Runs the command that this one overrides, with this same object. Does nothing without one.
+    /// Runs the command that this one overrides, with this same object, on the manager that runs the statement. Does
+    /// nothing without one. Only the callback may call it, not code that keeps a copy.
     void callBaseClassCommand();
 
 private:
     friend class CMD_Manager;
 
-    void init(std::ostream *out, std::ostream *err, const CMD_Source &source);
+    void init(CMD_Manager &manager, const CMD_Source &source, std::ostream *out, std::ostream *err);
 
+    CMD_Manager *manager = nullptr;   // borrowed; the one that runs the statement
     std::ostream *outStream = nullptr;
     std::ostream *errStream = nullptr;
     KIT_String sourceName;

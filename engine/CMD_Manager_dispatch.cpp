@@ -267,7 +267,7 @@ CMD_Command *CMD_Manager::resolveCommand(CMD_StatementFrame &frame) {
 void CMD_Manager::callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
                               bool hasOptions, StatementStreams &streams) {
     CMD_Args &args = frame.args;
-    args.init(standardOutStack.last(), standardErrStack.last(), source);
+    args.init(*this, source, standardOutStack.last(), standardErrStack.last());
     args.command = &command;
     // The words of a condition are not options, whatever they begin with.
     if (hasOptions)

@@ -20,6 +20,13 @@ void tellSecond(CMD_Args &args) {
     args.callBaseClassCommand();
     args.out() << args.commandName() << ") ";
 }
+void tellManager(CMD_Args &args) {
+    args.out() << (CMD_Manager::getContext()->isCommandDefined("over") ? "own " : "foreign ");
+}
+void tellElsewhere(CMD_Args &args) {
+    CMD_Manager("elsewhere").sendInput(";", true);
+    args.callBaseClassCommand();
+}
 void tellThird(CMD_Args &args) {
     args.callBaseClassCommand();
     args.callBaseClassCommand();
@@ -100,6 +107,9 @@ TEST_F(Registry, OverridesCallWhatTheyOverride) {
     install("over", tellThird, "q");
     EXPECT_EQ(find(manager, "ov"), "second(first over) second(first over) third ");
     EXPECT_STREQ(manager.getOptions("ov"), "q");
+    install("where", tellManager);
+    install("where", tellElsewhere);
+    EXPECT_EQ(find(manager, "where"), "own ");
 }
 
 TEST_F(Registry, ManagersOfOneNameOneAfterTheOther) {
