@@ -84,7 +84,7 @@ public:
     int isCommandDefined(const char *name);
     /// The option string of the command that a word stands for, abbreviated or not; null when none can run.
     const char *getOptions(const char *name);
-    /// Appends the commands that plug-in libraries installed, in the order of the command list.
+    /// Appends the commands that plug-in libraries installed, sorted by name.
     void getDSOCommands(KIT_PtrArray<CMD_Command *> &list);
 
     // Help.

@@ -85,6 +85,7 @@ const char *CMD_Manager::getOptions(const char *commandName) {
 }
 
 void CMD_Manager::getDSOCommands(KIT_PtrArray<CMD_Command *> &list) {
+    commandList->sort();
     for (CMD_Command *command : *commandList) {
         if (command->getDSOLocation())
             list.append(command);
