@@ -286,8 +286,8 @@ public:
 
     // Loops and conditions.
 
-    /// 1 when the line's first word names `for`, `foreach` or `while`, abbreviated or not.
-    int isLoopCommand(const char *line) { return isLoopLine(line) ? 1 : 0; }
+    /// 1 when the line's first word names `for`, `foreach` or `while`, abbreviated or not; 0 for null.
+    int isLoopCommand(const char *line) { return line && isLoopLine(line) ? 1 : 0; }
     /// A loop that has yet to collect its lines; null when there is no word. The caller owns it.
     CMD_Loop *buildLoop(const char *line);
     int getBreakLevel() const { return breakLevel; }

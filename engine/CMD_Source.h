@@ -22,7 +22,7 @@ class KIT_WorkBuffer;
 /// Sources form a stack on the manager; the top one is the current one. A source stores what must survive from one
 /// statement to the next: its local variables, its `if` blocks, a loop being collected or run, and the rest of a line
 /// after a `;`. A popped source stays alive until its last statement has ended.
-class CMD_API CMD_Source {
+class CMD_API CMD_Source : public std::enable_shared_from_this<CMD_Source> {
 public:
     /// Makes a source without input of its own. The name is copied. With the name "stdin", or without one (null), error
     /// messages have no position.

@@ -40,7 +40,7 @@ private:
 };
 
 CMD_Loop::CMD_Loop(CMD_Manager *theManager, CMD_LoopInfo *theInfo, const char *line)
-    : source(theManager->getSource()), info(theInfo), manager(theManager),
+    : source(theManager->getSource()->weak_from_this()), info(theInfo), manager(theManager),
       arguments(CMD_LoopHead::normalize(line)) {
     manager->bumpLoopNestLevel(1);
     setupForStart();
@@ -148,7 +148,7 @@ CMD_LoopLine *CMD_Loop::nextLine() {
     const BusyScope scope(*this);
     while (!KITgetInterrupt()->opInterrupt(-1)) {
         if (active->baseIfNest < 0)
-            active->baseIfNest = source->getIfNestLevel();
+            active->baseIfNest = source.lock()->getIfNestLevel();
         CMD_LoopLine *line = active->takeLine();
         if (isCancelled())
             return nullptr;
@@ -191,8 +191,10 @@ CMD_LoopLine *CMD_Loop::takeLine() {
 bool CMD_Loop::beginPass() {
     info->currentLine = 0;
     const int goesOn = info->evaluateCondition(manager);
+    if (!goesOn || isCancelled())
+        return false;
     // Skipped code around the loop, or an `if` that the pass before has left open.
-    if (!goesOn || isCancelled() || !source->doIfStatements())
+    if (!source.lock()->doIfStatements())
         return false;
     if (info->iterationCount < INT_MAX)
         ++info->iterationCount;
@@ -221,8 +223,8 @@ void CMD_Loop::leave() {
 }
 
 void CMD_Loop::restoreIfNest() {
-    if (baseIfNest >= 0)
-        source->setIfNestLevel(baseIfNest);
+    if (const auto owner = source.lock(); owner && baseIfNest >= 0)
+        owner->setIfNestLevel(baseIfNest);
 }
 
 int CMD_Loop::getLineNumber() const {

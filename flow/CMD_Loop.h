@@ -22,8 +22,8 @@ class KIT_CshTemplate;
 /// loop, call nextLine of it. The owner must keep the object until they return.
 class CMD_API CMD_Loop {
 public:
-    /// Takes ownership of `info`. The loop belongs to the current source of the manager; both must outlive it, or
-    /// it must be cancelled before their end.
+    /// Takes ownership of `info`. The loop belongs to the current source of the manager and returns no line once that
+    /// has ended. The manager must outlive the loop, or the loop must be cancelled before its end.
     CMD_Loop(CMD_Manager *manager, CMD_LoopInfo *info, const char *line);
     ~CMD_Loop();
     CMD_Loop(const CMD_Loop &) = delete;
@@ -67,11 +67,11 @@ private:
     void leave();
     void restoreIfNest();
     int ownLineNumber() const;
-    bool isCancelled() const { return root->cancelled; }
+    bool isCancelled() const { return root->cancelled || root->source.expired(); }
     void moveInnerLoops(std::vector<std::unique_ptr<CMD_Loop>> &loops);
 
     std::vector<std::unique_ptr<CMD_LoopLine>> lines;
-    CMD_Source *source;   // borrowed
+    std::weak_ptr<CMD_Source> source;   // a host may drive the loop while one of its lines ends the source
     std::unique_ptr<CMD_LoopInfo> info;
     CMD_Manager *manager;              // borrowed
     CMD_Loop *outsideLoop = nullptr;   // borrowed; one of the lines owns it

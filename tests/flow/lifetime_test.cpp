@@ -3,6 +3,9 @@
 // the address sanitizer.
 #include "EngineFixture.h"
 
+#include <memory>
+
+#include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/fml/FML_Function.h>
 #include <orvlang/platform/fml/FML_Symbol.h>
@@ -115,6 +118,18 @@ TEST_F(Lifetime, AnEndedSourceGivesNoFurtherLine) {
     EXPECT_EQ(script("alias set 'exit #'\nfor i = 1 to 3\necho pass\nend\necho behind\n",
                      "; echo next; alias -u set"),
               "{s.cmd (1): Warning:  alias for 'set' overrides internal command\n}next\n");
+}
+
+TEST_F(Lifetime, AHostsLoopEndsWithItsSource) {
+    folder.write("s.cmd", "echo\n");
+    manager.pushSource("s.cmd", 0);
+    const std::unique_ptr<CMD_Loop> loop(manager.buildLoop("while 1"));
+    ASSERT_TRUE(loop->parseArguments(1));
+    for (const char *line : { "echo pass", "exit", "echo never", "end" })
+        loop->sendInput(line, 1);
+    while (const char *line = loop->getNextLine())
+        manager.sendInput(line, false);
+    EXPECT_EQ(transcript.take(), "pass\n");
 }
 
 TEST_F(Lifetime, ATestThatRunsTextLeavesTheLoopAlone) {

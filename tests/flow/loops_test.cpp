@@ -33,6 +33,7 @@ TEST_F(Loops, ValuesOfFor) {
         { "for i=1 to 3 step 2", "1 3 " },
         { "for i = 0 to 1 step 0.25", "0 0.25 0.5 0.75 1 " },
         { "for i = 0 to 1 step 0.3", "0 0.3 0.6 0.9 " },
+        { "for i = 0.6 to 0.9 step 0.1", "0.6 0.7 0.8 0.9 " },
         { "for i = 1 to 3 step -1", "" },
         { "for i = 2 to 2", "2 " },
         { "for i = 1 to 3 by 2 step 2", "1 2 3 " },
@@ -60,6 +61,7 @@ TEST_F(Loops, TheLevelCountsLoopsAlive) {
 }
 
 TEST_F(Loops, BuildLoopRefusesWhatIsNoLoop) {
+    EXPECT_FALSE(manager.isLoopCommand(nullptr));
     EXPECT_EQ(manager.buildLoop(""), nullptr);
     EXPECT_EQ(manager.buildLoop("  do it"), nullptr);
     EXPECT_EQ(transcript.take(), "{do not implemented currently.\n}");
