@@ -309,6 +309,7 @@ protected:
 
 private:
     friend class CMD_Args;
+    friend class CMD_Loop;
 
     enum StateBits : unsigned { stateVerbose = 2, stateIORedirection = 4 };
     enum ModeBits : unsigned {
@@ -388,6 +389,7 @@ private:
     bool isNested() const;
     bool isNestingOver() const;
     bool refusesRun();
+    void reportOutOfMemory();
     void dropPendingInput();
     void closeChannelBlocks(int kept);
     void setReadVariables(std::string_view line);

@@ -8,7 +8,9 @@
 #include <orvlang/engine/CMD_Manager.h>
 
 #include <cstring>
+#include <new>
 #include <optional>
+#include <ostream>
 #include <utility>
 
 #include <orvlang/engine/CMD_Source.h>
@@ -312,8 +314,19 @@ void CMD_Manager::processInput(const SourceRef &source, const CMD_Line &line) {
     if (sourceStack.size() > 1 || source->loop)
         setModeBit(modeCaptureHistory, false);
     const CMD_Source::StatementScope running(*source);
-    internalExecute(line);
+    try {
+        internalExecute(line);
+    } catch (const std::bad_alloc &) {
+        reportOutOfMemory();
+    }
     if (postCmdCallback)
         postCmdCallback(postCmdCallbackData);
     setModeBit(modeCaptureHistory, captured);
+}
+
+void CMD_Manager::reportOutOfMemory() {
+    getError(1) << "Out of memory" << std::endl;
+    reportLateErrors();
+    statusCode = 1;
+    updateStatusVariable();
 }

@@ -7,6 +7,7 @@
 #include <orvlang/flow/CMD_Loop.h>
 
 #include <climits>
+#include <new>
 #include <ostream>
 #include <string_view>
 #include <utility>
@@ -146,6 +147,16 @@ CMD_LoopLine *CMD_Loop::nextLine() {
     if (busy || isCancelled())
         return nullptr;
     const BusyScope scope(*this);
+    try {
+        return advance();
+    } catch (const std::bad_alloc &) {
+        manager->reportOutOfMemory();
+        restoreIfNest();
+        return nullptr;
+    }
+}
+
+CMD_LoopLine *CMD_Loop::advance() {
     while (!KITgetInterrupt()->opInterrupt(-1)) {
         if (active->baseIfNest < 0)
             active->baseIfNest = source.lock()->getIfNestLevel();

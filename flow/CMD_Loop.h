@@ -61,6 +61,7 @@ private:
 
     void adopt(CMD_Loop &inner);
     bool collect(std::string_view line, int lineNumber);
+    CMD_LoopLine *advance();
     CMD_LoopLine *takeLine();
     bool beginPass();
     void enter(CMD_Loop &inner);

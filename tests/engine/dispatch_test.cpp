@@ -43,6 +43,7 @@ protected:
         install("give", give);
         install("options", options, "ab:");
         install("both", both);
+        install("exhaust", [](CMD_Args &) { throw std::bad_alloc(); });
         install("risky", both, "", false);
         std::filesystem::create_directory("dir");
     }
@@ -69,6 +70,8 @@ TEST_F(Dispatch, MessagesAndStatus) {
         { "options -x `1/0`", "{@Invalid option for command\n@Expression error: Division by zero\n}", 1 },
         { "options -ab c d -a", "a c [options] [d] [-a]\n", 0 },
         { "opti '-b' \"x y\" '' z", "x y [opti] [] [z]\n", 0 },
+        { "exhaust > f; echo $status", "{@Out of memory\n}1\n", 0 },
+        { "echo a; exhaust", "a\n{@Out of memory\n}", 1 },
         { "give 5; # nothing runs", "", 5 },
         { "give 5;", "", 5 },
         { "give 5;;", "", 1 },

@@ -132,6 +132,16 @@ TEST_F(Lifetime, AHostsLoopEndsWithItsSource) {
     EXPECT_EQ(transcript.take(), "pass\n");
 }
 
+TEST_F(Lifetime, ATestThatFindsNoMemoryEndsItsLoop) {
+    struct Exhausted : CMD_Manager {
+        using CMD_Manager::CMD_Manager;
+        bool getVariableString(const char *, KIT_String &, int &, int) override { throw std::bad_alloc(); }
+    } exhausted(name.c_str());
+    for (const char *line : { "while $a", "ech never", "end", "ech behind" })
+        exhausted.execute(line, 0, &transcript.out(), &transcript.err(), 1, true);
+    EXPECT_EQ(transcript.take(), "{Out of memory\n}behind\n");
+}
+
 TEST_F(Lifetime, ATestThatRunsTextLeavesTheLoopAlone) {
     // The text of several lines becomes a source of its own, which ends inside the test.
     const std::string loop = "foreach x ( 'a\\necho b' c )\necho \"<$x>\"\nend\n";
