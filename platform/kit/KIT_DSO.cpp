@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <map>
 #include <string>
 #include <vector>
@@ -40,11 +41,15 @@ std::vector<std::string> findLibraries() {
     return paths;
 }
 
+void reportFailure(const char *failure, const char *path, const char *reason) {
+    std::fprintf(stderr, "%s %s: %s\n", failure, path, reason);
+}
+
 void *loadLibrary(const std::string &path) {
     void *const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) {
         const char *const reason = dlerror();
-        std::fprintf(stderr, "Can't load plug-in library %s: %s\n", path.c_str(), reason ? reason : "");
+        reportFailure("Can't load plug-in library", path.c_str(), reason ? reason : "");
     }
     return handle;
 }
@@ -55,7 +60,13 @@ void run(Function function, void *argument, const char *path) {
         ~RunningFile() { theRunningFile = before; }
     } const restored;
     theRunningFile = path;
-    function(argument);
+    try {
+        function(argument);
+    } catch (const std::exception &exception) {
+        reportFailure("Error in plug-in library", path, exception.what());
+    } catch (...) {
+        reportFailure("Error in plug-in library", path, "");
+    }
 }
 
 }   // namespace

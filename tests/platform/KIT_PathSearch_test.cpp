@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -145,5 +146,16 @@ TEST_F(DSO, RunsFromTheLastToTheFirst) {
     visitor = nestVisit;
     KIT_DSO::runReverse("visitPlugin", &visitor, 1);
     EXPECT_EQ(theVisits, "three.so two.so one.so ");
+    EXPECT_EQ(KIT_DSO::getRunningFile(), nullptr);
+
+    theVisits.clear();
+    visitor = [] {
+        noteVisit();
+        throw std::runtime_error("no more");
+    };
+    testing::internal::CaptureStderr();
+    KIT_DSO::runReverse("visitPlugin", &visitor, 1);
+    EXPECT_EQ(theVisits, "three.so two.so one.so ");
+    EXPECT_TRUE(testing::internal::GetCapturedStderr().ends_with("one.so: no more\n"));
     EXPECT_EQ(KIT_DSO::getRunningFile(), nullptr);
 }
