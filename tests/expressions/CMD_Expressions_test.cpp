@@ -152,6 +152,7 @@ TEST_F(CMD_Expressions, FrameRange) {
         { "frames -r 10 1 -i 0", "10 1 -1" },
         { "frames -r x 7y -i z", "0 7 1" },
         { "frames -r 1 0 -i 99999999999", "1 0 -2147483647" },
+        { "frames -r 0 1 -i -2147483648", "0 1 2147483647" },
     };
     const auto frames = [](CMD_Args &args) {
         int start = -1, end = -1, inc = -1;

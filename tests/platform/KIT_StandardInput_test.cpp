@@ -160,7 +160,9 @@ TEST_F(StandardInputTest, GivesPartsBytesAndConfirmedLines) {
     EXPECT_STREQ(part(), "e");
     EXPECT_TRUE(done);
     EXPECT_STREQ(part(), "tw");
-    send("dropped\nabc");
+    send("dropped");
+    EXPECT_STREQ(part(), "");
+    send("too\nabc");
     EXPECT_STREQ(part(), "");
     EXPECT_TRUE(done);
 
