@@ -12,11 +12,9 @@
 
 namespace {
 
+/// The text of a file, empty when there is none.
 std::string readFile(const std::filesystem::path &path) {
-    const std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return std::filesystem::exists(path) ? TemporaryFolder::readFile(path) : "";
 }
 
 // A block `orv` is a script that runs, and a block `cpp NAME.cpp` a host, which is built as NAME. The blocks `input`,

@@ -127,12 +127,8 @@ void runExample(const Lines &entry) {
         outcome.out = typeLines(blockAfter(entry, theTypedLines), folder);
     else
         outcome = runScript(blockAfter(entry, theScript), typed, folder);
-    const auto compare = [](const char *what, const Lines &wanted, const Lines &written) {
-        if (wanted != written)
-            ADD_FAILURE() << what << " (- expected, + written):\n" << lineDifference(wanted, written);
-    };
-    compare("output", comparable(dialogue + expected, isRough), comparable(outcome.out, isRough));
-    compare("errors", comparable(join(blockAfter(entry, theErrors)), false), comparable(outcome.err, false));
+    compareLines("output", comparable(dialogue + expected, isRough), comparable(outcome.out, isRough));
+    compareLines("errors", comparable(join(blockAfter(entry, theErrors)), false), comparable(outcome.err, false));
 }
 
 /// Returns the options that the text describes, in lines such as "    -x      what it does".

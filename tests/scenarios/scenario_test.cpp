@@ -160,9 +160,7 @@ Lines visibleLines(const std::string &text) {
 }
 
 void compare(const char *what, const Lines &expected, const std::string &actual) {
-    const Lines lines = visibleLines(actual);
-    if (lines != expected)
-        ADD_FAILURE() << what << " (- expected, + written):\n" << lineDifference(expected, lines);
+    compareLines(what, expected, visibleLines(actual));
 }
 
 class ScenarioTest : public testing::Test {

@@ -45,7 +45,5 @@ std::vector<Fence> fencesOf(const std::filesystem::path &document) {
 }
 
 void compareLines(const char *what, const std::string &expected, const std::string &actual) {
-    const std::vector<std::string> expectedLines = linesOf(expected), actualLines = linesOf(actual);
-    if (expectedLines != actualLines)
-        ADD_FAILURE() << what << " (- expected, + written):\n" << lineDifference(expectedLines, actualLines);
+    compareLines(what, linesOf(expected), linesOf(actual));
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Program.h"
 
-#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -15,6 +14,8 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -127,22 +128,13 @@ std::string TemporaryFolder::readFile(const std::string &path) {
     return text.str();
 }
 
-std::string lineDifference(const std::vector<std::string> &expected, const std::vector<std::string> &actual) {
-    // longest[i][j]: how many lines a common subsequence of what follows i and j has.
-    std::vector<std::vector<int>> longest(expected.size() + 1, std::vector<int>(actual.size() + 1));
-    for (size_t i = expected.size(); i-- > 0;)
-        for (size_t j = actual.size(); j-- > 0;)
-            longest[i][j] = expected[i] == actual[j] ? longest[i + 1][j + 1] + 1
-                                                     : std::max(longest[i + 1][j], longest[i][j + 1]);
-    std::string text;
-    size_t i = 0, j = 0;
-    while (i < expected.size() || j < actual.size()) {
-        if (i < expected.size() && j < actual.size() && expected[i] == actual[j])
-            text += "  " + actual[j++] + "\n", ++i;
-        else if (j == actual.size() || (i < expected.size() && longest[i + 1][j] >= longest[i][j + 1]))
-            text += "- " + expected[i++] + "\n";
-        else
-            text += "+ " + actual[j++] + "\n";
-    }
-    return text;
+void compareLines(const char *what, const std::vector<std::string> &expected,
+                  const std::vector<std::string> &actual) {
+    const auto join = [](const std::vector<std::string> &lines) {
+        std::string text;
+        for (const std::string &line : lines)
+            text += line + '\n';
+        return text;
+    };
+    EXPECT_EQ(join(expected), join(actual)) << what;
 }

@@ -45,5 +45,6 @@ private:
     std::string folder;
 };
 
-/// The lines of both texts, those that only `expected` has behind a `-`, those that only `actual` has behind a `+`.
-std::string lineDifference(const std::vector<std::string> &expected, const std::vector<std::string> &actual);
+/// Fails the test with the difference when the lines are not the same.
+void compareLines(const char *what, const std::vector<std::string> &expected,
+                  const std::vector<std::string> &actual);
