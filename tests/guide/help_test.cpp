@@ -128,7 +128,8 @@ void runExample(const Lines &entry) {
     else
         outcome = runScript(blockAfter(entry, theScript), typed, folder);
     compareLines("output", comparable(dialogue + expected, isRough), comparable(outcome.out, isRough));
-    compareLines("errors", comparable(join(blockAfter(entry, theErrors)), false), comparable(outcome.err, false));
+    compareLines("errors", comparable(join(blockAfter(entry, theErrors)), false),
+                 comparable(outcome.err, false));
 }
 
 /// Returns the options that the text describes, in lines such as "    -x      what it does".

@@ -18,6 +18,7 @@ public:
     std::deque<int> planned;
     int closeError = 0;
     int calls = 0;
+    int waits = 0;
     std::function<void()> onInterrupt;   // runs before a planned EINTR
 
     int open(const char *path, int flags, int mode) override {
@@ -43,6 +44,11 @@ public:
         const int result = OSL_System::close(descriptor);
         errno = closeError;
         return closeError ? -1 : result;
+    }
+
+    int waitReadable(int descriptor, int milliseconds) override {
+        ++waits;
+        return OSL_System::waitReadable(descriptor, milliseconds);
     }
 
 private:

@@ -103,8 +103,9 @@ TEST_F(StandardInputTest, GoesOnBehindAnEnd) {
     EXPECT_EQ(line(), "part");
     EXPECT_EQ(line(), "(end)") << "of the same Ctrl-D";
     send("more\n");
-    system.planned = { -EAGAIN };   // what another process has set not to wait is waited for
+    system.planned = { -EAGAIN };   // another process has set it not to wait
     EXPECT_EQ(line(), "more");
+    EXPECT_EQ(system.waits, 1);
     EXPECT_FALSE(input.isAtEnd());
     system.planned = { -EIO };
     EXPECT_EQ(line(), "(end)");

@@ -22,6 +22,7 @@ TEST_F(Commands, Table) {
         { "set x == 1; echo $x; set a-b; set -u a-b", "1\na-b\tundefined \n" },
         { "set TIME = 3; set '' = 4", "{Invalid variable name (TIME)\n}" },
         { "set y = a > f; set y; set y = '>' b; set -s y", "y\t= a\ny\t= > b\n" },
+        { "set -p up = 1; set up", "up\t= 1\n" },
         { "set -gx = 1", "{Invalid option for command\n}" },
         { "setenv g = 1; setenv -l l = 2; set -g h = 3; set -l i = 4; set g l h i",
           "g\t= 1\nl\t= 2\nh\t= 3\ni\t= 4\n" },
