@@ -119,7 +119,9 @@ struct Pipe {
         char byte;
         EXPECT_EQ(read(ends[0], &byte, 1), 1);
     }
-    std::string tell() const { return "__import__('os').write(" + std::to_string(ends[1]) + ", b'x')"; }
+    std::string tell(const std::string &bytes = "b'x'") const {
+        return "__import__('os').write(" + std::to_string(ends[1]) + ", " + bytes + ")";
+    }
 
     int ends[2];
 };
@@ -170,15 +172,23 @@ TEST(Python, InterruptsEndWhatRunsAndNothingLater) {
     action.sa_handler = [](int) { KITgetInterrupt()->interrupt(); };
     sigaction(SIGUSR1, &action, &before);
     const pthread_t here = pthread_self();
-    for (const char *code : { "while True: pass", "import time; time.sleep(1000)" }) {
+    const struct {
+        std::string code;
+        bool bySignal;
+    } theCases[] = {
+        { pipe.tell() + "\nwhile True: pass", true },
+        { pipe.tell() + "\nimport time; time.sleep(1000)", true },
+        { pipe.tell("bytes(1000000)") + "\nwhile True: pass", false },   // blocked once the first byte is there
+    };
+    for (const auto &[code, bySignal] : theCases) {
         std::atomic<bool> isOver = false;
         std::thread person([&] {
             pipe.wait();
             // More than once: the first may come in the moment before the system call that it should end.
             for (; !isOver; std::this_thread::yield())
-                pthread_kill(here, SIGUSR1);
+                bySignal ? void(pthread_kill(here, SIGUSR1)) : KITgetInterrupt()->interrupt();
         });
-        EXPECT_EQ(run(pipe.tell() + "\n" + code), "KeyboardInterrupt") << code;
+        EXPECT_EQ(run(code), "KeyboardInterrupt") << code;
         isOver = true;
         person.join();
         KITgetInterrupt()->interrupt();

@@ -6,6 +6,8 @@
 #include <csignal>
 #include <cstring>
 
+#include <unistd.h>
+
 #include "SNK_PythonModule.h"
 #include "SNK_PythonTexts.h"
 #include "SNK_PythonValue.h"
@@ -18,6 +20,11 @@ PyObject *theMain = nullptr;   // the one of `__main__`; both stay for good, wha
 
 bool isOurs = false;   // else the program had started the interpreter before
 bool isGone = false;   // the program has ended it
+
+/// The thread that has started the interpreter, the only one in which Python raises KeyboardInterrupt; 0 while it is
+/// not known.
+pid_t theThread = 0;
+std::atomic<bool> isPassedOn{ false };   // an interrupt, to theThread
 
 std::atomic<int> theCalls{ 0 };            // under way in all threads
 constinit thread_local int theDepth = 0;   // those of this thread
@@ -128,8 +135,32 @@ bool prepare() {
     return isOurs ? prepareInterrupt() && SNK_Interpreter::support("take_input") : addModule();
 }
 
+/// Has theThread interrupt itself when the caller is another thread. From elsewhere Python's flag does not reach code
+/// that makes no calls, nor does it end a system call. SIGURG does no harm whenever it comes, since the system ignores it;
+/// where the program uses it, nothing is done.
+void passInterruptOn() {
+    constexpr auto interrupt = [](int) {
+        if (isPassedOn.exchange(false))
+            SNK_Interpreter::interrupt();
+    };
+    if (theThread == 0 || theThread == gettid())
+        return;
+    struct sigaction action;
+    sigaction(SIGURG, nullptr, &action);
+    if (action.sa_handler == SIG_DFL) {
+        action = {};
+        action.sa_handler = interrupt;
+        sigaction(SIGURG, &action, nullptr);
+    } else if (action.sa_handler != interrupt) {
+        return;
+    }
+    isPassedOn = true;
+    tgkill(getpid(), theThread, SIGURG);   // does nothing when the thread has ended
+}
+
 /// Handles the signals that are due now. Those that came for an earlier call, too late for it, concern nobody.
 void dropOldSignals() {
+    isPassedOn = false;
     if (PyErr_CheckSignals() == 0)
         return;
     if (PyErr_ExceptionMatches(PyExc_KeyboardInterrupt))
@@ -149,6 +180,7 @@ bool SNK_Interpreter::start(const SNK_ComponentHost &host, std::string &reason) 
     }
     isOurs = !Py_IsInitialized();
     if (isOurs) {
+        theThread = gettid();
         PyImport_AppendInittab("orvlang", makeModule);
         const PyStatus status = initialize();
         if (PyStatus_Exception(status)) {
@@ -206,8 +238,10 @@ bool SNK_Interpreter::isDeep() {
 
 void SNK_Interpreter::interrupt() {
     const int before = errno;
-    if (theCalls.load() > 0)
+    if (theCalls.load() > 0) {
         PyErr_SetInterruptEx(SIGINT);
+        passInterruptOn();
+    }
     errno = before;
 }
 

@@ -32,7 +32,7 @@ public:
     static bool isInsideCall();
     /// Whether the calling thread has used up most of the depth that Python allows. Needs no lock.
     static bool isDeep();
-    /// Raises KeyboardInterrupt in the innermost call that runs. May be called from a signal handler.
+    /// Raises KeyboardInterrupt in the innermost call that runs. May be called from a signal handler and by any thread.
     static void interrupt();
 
     /// One call of the library into Python, with the interpreter lock.
