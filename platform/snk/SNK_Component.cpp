@@ -3,8 +3,11 @@
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <vector>
+
+#include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_Component.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
@@ -76,6 +79,16 @@ struct Component {
         KITgetInterrupt()->setListener(table->interrupt);
         KIT_Exit::addExitCallback([](void *data) { static_cast<const SNK_ComponentTable *>(data)->finish(); },
                                   const_cast<SNK_ComponentTable *>(table));
+        // A host may return from main instead. A process that it has forked off has no business with the files here, and
+        // may never get the interpreter lock.
+        static const SNK_ComponentTable *theTable;
+        static pid_t theProcess;
+        theTable = table;
+        theProcess = getpid();
+        std::atexit([] {
+            if (getpid() == theProcess)
+                theTable->finish();
+        });
     }
 
     std::string failure;               // before what fills it in

@@ -49,6 +49,16 @@ std::string run(const std::string &code) {
 
 constexpr const char *done = "kind 0";
 
+TEST(PythonDeathTest, EndsInOrderWithAHostThatReturnsFromMain) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            run("import atexit, sys; atexit.register(lambda: print('at exit', file=sys.stderr))");
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "at exit");
+}
+
 TEST(Python, LeavesTheProcessAsItIs) {
     setenv("LC_ALL", "C.UTF-8", 1);
     struct sigaction before[NSIG] = {}, after = {};
