@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Timed jobs under a clock and a loop of the test's own: what is listed, when jobs run, and what they may do to the list
 // of jobs and to the loop.
+#include "Cases.h"
 #include "EngineFixture.h"
 
 #include <algorithm>
@@ -162,54 +163,21 @@ TEST_F(Jobs, WaitForAManager) {
     EXPECT_EQ(pass(0), "a ");
 }
 
-TEST_F(Jobs, MayChangeTheJobs) {
+TEST_F(Jobs, MayChangeTheJobsAndPollTheLoop) {
     folder.write("adds.cmd", "note script\nfor i = 1 to 3\natjob 1 note new $i\nend\n");
-    static const struct {
-        const char *job, *notes, *later;   // what runs in the turn, and what two seconds after it
-    } theCases[] = {
-        { "atjob -p 1 'note x; atjob -r all; note y'", "x y ", "" },
-        { "atjob 1 note older; atjob -p 1 'note x; atjob -r all; note y'", "x y ", "" },
-        { "atjob 1 'note x; atjob -r all; atjob 1 note y'", "x ", "y " },
-        { "atjob -p 1 'note x; atjob 1 note y'", "x ", "y x " },
-        { "atjob 1 source adds.cmd", "script ", "new new new " },
-    };
-    for (const auto &c : theCases) {
+    for (const auto &row : casesOf(ORVLANG_CASES "/jobs.cases")) {
+        add(row[0]);
+        EXPECT_EQ(pass(2), row[1]) << row[0];
+        EXPECT_EQ(pass(2), row[2]) << row[0];
         type("atjob -r all");
-        add(c.job);
-        EXPECT_EQ(pass(2), c.notes) << c.job;
-        EXPECT_EQ(pass(2), c.later) << c.job;
+        pass(0);
     }
-    type("atjob -r all");
-    pass(0);
     // One that removes itself by its number, beside an older one and a newer one that go on.
     const int id = add("atjob 9 note a");
     add("atjob -p 1 'note b; atjob -r " + std::to_string(id + 1) + " " + std::to_string(id) + "; atjob -r " +
         std::to_string(id + 1) + "; note c'; atjob 1 note d");
     EXPECT_EQ(pass(2), "d b c ");
     EXPECT_EQ(type("atjob -l"), "No pending jobs\n");
-}
-
-TEST_F(Jobs, MayPollTheLoop) {
-    static const struct {
-        const char *job, *notes, *later;
-    } theCases[] = {
-        // The waiting job does not run inside itself; the others go on meanwhile.
-        { "atjob -p 1 'note in; wait 2; note out'", "in out ", "in out " },
-        { "atjob -p 1 note o; atjob 1 'note in; wait 2; wait 2; note out'", "in o o out ", "o " },
-        { "atjob 1 'note IN; wait 2; note OUT'; atjob 1 'note in; wait 2; note out'", "in IN OUT out ", "" },
-        { "atjob -p 1 'note IN; wait 2; note OUT'; atjob 1 'note in; wait 2; note out'", "in IN OUT out ",
-          "IN OUT " },
-        // What is removed while it waits does not come back, also when the list is empty by then.
-        { "atjob 1 'note x; atjob -r all'; atjob -p 1 'note in; wait 2; note out'", "in x out ", "" },
-        { "atjob -p 1 'note in; atjob -r all; wait 2; note out'", "in out ", "" },
-        { "atjob 1 'note in; atjob -r all; atjob 1 note y; wait 2; note out'", "in y out ", "" },
-    };
-    for (const auto &c : theCases) {
-        add(c.job);
-        EXPECT_EQ(pass(2), c.notes) << c.job;
-        EXPECT_EQ(pass(2), c.later) << c.job;
-        type("atjob -r all");
-    }
 }
 
 }   // namespace

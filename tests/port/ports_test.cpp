@@ -9,6 +9,7 @@
 #include <alloca.h>
 #include <sys/wait.h>
 
+#include "Cases.h"
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
@@ -54,30 +55,8 @@ protected:
 };
 
 TEST_F(PortsTest, WrongCalls) {
-    static const struct {
-        const char *text, *result;
-    } theCases[] = {
-        { "openport", "Open ports: None\n" },
-        { "closeport", "Open ports: None\n" },
-        { "openport -q -e", "Open ports: None\n" },
-        { "openport 1 2", "{Too many arguments.\n}" },
-        { "openport -a 1 2", "{Too many arguments.\n}" },
-        { "closeport 1 2", "{Too many arguments.\n}" },
-        { "openport 0", "{Invalid port number 0\n}" },
-        { "openport abc", "{Invalid port number 0\n}" },
-        { "openport -5", "{Invalid port number -5\n}" },
-        { "openport ''", "{Invalid port number 0\n}" },
-        { "openport -z 6000", "{Invalid option for command\n}" },
-        { "openport -i", "{Invalid option for command\n}" },
-        { "openport -q -r nosuchprogram 0", "{Invalid port number 0\n}" },
-        { "closeport 6000", "" },
-        { "closeport abc", "" },
-        { "closeport -1", "" },
-        { "openport -a -r nosuchprogram", "{Unable to find free port.\n}" },
-        { "openport -a -q -r nosuchprogram", "" },
-    };
-    for (const auto &c : theCases)
-        EXPECT_EQ(run(c.text), c.result) << c.text;
+    for (const auto &row : casesOf(ORVLANG_CASES "/wrong_calls.cases"))
+        EXPECT_EQ(run(row[0]), row[1]) << row[0];
     EXPECT_EQ(list(), "Open ports: None\n");
     folder.write("s.cmd", "\nopenport 0\n");
     EXPECT_EQ(run("source s.cmd"), "{s.cmd (2): Invalid port number 0\n}");

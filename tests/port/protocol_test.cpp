@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "Cases.h"
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_UndoManager.h>
 #include <orvlang/port/CMD_ServerSocketCommandListener.h>
@@ -75,29 +76,11 @@ protected:
     }
 };
 
-TEST_F(ProtocolTest, CommandText) {
-    expect(open(), {
-                       { "echo x", "x\n" },
-                       { "echo x\n", "x\n" },
-                       { "echo x\r\n", "x\n" },
-                       { "echo a; echo b\necho c\n\n", "a\nb\nc\n" },
-                       { "\n", "" },
-                       { " ", "" },
-                       { "mix", "one\ntwo\nthree\n" },
-                       { "nosuch\necho never\n", "Unknown command: nosuch\n\r" },
-                       { "echo a\0echo b"s, "a\n" },
-                       { "\0echo b"s, "" },
-                       { "withnul; echo behind", "a" },
-                       { "\x04\n", "Unknown command: \x04\n\r" },
-                       { "\x04\x04", "Unknown command: \x04\x04\n\r" },
-                       { "\x04\0"s, "Unknown command: \x04\n\r" },
-                       { "echo !!", "!!\n" },
-                       { "alias say echo aliased", "" },
-                       { "say it", "aliased it\n" },
-                       { "<?XML version=\"1.0\"?><orvlang>echo x</orvlang>", "Missing name for redirect\n" },
-                       { "set x = 5; echo $x", "5\n" },
-                       { "echo $x", "5\n" },
-                   });
+TEST_F(ProtocolTest, CommandTextAndXML) {
+    std::vector<Exchange> exchanges;
+    for (const auto &row : casesOf(ORVLANG_CASES "/exchanges.cases"))
+        exchanges.push_back({ row[0], row[1] });
+    expect(open(), exchanges);
 }
 
 TEST_F(ProtocolTest, WhatIsNoHTTPRequestOfThePortIsCommandText) {
@@ -133,43 +116,6 @@ TEST_F(ProtocolTest, CloseByteEndsTheConnectionWithoutAReply) {
     PortClient client(port), other(port);
     EXPECT_EQ(ask(client, "\x04"), "(ended)");
     EXPECT_EQ(ask(other, "echo x"), "x\n");
-}
-
-TEST_F(ProtocolTest, XML) {
-    const std::string empty = parseError("You cannot send an empty piece of code");
-    const std::string unknown = parseError("Unrecognized XML");
-    expect(
-        open(),
-        {
-            { xml("<orvlang>echo x</orvlang>"), "x\n" },
-            { xml("<orvlang>echo a\necho b\n</orvlang>"), "a\nb\n" },
-            { xml("\n<!DOCTYPE o [<!ENTITY word \"inner\">]>\n<orvlang>echo &word; &lt;&#65;</orvlang>\n"),
-              "Application doesn't support input redirection\n" },
-            { xml("<!DOCTYPE o [<!ENTITY word \"inner\">]><orvlang>echo &word; '&lt;&#65;'</orvlang>"),
-              "inner <A\n" },
-            { xml("<orvlang a='1'>echo <![CDATA['<b>' ]]><!--one--><?two three?><b>left out</b> "
-                  "four</orvlang>"),
-              "<b> onethree four\n" },
-            { xml("<orvlang></orvlang>"), empty },
-            { xml("<orvlang/>"), empty },
-            { xml("<orvlang> </orvlang>"), "" },
-            { xml("<python_statements><b>import os</b></python_statements>"), empty },
-            { xml("<foo>echo x</foo>"), unknown },
-            { xml("<foo/>"), unknown },
-            { xml("<Orvlang>echo x</Orvlang>"), unknown },
-            { xml("<orvlang>throwing</orvlang>"), parseError("thrown <here>") },
-            { xml("<!DOCTYPE o [<!ENTITY % a 'a'>]><orvlang>echo x</orvlang>"),
-              parseError("Parameter entities are not read") },
-            { xml("<orvlang>echo x</orvlang>") + "\0<"s, "x\n" },
-            { xml("<python_expression>6 * 7</python_expression>"), "42" },
-            { xml("<python_expression>[1, 'a']</python_expression>"), "[1, 'a']" },
-            { xml("<python_expression>None</python_expression>"), "None" },
-            { xml("<python_statements>kept = 5</python_statements>"), "" },
-            { xml("<python_expression>kept</python_expression>"), "5" },
-            { xml("<python_expression>__import__('sys').exit(3)</python_expression>"), "" },
-            { xml("<python_statements>raise KeyError('k')</python_statements>"),
-              "Traceback (most recent call last):\n  File \"<string>\", line 1, in <module>\nKeyError: 'k'\n" },
-        });
 }
 
 TEST_F(ProtocolTest, XMLThatCannotBeRead) {

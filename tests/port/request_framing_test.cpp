@@ -24,7 +24,7 @@ struct Piece {
 std::vector<Piece> piecesOf(std::string text) {
     static const std::regex special(R"(\\r|\\n|\{(\d+)\})"), separator(" \\| ");
     for (std::smatch match; std::regex_search(text, match, special);) {
-        const std::string bytes = match[1].matched          ? std::string(std::stoul(match[1]), 'x')
+        const std::string bytes = match[1].matched            ? std::string(std::stoul(match[1]), 'x')
                                   : match.str().back() == 'r' ? "\r"
                                                               : "\n";
         text.replace(static_cast<size_t>(match.position()), static_cast<size_t>(match.length()), bytes);
@@ -123,7 +123,9 @@ TEST(VIO_HttpHead, TellsWhereARequestComesFrom) {
         const char *const option = row.size() > 2 ? row[2].c_str() : "";
         const VIO_HttpHead head = VIO_HttpHead::parse(thePost + row[0] + "\r\n\r\nOrigin: body\r\n",
                                                       VIO_ListenerOptions::parse(option, nullptr));
-        const char *const shown = head.isFromBrowser ? "browser" : head.namesOtherHost ? "other host" : "nothing";
+        const char *const shown = head.isFromBrowser    ? "browser"
+                                  : head.namesOtherHost ? "other host"
+                                                        : "nothing";
         EXPECT_EQ(shown, row[1]) << row[0] << ' ' << option;
     }
 }
