@@ -168,7 +168,6 @@ private:
     void addReference(const char *start, std::size_t defaultLength, Kind kind, bool quoted) {
         addSegment(start, defaultLength, kind, quoted);
         *out++ = 0;
-        target.literal = false;
     }
 
     void addSegment(const char *start, std::size_t defaultLength, Kind kind, bool quoted) {
@@ -262,7 +261,6 @@ void KIT_CshTemplate::take(std::string_view text, bool references, bool redirect
     text = text.substr(0, std::min(text.find('\0'), longest));
     words.clear();
     segments.clear();
-    literal = true;
     if (arenaCapacity < text.size()) {
         arena = std::make_unique_for_overwrite<char[]>(text.size());
         arenaCapacity = text.size();

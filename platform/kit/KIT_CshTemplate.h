@@ -47,9 +47,6 @@ public:
     int expand(KIT_WorkArgs &words, KIT_CshLookup variable, KIT_CshLookup expression,
                KIT_StringCshIO *io) const;
 
-    /// True when no word holds a reference, so that each expansion gives the same.
-    bool isLiteral() const { return literal; }
-
 private:
     enum class Kind : std::uint8_t {
         literal,
@@ -82,5 +79,4 @@ private:
     std::vector<Segment> segments;
     std::unique_ptr<char[]> arena;   // the bytes of all segments
     std::size_t arenaCapacity = 0;
-    bool literal = true;
 };

@@ -19,7 +19,6 @@ public:
 
     /// Null at the end of the list.
     KIT_LinkNode *getNext() const { return next; }
-    KIT_LinkNode *getPrevious() const { return previous; }
 
 private:
     friend class KIT_LinkList;

@@ -31,11 +31,6 @@ public:
     auto end() const { return pointers.end(); }
 
     void append(T pointer) { pointers.push_back(pointer); }
-    /// Puts pointer at place i, from 0 to the count; the entries from there on move up.
-    void insertAt(int i, T pointer) {
-        assert(i >= 0 && i <= entries());
-        pointers.insert(pointers.begin() + i, pointer);
-    }
     /// The first place of pointer; -1 when it is not in the list.
     int find(T pointer) const {
         const auto place = std::find(pointers.begin(), pointers.end(), pointer);

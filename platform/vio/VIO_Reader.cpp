@@ -15,8 +15,7 @@ VIO_Reader::VIO_Reader(const char *name) {
         return;
     OSL_FileStatus status;
     OSLsystem().getStatus(descriptor, status);
-    directory = status.isDirectory;
-    if (directory) {
+    if (status.isDirectory) {
         OSLsystem().close(descriptor);
         return;
     }

@@ -18,11 +18,8 @@ public:
     long long getLength() const { return length; }
     /// Null when the file did not open or is a directory. Owned by the reader.
     VIO_ReaderStream *getStream() { return stream.descriptor >= 0 ? &stream : nullptr; }
-    /// Whether the name is that of a directory that can be read.
-    bool isDirectory() const { return directory; }
 
 private:
     VIO_ReaderStream stream;
     long long length = 0;
-    bool directory = false;
 };
