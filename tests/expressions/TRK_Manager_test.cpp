@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Cases.h"
 #include "ExpressionTest.h"
 
 #include <orvlang/platform/trk/TRK_EventManager.h>
@@ -22,23 +23,9 @@ protected:
 
 TEST_F(TRK_ManagerTest, ExpandString) {
     manager.variables = { { "x", "5" }, { "q", "a 'b' \"c\"" }, { "tick", "`1+1`" } };
-    static const struct {
-        const char *text;
-        const char *result;
-    } theCases[] = {
-        { "'$x' \"${x}y\" #;", "'5' \"5y\" #;" },
-        { "$q`$x * 2`", "a 'b' \"c\"10" },
-        { "\\$x \\`1\\` \\\\ \\n \\", "$x `1` \\ \\n \\" },
-        { "`\"a\\`b\"`", "a`b" },
-        { "`\"\\\"\" + 1`", "\"1" },
-        { "<$nosuch|${nosuch:-d}|`1/0`>", "<|d|>" },
-        { "$ $1 ${ ${x", "$ $1 ${ ${x" },
-        { "$tick", "`1+1`" },
-        { "a`1+1", "a`1+1" },
-        { nullptr, "" },
-    };
-    for (const auto &c : theCases)
-        EXPECT_EQ(expand(c.text), c.result) << (c.text ? c.text : "null");
+    for (const auto &row : casesOf(ORVLANG_CASES "/expansions.cases"))
+        EXPECT_EQ(expand(row.at(0).c_str()), row.at(1)) << row[0];
+    EXPECT_EQ(expand(nullptr), "");
     EXPECT_EQ(expand("$x`1+1`", 1), "5`1+1`");
     EXPECT_EQ(expand("$x`1+1`", 2), "$x2");
     KIT_String same("[$x]");

@@ -54,61 +54,34 @@ TEST(KIT_CshTemplate, MakesWords) {
 }
 
 TEST(KIT_CshTemplate, LeavesReferencesWithNullLookups) {
-    static const struct {
-        const char *text;
-        const char *words;
-        const char *again;   // the words of the words, this time with lookups
-    } theCases[] = {
-        { "$a ${a} x$unknown.", "[$a][${a}][x$unknown.]", "[value][value][x.]" },
-        { "${a:-x} ${unknown:-y} ${u:-}", "[${a:-x}][${unknown:-y}][${u:-}]", "[value][y]" },
-        { R"("`f(\"a\")`")", "[`f(\"a\")`]", "[<f(\"a\")>]" },
-        { R"(`a\`b\\`)", R"([`a\`b\\`])", R"([<a`b\`>])" },
-        { "x`open \\`", "[x`open \\`]", "[x<open][`>]" },
-    };
-    for (const auto &c : theCases) {
+    for (const auto &row : casesOf(ORVLANG_CASES "/references.cases")) {
         KIT_WorkArgs words;
-        KIT_String(c.text).cshParse(words, nullptr, nullptr, nullptr, nullptr);
-        EXPECT_EQ(show(words), c.words) << c.text;
+        KIT_String(row.at(0)).cshParse(words, nullptr, nullptr, nullptr, nullptr);
+        EXPECT_EQ(show(words), row.at(1)) << row[0];
         std::string joined;
         for (int i = 0; i < words.argc(); ++i)
             joined += std::string(words[i]) + " ";
         joined.pop_back();
-        EXPECT_EQ(parse(joined), c.again) << c.text;
+        EXPECT_EQ(parse(joined), row.at(2)) << row[0];
     }
     EXPECT_EQ(parse("$a `e`", lookupVariable, nullptr), "[value][`e`]");
     EXPECT_EQ(parse("$a `e`", nullptr, lookupExpression), "[$a][<e>]");
 }
 
 TEST(KIT_CshTemplate, TakesRedirections) {
-    static const struct {
-        const char *text;
-        const char *words;
-        const char *record;   // out, err, in
-        const char *flags;    // o: append to out, e: to err, m: a name is missing
-    } theCases[] = {
-        { "a >> f b", "[a][b]", "f,,", "o" },
-        { "> f a >>& g", "[a]", ",g,", "e" },
-        { "a > f >& g < h < i", "[a]", ",g,i", "" },
-        { "a > 'x y'$a\"$wide\"`two`", "[a]", "x yvalue 1\t2 1 2,,", "" },
-        { "a >", "[a]", ",,", "m" },
-        { "a > $empty b", "[a][b]", ",,", "m" },
-        { "a '>' \\> \">\" $op >x a>b b", "[a][>][>][>][>][>x][a>b][b]", ",,", "" },
-        { "a > '>' b", "[a][b]", ">,,", "" },
-        { "a << f <= g >= h >&& i <> j", "[a][<<][f][<=][g][>=][h][>&&][i][<>][j]", ",,", "" },
-    };
     KIT_WorkArgs words;
     KIT_StringCshIO io;
     KIT_CshTemplate scratch;
-    for (const auto &c : theCases) {
-        KIT_String(c.text).cshParse(words, lookupVariable, lookupExpression, &scratch, &io);
-        EXPECT_EQ(show(words), c.words) << c.text;
+    for (const auto &row : casesOf(ORVLANG_CASES "/redirections.cases")) {
+        KIT_String(row.at(0)).cshParse(words, lookupVariable, lookupExpression, &scratch, &io);
+        EXPECT_EQ(show(words), row.at(1)) << row[0];
         EXPECT_EQ(std::string(io.outName.c_str()) + "," + io.errName.c_str() + "," + io.inName.c_str(),
-                  c.record)
-            << c.text;
+                  row.at(2))
+            << row[0];
         const std::string flags = std::string(io.appendOut ? "o" : "") + (io.appendErr ? "e" : "");
-        EXPECT_EQ(flags + (io.missingName ? "m" : ""), c.flags) << c.text;
+        EXPECT_EQ(flags + (io.missingName ? "m" : ""), row.at(3)) << row[0];
         scratch.expand(words, lookupVariable, lookupExpression, nullptr);
-        EXPECT_EQ(show(words), parse(c.text)) << c.text;
+        EXPECT_EQ(show(words), parse(row[0])) << row[0];
     }
 }
 
