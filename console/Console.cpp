@@ -17,24 +17,9 @@
 
 #include "Completion.h"
 #include "ConsoleSignals.h"
+#include "OpenInput.h"
 
 namespace {
-
-const char *missingInput(CMD_Manager::Pending pending) {
-    switch (pending) {
-    case CMD_Manager::Pending::Continuation:
-        return "in a continued line";
-    case CMD_Manager::Pending::Read:
-        return "while `read` waits for a line";
-    case CMD_Manager::Pending::Loop:
-        return "in a loop, `end` is missing";
-    case CMD_Manager::Pending::If:
-        return "in an if block, `endif` is missing";
-    case CMD_Manager::Pending::Nothing:
-        break;
-    }
-    return nullptr;
-}
 
 /// The line that sources a script: a script name may look like an option, and no argument is expanded. The blank at the
 /// end keeps a backslash in front of it from continuing the line.
@@ -73,7 +58,7 @@ int Console::run() {
 
     if (const int number = ConsoleSignals::pending())
         return 128 + number;
-    if (reportMissingInput() || !opened)
+    if (reportOpenInput(manager.getPendingInput()) || !opened)
         return 1;
     return manager.getStatusCode() & 0xff;
 }
@@ -181,11 +166,4 @@ const char *Console::makePrompt() {
 int Console::complete(const char *line, int cursor, KIT_StringArray &candidates) {
     CMD_Manager *const manager = CMD_Manager::getContext();
     return manager ? Completion::complete(*manager, line, cursor, candidates) : cursor;
-}
-
-bool Console::reportMissingInput() {
-    const char *missing = missingInput(manager.getPendingInput());
-    if (missing)
-        std::cerr << "orvlang: the input ends " << missing << std::endl;
-    return missing != nullptr;
 }

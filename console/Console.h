@@ -27,7 +27,6 @@ private:
     bool readLine();
     bool readLineOnce();
     void dropTypedLine();
-    bool reportMissingInput();
     static const char *makePrompt();
     static int complete(const char *line, int cursor, KIT_StringArray &candidates);
 

@@ -45,7 +45,10 @@ int PortClient::run() {
         return 1;
     }
     const bool isDone = options.action == ConsoleOptions::Action::Text ? runText() : runLines();
-    return isDone ? askStatus() : 1;
+    if (!isDone)
+        return 1;
+    // The question would be taken for a line of what is open.
+    return reportOpenInput(sent.getPending()) ? 1 : askStatus();
 }
 
 bool PortClient::runText() {
@@ -55,6 +58,7 @@ bool PortClient::runText() {
         std::cerr << "orvlang: " << reply << std::endl;
         return false;
     }
+    sent.addText(options.text);
     show(reply);
     return true;
 }
@@ -67,6 +71,7 @@ bool PortClient::runLines() {
         recall.seed(reader);
     }
     while (readLine()) {
+        sent.addLine(line.view());
         // A line end that is no newline, so that an empty line is a request too.
         line.append('\r');
         if (!exchange(line.view()))

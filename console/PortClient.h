@@ -8,6 +8,7 @@
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 
 #include "ConsoleOptions.h"
+#include "OpenInput.h"
 #include "PortConnection.h"
 #include "RecallFile.h"
 
@@ -36,6 +37,7 @@ private:
     PortConnection connection;
     KIT_CmdLineReader reader;
     RecallFile recall;
+    SentInput sent;
     KIT_WorkBuffer line;     // the latest one read
     std::string reply;       // the latest one
     bool isServed = false;   // there was one
