@@ -108,6 +108,8 @@ TEST_F(Registry, OverridesCallWhatTheyOverride) {
     EXPECT_EQ(find(manager, "ov"), "second(first over) second(first over) third ");
     EXPECT_STREQ(manager.getOptions("ov"), "q");
     install("where", tellManager);
+    install("elsewhere", tellElsewhere);
+    EXPECT_EQ(find(manager, "where `run(\"elsewhere\")`"), "own ");
     install("where", tellElsewhere);
     EXPECT_EQ(find(manager, "where"), "own ");
 }
