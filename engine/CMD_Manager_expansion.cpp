@@ -32,14 +32,18 @@ private:
 CMD_Manager::FrameScope::FrameScope(CMD_Manager &owner, size_t textLength)
     : manager(owner), isKept(textLength <= theLargestKeptText) {
     if (manager.framesInUse == manager.frames.size())
-        manager.frames.push_back(std::make_unique<CMD_StatementFrame>());
-    frame = manager.frames[manager.framesInUse++].get();
+        manager.frames.emplace_back();
+    std::unique_ptr<CMD_StatementFrame> &slot = manager.frames[manager.framesInUse];
+    if (!slot)
+        slot = std::make_unique<CMD_StatementFrame>();
+    frame = slot.get();
+    ++manager.framesInUse;
 }
 
 CMD_Manager::FrameScope::~FrameScope() {
     --manager.framesInUse;
     if (!isKept)
-        manager.frames[manager.framesInUse] = std::make_unique<CMD_StatementFrame>();
+        manager.frames[manager.framesInUse].reset();
 }
 
 void CMD_Manager::internalExecute(const CMD_Line &line) {

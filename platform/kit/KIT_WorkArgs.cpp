@@ -11,8 +11,9 @@ void KIT_WorkArgs::appendSlowly(std::string_view word) {
 
 void KIT_WorkArgs::appendAndGrow(std::string_view piece) {
     constexpr std::size_t leastCapacity = 256;
-    capacity = std::max({ leastCapacity, 2 * capacity, used + piece.size() });
-    auto larger = std::make_unique_for_overwrite<char[]>(capacity);
+    const std::size_t room = std::max({ leastCapacity, 2 * capacity, used + piece.size() });
+    auto larger = std::make_unique_for_overwrite<char[]>(room);
+    capacity = room;   // not before: the allocation can throw
     if (used)
         std::memcpy(larger.get(), buffer.get(), used);
     for (int i = 0; i < count; ++i)
@@ -25,8 +26,9 @@ void KIT_WorkArgs::appendAndGrow(std::string_view piece) {
 
 void KIT_WorkArgs::growTable() {
     constexpr int leastCapacity = 15;
-    tableCapacity = std::max(leastCapacity, 2 * tableCapacity);
-    auto larger = std::make_unique_for_overwrite<char *[]>(static_cast<std::size_t>(tableCapacity) + 1);
+    const int room = std::max(leastCapacity, 2 * tableCapacity);
+    auto larger = std::make_unique_for_overwrite<char *[]>(static_cast<std::size_t>(room) + 1);
     std::copy_n(table.get(), count, larger.get());
     table = std::move(larger);
+    tableCapacity = room;
 }
