@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // One statement: its messages, its streams, its status, and what its callback is given.
+#include "Cases.h"
 #include "EngineFixture.h"
 
 #include <orvlang/engine/CMD_Command.h>
@@ -57,44 +58,13 @@ std::string at(const std::string &position, std::string text) {
 }
 
 TEST_F(Dispatch, MessagesAndStatus) {
-    static const struct {
-        const char *line;
-        const char *written;
-        int status;
-    } theCases[] = {
-        { "give 5", "", 5 },
-        { "give -3 ; echo $status", "-3\n", 0 },
-        { "give 5 late expression", "{@late one\nlate two\n@Expression error: Division by zero\n}", 1 },
-        { "echo a`1/0`b; echo $status", "ab\n{@Expression error: Division by zero\n}1\n", 0 },
-        { "options -x", "{@Invalid option for command\n}", 0 },
-        { "options -x `1/0`", "{@Invalid option for command\n@Expression error: Division by zero\n}", 1 },
-        { "options -ab c d -a", "a c [options] [d] [-a]\n", 0 },
-        { "opti '-b' \"x y\" '' z", "x y [opti] [] [z]\n", 0 },
-        { "exhaust > f; echo $status", "{@Out of memory\n}1\n", 0 },
-        { "echo a; exhaust", "a\n{@Out of memory\n}", 1 },
-        { "give 5; # nothing runs", "", 5 },
-        { "give 5;", "", 5 },
-        { "give 5;;", "", 1 },
-        { "give 5; $nosuch", "", 1 },
-        { "nosuch < in > dir",
-          "{@Unable to redirect output to dir\n@Application doesn't support input redirection\n}", 1 },
-        { "echo a >& $nosuch", "{@Missing name for redirect\n}", 1 },
-        { "\"no such\"", "{@Unknown command: no such\n\r}", 1 },
-        { "'' a", "{@Command '' not specific enough\n\r}", 1 },
-        { "e", "{@Command 'e' not specific enough\n\r}", 1 },
-        { "dir", "{@Unknown command: dir\n\r}", 1 },
-        { "./dir", "{@Unknown command: ./dir\n\r}", 1 },
-        // A redirection that fails changes nothing but the message.
-        { "give 4 > /no/such/x", "{@Unable to redirect output to /no/such/x\n}", 4 },
-        { "echo a > \"b\tc\"", "{@Invalid file specified for I/O redirection: b\tc}a\n", 0 },
-        { "echo a > \"b\xe9\"", "{@Invalid file specified for I/O redirection: b\xe9}a\n", 0 },
-    };
-    for (const auto &c : theCases) {
+    for (const auto &row : casesOf(ORVLANG_CASES "/statements.cases")) {
         for (const bool inScript : { false, true }) {
-            SCOPED_TRACE(inScript ? "in a script" : c.line);
-            EXPECT_EQ(inScript ? script(c.line) : type(c.line), at(inScript ? "s.cmd (1): " : "", c.written));
-            EXPECT_EQ(manager.getStatusCode(), c.status);
-            EXPECT_EQ(value("status"), std::to_string(c.status));
+            SCOPED_TRACE(inScript ? "in a script" : row.at(0));
+            EXPECT_EQ(inScript ? script(row.at(0)) : type(row.at(0)),
+                      at(inScript ? "s.cmd (1): " : "", row.at(1)));
+            EXPECT_EQ(std::to_string(manager.getStatusCode()), row.at(2));
+            EXPECT_EQ(value("status"), row[2]);
             EXPECT_EQ(manager.getSourceLevel(), 0);
         }
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the commands of the language write: set, alias, echo, shift, job, time, help.
+#include "Cases.h"
 #include "EngineFixture.h"
 
 #include <orvlang/builtins/CMD_Columns.h>
@@ -10,40 +11,8 @@ namespace {
 class Commands : public EngineFixture {};
 
 TEST_F(Commands, Table) {
-    static const struct {
-        const char *line, *written;
-    } theCases[] = {
-        { "echo", "\n" },
-        { "echo -n", "" },
-        { "echo -n a; echo a  'b  c' \"\" d", "aa b  c  d\n" },
-        { "echo -x", "{Invalid option for command\n}" },
-        // Variables.
-        { "set x =; set x =y z; set x; set x '=y' z; set x", "x\t= y z\nx\t= z\n" },
-        { "set x == 1; echo $x; set a-b; set -u a-b", "1\na-b\tundefined \n" },
-        { "set TIME = 3; set '' = 4", "{Invalid variable name (TIME)\n}" },
-        { "set y = a > f; set y; set y = '>' b; set -s y", "y\t= a\ny\t= > b\n" },
-        { "set -p up = 1; set up", "up\t= 1\n" },
-        { "set -gx = 1", "{Invalid option for command\n}" },
-        { "setenv g = 1; setenv -l l = 2; set -g h = 3; set -l i = 4; set g l h i",
-          "g\t= 1\nl\t= 2\nh\t= 3\ni\t= 4\n" },
-        { "set -u g l h i nosuch; set g l h i",
-          "g\tundefined \nl\tundefined \nh\tundefined \ni\tundefined \n" },
-        // Aliases.
-        { "alias b 2; alias a 1  '2  3'; alias; alias -s a", "a\t1 2  3\nb\t2\n1 2  3\n" },
-        { "alias a-b x; alias e ''; alias -u -s a nosuch; alias -u; alias", "b\t2\ne\t\n" },
-        { "alias ls 'ls2 -l'; alias ls2 echo two; ls; alias ls ls2; ls",
-          "{Unknown command: ls2\n\rUnknown command: ls2\n\r}" },
-        { "alias -u b e ls ls2; alias yo 'echo hi'; set noalias = 1; yo; set -u noalias; alias -u yo", "hi\n" },
-        // Arguments.
-        { "set argc = x; shift", "{Error: shift past the last argument\n}" },
-        { "set argc = 3; set arg0 = a; set arg2 = c; shift; echo \"$argc/$arg0/$arg1/$arg2\"", "2/a/c/\n" },
-        // Others.
-        { "job /a; job; job a b; job c; job", "/a\n/a\nc\n" },
-        { "exit 5; echo $status; exit x; echo $status; exit; echo $status", "5\n0\n0\n" },
-        { "help nosuch; echo $status", "No installed command matches nosuch\n0\n" },
-    };
-    for (const auto &c : theCases)
-        EXPECT_EQ(type(c.line), c.written) << c.line;
+    for (const auto &row : casesOf(ORVLANG_CASES "/commands.cases"))
+        EXPECT_EQ(type(row.at(0)), row.at(1)) << row[0];
 }
 
 TEST_F(Commands, SetListsEverything) {
