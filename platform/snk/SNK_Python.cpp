@@ -29,20 +29,6 @@ struct DepthScope {
     ~DepthScope() { theDepth--; }
 };
 
-/// Whether one more call would nest too deep. The first one of a thread does not nest: that it does not fit on a small
-/// stack is for SNK_Component to tell, and ends nothing else.
-bool nestsTooDeep() {
-    if (theDepth == 0)
-        return false;
-    if (KIT_Nesting::isStackShort(SNK_Component::theStackReserve))
-        return true;
-    const SNK_ComponentTable *const python = SNK_Component::get();
-    const bool isDeep = python && python->isDeep();
-    if (isDeep)
-        KIT_Nesting::countRefusal();
-    return isDeep;
-}
-
 SNK_Result refusal(const std::string &reason) {
     SNK_Result result;
     result.kind = SNK_Result::Exception;
@@ -54,10 +40,13 @@ SNK_Result refusal(const std::string &reason) {
 /// Has the component do it: `run` is given its table, the place of a number and the taker of the texts.
 template <typename Run>
 SNK_Result runPython(Run run) {
-    if (nestsTooDeep())
-        return refusal("RecursionError: Python and the command language nest too deep");
     std::string reason;
     const SNK_ComponentTable *const python = SNK_Component::get(&reason);
+    // The first call of a thread does not nest: that it does not fit on a small stack ends nothing else.
+    if (theDepth > 0 && (!python || python->isDeep())) {
+        KIT_Nesting::countRefusal();
+        return refusal("RecursionError: Python and the command language nest too deep");
+    }
     if (!python)
         return refusal(reason);
     const DepthScope depth;
