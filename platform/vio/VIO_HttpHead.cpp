@@ -54,7 +54,7 @@ bool isAllowed(std::string_view host, const VIO_ListenerOptions &options) {
     return options.anyHost || isLoopback(host) ||
            std::any_of(options.hosts.begin(), options.hosts.end(),
                        [&](const std::string &name) { return isSame(host, name); }) ||
-           (!options.bind.empty() && isSame(host, options.bindHost()));
+           (!options.bind.empty() && options.bind != "any" && isSame(host, options.bindHost()));
 }
 
 bool isOfTarget(char c) {

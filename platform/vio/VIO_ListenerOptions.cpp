@@ -26,8 +26,10 @@ constinit KIT_Immortal<Options> theDefault;
 
 /// Sets what one of two words stands for.
 bool readChoice(std::string_view value, const char *off, const char *on, bool &choice) {
+    if (value != off && value != on)
+        return false;
     choice = value == on;
-    return choice || value == off;
+    return true;
 }
 
 bool readBind(Options &options, std::string_view value) {
