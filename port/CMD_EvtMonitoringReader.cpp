@@ -87,11 +87,16 @@ CMD_EvtMonitoringReader::GetlineResult readPlainLine(KIT_WorkBuffer &line) {
 }   // namespace
 
 CMD_EvtMonitoringReader &CMD_EvtMonitoringReader::inst() {
-    static CMD_EvtMonitoringReader *const reader = new CMD_EvtMonitoringReader;
+    static CMD_EvtMonitoringReader *reader = nullptr;
+    if (!reader) {
+        reader = new CMD_EvtMonitoringReader;
+        becomeEventLoop();
+    }
     return *reader;
 }
 
-CMD_EvtMonitoringReader::CMD_EvtMonitoringReader() {
+/// Generators that were installed before there was a loop come in at once.
+void CMD_EvtMonitoringReader::becomeEventLoop() {
     VIO_EventGenerator::setInstaller(installGeneratorCallback);
     VIO_EventGenerator::setEventLoopPollCallback(pollEventGeneratorsCallback);
     KITsetDueDescriptors([](std::vector<pollfd> &wanted) { return inst().listDueDescriptors(wanted); });

@@ -40,9 +40,10 @@ public:
     static void pollEventGeneratorsCallback(bool flag);
 
 private:
-    CMD_EvtMonitoringReader();
+    CMD_EvtMonitoringReader() = default;
     ~CMD_EvtMonitoringReader() = delete;   // it lives as long as the process
 
+    static void becomeEventLoop();
     int installGenerator(VIO_EventGenerator &generator, int install);
     void pollEventGenerators();
     bool pollRunsCommands();

@@ -127,6 +127,12 @@ private:
     const int descriptor, pollTime;
 };
 
+/// The first one is made while a generator waits for it.
+CMD_EvtMonitoringReader &makeReader() {
+    const Generator early(-1, 0);
+    return CMD_EvtMonitoringReader::inst();
+}
+
 class EventReaderTest : public testing::Test {
 protected:
     EventReaderTest() { KIT_StandardInput::inst().discard(); }
@@ -143,7 +149,7 @@ protected:
     }
     static void poll() { CMD_EvtMonitoringReader::pollEventGeneratorsCallback(false); }
 
-    CMD_EvtMonitoringReader &reader = CMD_EvtMonitoringReader::inst();
+    CMD_EvtMonitoringReader &reader = makeReader();
     KIT_CmdLineReader commands{ nullptr, nullptr };
     FakeWorld world;
 };
