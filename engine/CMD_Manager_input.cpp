@@ -166,7 +166,31 @@ public:
     BlockScope(const BlockScope &) = delete;
     BlockScope &operator=(const BlockScope &) = delete;
 
+    /// Runs the lines, unless that is refused.
+    template <typename Lines>
+    void run(Lines lines) {
+        if (manager.refusesRun())
+            return;
+        try {
+            lines();
+        } catch (const std::bad_alloc &) {
+            manager.reportOutOfMemory();
+            dropRun();
+        }
+    }
+
 private:
+    /// Drops what the run has pushed, asked for, half collected or left over.
+    void dropRun() {
+        manager.readVariables = nullptr;
+        while (manager.sourceStack.size() > place + 1)
+            manager.popSource(0);
+        // A running loop may belong to a statement around this run.
+        if (!source->loopRunning || source->runningStatements == 0)
+            source->setLoop(nullptr);
+        source->dropLeftovers(leftovers + isBlock);
+    }
+
     CMD_Manager &manager;
     const LevelScope level;
     const size_t place;
@@ -176,26 +200,23 @@ private:
 };
 
 void CMD_Manager::sendInput(const char *line, bool asBlock) {
-    const BlockScope block(*this, asBlock);
-    if (!refusesRun())
-        internalSendInput(line ? line : "", false);
+    BlockScope(*this, asBlock).run([&] { internalSendInput(line ? line : "", false); });
 }
 
 void CMD_Manager::sendMultiLineInput(const char *text, bool asBlock) {
     if (!text || !*text)
         return;
-    const BlockScope block(*this, asBlock);
-    if (refusesRun())
-        return;
-    finishContinuation();
-    // The zero counts as text, so that a text with a line end is followed by one more, empty line.
-    const size_t length = std::strlen(text) + 1;
-    const auto copy = std::make_shared_for_overwrite<char[]>(length);
-    std::memcpy(copy.get(), text, length);
-    auto source = std::make_shared<CMD_Source>("stdin", 0);
-    source->setInput(copy, length);
-    pushSource(std::move(source));
-    internalSendInput("", true);
+    BlockScope(*this, asBlock).run([&] {
+        finishContinuation();
+        // The zero counts as text, so that a text with a line end is followed by one more, empty line.
+        const size_t length = std::strlen(text) + 1;
+        const auto copy = std::make_shared_for_overwrite<char[]>(length);
+        std::memcpy(copy.get(), text, length);
+        auto source = std::make_shared<CMD_Source>("stdin", 0);
+        source->setInput(copy, length);
+        pushSource(std::move(source));
+        internalSendInput("", true);
+    });
 }
 
 void CMD_Manager::finishContinuation() {

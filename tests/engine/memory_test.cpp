@@ -5,9 +5,11 @@
 #include <cstdlib>
 #include <new>
 
+static size_t theLargestPiece = 1 << 20;
+
 // Not inlined, or the compiler takes them for mismatched.
 [[gnu::noinline]] void *operator new(size_t size) {
-    void *const memory = size > 1 << 20 ? nullptr : std::malloc(size);
+    void *const memory = size > theLargestPiece ? nullptr : std::malloc(size);
     return memory ? memory : throw std::bad_alloc();
 }
 [[gnu::noinline]] void *operator new[](size_t size) {
@@ -38,6 +40,23 @@ TEST_F(Memory, AStatementThatFindsNoneLeavesTheManagerWhole) {
     EXPECT_EQ(type("while \"$a$a$a\" == b\necho never\nend\necho $status"), "{Out of memory\n}1\n");
     EXPECT_EQ(script("echo 1\necho $a$a > f; echo 2\n"), "1\n{s.cmd (2): Out of memory\n}2\n");
     EXPECT_EQ(manager.getLoopNestLevel() + manager.getSourceLevel(), 0);
+}
+
+TEST_F(Memory, ALineThatFindsNoneEndsItsRun) {
+    const std::string line(50000, 'a'), text = "echo\n" + line;
+    // Joined, the lines grow to twice their length.
+    folder.write("s.cmd", "for i = 1 to 2\n" + line.substr(24000) + "\\\n" + line.substr(40000) + "\nend\n");
+    theLargestPiece = line.size();
+    for (const char *before : { "for i = 1 to 2", "echo \\" }) {
+        manager.sendInput(before, false);
+        manager.sendInput(line.c_str(), false);
+        EXPECT_EQ(type("echo whole $status"), "{Out of memory\n}whole 1\n") << before;
+    }
+    manager.execute(text.c_str(), 0, nullptr, nullptr, 1, true);
+    EXPECT_EQ(type("echo whole $status"), "{Out of memory\n}whole 1\n");
+    EXPECT_EQ(type("source s.cmd; echo never"), "{s.cmd (3): Out of memory\n}");
+    EXPECT_EQ(manager.getLoopNestLevel() + manager.getSourceLevel(), 0);
+    theLargestPiece = 1 << 20;
 }
 
 }   // namespace
