@@ -15,13 +15,13 @@
 #include <orvlang/platform/kit/KIT_UndoManager.h>
 #include <orvlang/platform/snk/SNK_Python.h>
 #include <orvlang/platform/xml/XML_Document.h>
+#include <orvlang/port/CMD_PortProtocol.h>
+#include <orvlang/port/CMD_RequestFramer.h>
 #include <orvlang/port/CMD_ServedRun.h>
 
-namespace {
+using namespace CMD_PortProtocol;
 
-constexpr std::string_view theCloseRequest = "\x04";
-constexpr std::string_view theHTTPStart = "POST / HTTP/1.1\r\n";
-constexpr std::string_view theErrorMarker = "\n~~~~~\n";
+namespace {
 
 /// What a request changes can be taken back as one step.
 class UndoBlock {
@@ -65,7 +65,8 @@ CMD_ConnectedSocketCommandListener::CMD_ConnectedSocketCommandListener(
     const char *listenerOption, bool browserMode)
     : VIO_ConnectedSocketListener(socket, processSocketDataCallback, this, listenerOption), manager(manager),
       managerLife(manager.getLife()), separateErrors(separateErrors),
-      restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode) {
+      restrictToSafeCommands(restrictToSafeCommands), browserMode(browserMode),
+      framer(std::make_unique<CMD_RequestFramer>(VIO_ListenerOptions::parse(listenerOption, nullptr))) {
     if (isConnected())
         installGenerator();
 }
@@ -79,6 +80,10 @@ const char *CMD_ConnectedSocketCommandListener::className() const {
     return "CMD_ConnectedSocketCommandListener";
 }
 
+VIO_RequestExtent CMD_ConnectedSocketCommandListener::findRequest(const VIO_ReceivedBytes &received) {
+    return framer->findRequest(received);
+}
+
 void CMD_ConnectedSocketCommandListener::processSocketDataCallback(void *listener, const char *data, int length,
                                                                    KIT_NetSocket &socket) {
     auto &connection = *static_cast<CMD_ConnectedSocketCommandListener *>(listener);
@@ -86,6 +91,8 @@ void CMD_ConnectedSocketCommandListener::processSocketDataCallback(void *listene
         return socket.close();
     KIT_WorkBuffer request;
     request.write(data, static_cast<size_t>(length));
+    if (connection.framer->lacksLineEnd())
+        request.strcat(theLineEnd);
     connection.processSocketData(request, socket);
 }
 
@@ -95,7 +102,7 @@ void CMD_ConnectedSocketCommandListener::processSocketData(const KIT_WorkBuffer 
     if (bytes == theCloseRequest)
         return socket.close();
     KIT_WorkBuffer reply;
-    if (bytes.starts_with(theHTTPStart))
+    if (bytes.starts_with(thePostLine))
         processHTTPRequest(request, socket, reply);
     else
         runText(request.c_str(), reply);
@@ -103,7 +110,7 @@ void CMD_ConnectedSocketCommandListener::processSocketData(const KIT_WorkBuffer 
 }
 
 void CMD_ConnectedSocketCommandListener::runText(const char *text, KIT_WorkBuffer &reply) {
-    if (std::string_view(text).starts_with("<?xml"))
+    if (std::string_view(text).starts_with(theXmlStart))
         processXML(text, reply);
     else
         runOrvlangCommand(text, reply);

@@ -7,6 +7,7 @@
 #include <orvlang/platform/vio/VIO_ConnectedSocketListener.h>
 
 class CMD_Manager;
+class CMD_RequestFramer;
 struct XML_Document;
 
 /// One client of a command port. Each delivery is classified by itself: the byte that closes the connection, an HTTP
@@ -29,6 +30,9 @@ public:
     /// Handles one delivery to `listener`, a CMD_ConnectedSocketCommandListener; the reply goes to `socket`.
     static void processSocketDataCallback(void *listener, const char *data, int length, KIT_NetSocket &socket);
 
+protected:
+    VIO_RequestExtent findRequest(const VIO_ReceivedBytes &received) override;
+
 private:
     void processSocketData(const KIT_WorkBuffer &request, KIT_NetSocket &socket);
     void processHTTPRequest(const KIT_WorkBuffer &request, KIT_NetSocket &socket, KIT_WorkBuffer &reply);
@@ -44,4 +48,5 @@ private:
     const bool separateErrors;
     const bool restrictToSafeCommands;
     const bool browserMode;
+    const std::unique_ptr<CMD_RequestFramer> framer;
 };

@@ -7,12 +7,11 @@
 #include <string>
 
 #include <orvlang/platform/kit/KIT_Options.h>
+#include <orvlang/port/CMD_PortProtocol.h>
+
+using namespace CMD_PortProtocol;
 
 namespace {
-
-constexpr std::string_view theBlankLine = "\r\n\r\n";
-// Clients end their body with a line end which their count leaves out.
-constexpr long long theUncountedEnd = 2;
 
 void putHead(const char *status, KIT_WorkBuffer &body) {
     const std::string head = std::string("HTTP/1.1 ") + status +
@@ -48,7 +47,7 @@ long long remainingBytes(const KIT_WorkBuffer &request, int contentLength) {
     const long long bodyStart = blankLine == std::string_view::npos
                                     ? received + 2
                                     : static_cast<long long>(blankLine + theBlankLine.size());
-    return bodyStart - received + contentLength + theUncountedEnd;
+    return bodyStart - received + contentLength + static_cast<long long>(theLineEnd.size());
 }
 
 /// Reads the rest of a request behind what has been delivered. False when its length is not told, or when the connection

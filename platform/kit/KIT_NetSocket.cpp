@@ -185,7 +185,3 @@ void KIT_NetSocket::trim() {
         if (queue)
             queue->trim();
 }
-
-void KIT_NetSocket::pretendGathered(std::string_view bytes) {
-    input->append(bytes);
-}

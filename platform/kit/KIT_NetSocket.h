@@ -66,8 +66,6 @@ public:
     void takeGathered(std::size_t count);
     /// Gives back what an empty buffer holds in memory beyond the ordinary.
     void trim();
-    /// Appends to the buffer as if the peer had sent it. Ends the life of what getGathered gave.
-    void pretendGathered(std::string_view bytes);
     /// Has `read` give Ended behind what was gathered, whatever the peer still sends.
     void endInput() { inputEnded = true; }
     /// Whether no more bytes can be gathered.

@@ -26,3 +26,7 @@ bool VIO_ConnectedSocketListener::areEventsWaiting() {
 int VIO_ConnectedSocketListener::processEvents() {
     return connection ? VIO_SocketSet::inst().turn(connection->getId()) : 0;
 }
+
+VIO_RequestExtent VIO_ConnectedSocketListener::findRequest(const VIO_ReceivedBytes &received) {
+    return { .action = VIO_RequestExtent::Deliver, .length = received.bytes.size() };
+}

@@ -13,7 +13,6 @@ namespace {
 
 constexpr size_t theStep = 256 * 1024;   // bytes that one step gathers, so that nobody holds up the others
 constexpr long long theMillisecond = 1000000;
-constexpr std::string_view theLineEnd = "\r\n";
 
 }   // namespace
 
@@ -32,8 +31,7 @@ std::unique_ptr<VIO_Connection> VIO_Connection::take(VIO_ConnectedSocketListener
 
 VIO_Connection::VIO_Connection(VIO_ConnectedSocketListener &owner, std::shared_ptr<KIT_NetSocket> taken,
                                int port, const Receiver &receiver, const VIO_ListenerOptions &listenerOptions)
-    : owner(owner), socket(std::move(taken)), port(port), receiver(receiver), options(listenerOptions),
-      gatherer(options) {
+    : owner(owner), socket(std::move(taken)), port(port), receiver(receiver), options(listenerOptions) {
     // A read that the gathering did not foresee is held to the same rule.
     socket->setLimits(options.maxBytes, static_cast<int>(options.wait / theMillisecond) + 1);
     id = VIO_SocketSet::inst().add(*this, socket->getDescriptor());
@@ -78,48 +76,41 @@ bool VIO_Connection::serve(long long now) {
     if (awaitingRoom && !sendRest(now))
         return false;
     socket->gather(socket->getGathered().size() + theStep);
-    return deliverGathered(now);
+    return deliverRequests(now);
 }
 
-/// False when there was nothing to deliver.
-bool VIO_Connection::deliverGathered(long long now) {
-    for (bool delivered = false;;) {
-        const VIO_Delivery next = gatherer.decide(socket->getGathered(), socket->isInputEnded(), now);
+/// Returns false when there was nothing to deliver.
+bool VIO_Connection::deliverRequests(long long now) {
+    for (bool delivered = false;; delivered = true) {
+        const VIO_RequestExtent next = findRequest(now);
+        socket->takeGathered(next.skip);
         dueTime = next.until;
-        switch (next.action) {
-        case VIO_Delivery::Wait:
-            if (socket->isInputEnded())
+        if (next.action != VIO_RequestExtent::Deliver) {
+            if (next.action == VIO_RequestExtent::Refuse || socket->isInputEnded())
                 end();
             return delivered;
-        case VIO_Delivery::Refuse:
-            end();
-            return delivered;
-        case VIO_Delivery::Complete:
-            socket->pretendGathered(theLineEnd);
-            break;
-        case VIO_Delivery::Drop:
-            socket->takeGathered(next.length);
-            break;
-        case VIO_Delivery::Fail:
-        case VIO_Delivery::Deliver:
-            if (!deliver(next) || !finishDelivery(next.action == VIO_Delivery::Fail))
-                return true;
-            delivered = true;
         }
+        if (!deliver(next) || !finishDelivery(next.isLast))
+            return true;
     }
 }
 
-/// False when this object did not survive it.
-bool VIO_Connection::deliver(const VIO_Delivery &next) {
+VIO_RequestExtent VIO_Connection::findRequest(long long now) const {
+    const std::string_view bytes = socket->getGathered();
+    if (bytes.empty())
+        return { .action = VIO_RequestExtent::Wait };
+    return owner.findRequest({ bytes, socket->isInputEnded(), now });
+}
+
+/// Returns false when this object was destroyed meanwhile.
+bool VIO_Connection::deliver(const VIO_RequestExtent &request) {
     const std::shared_ptr<KIT_NetSocket> kept = socket;
     const VIO_SocketSet::Id self = id;
-    const std::string_view bytes = socket->getGathered().substr(0, next.length);
-    if (next.action == VIO_Delivery::Fail) {
-        socket->takeGathered(socket->getGathered().size());
+    const std::string_view gathered = socket->getGathered();
+    const std::string_view bytes = gathered.substr(0, request.length);
+    socket->takeGathered(request.isLast ? gathered.size() : bytes.size());
+    if (request.isLast)
         socket->endInput();
-    } else {
-        socket->takeGathered(bytes.size());
-    }
     delivering = true;
     receiver.callback(receiver.data, bytes.data(), static_cast<int>(bytes.size()), *kept);
     if (!VIO_SocketSet::inst().holds(self))
@@ -128,14 +119,14 @@ bool VIO_Connection::deliver(const VIO_Delivery &next) {
     return true;
 }
 
-/// Sees to it that the reply goes out. False when nothing more can be delivered for now.
-bool VIO_Connection::finishDelivery(bool failed) {
+/// Sends the reply as far as the peer reads it. Returns false when nothing more can be delivered for now.
+bool VIO_Connection::finishDelivery(bool last) {
     socket->trim();
     if (!socket->isUsable()) {
         end();
         return false;
     }
-    ending = failed;
+    ending = last;
     if (socket->getQueued() > 0) {
         awaitRoom(true);
         lastSent = OSLsystem().getMonotonicTime();

@@ -4,11 +4,11 @@
 #include <memory>
 
 #include <orvlang/platform/kit/KIT_NetSocket.h>
-#include <orvlang/platform/vio/VIO_DeliveryGatherer.h>
 #include <orvlang/platform/vio/VIO_ListenerOptions.h>
 #include <orvlang/platform/vio/VIO_SocketSet.h>
 
 class VIO_ConnectedSocketListener;
+struct VIO_RequestExtent;
 
 /// The work of a VIO_ConnectedSocketListener: reads what arrives, hands on each delivery once it is complete, sends what
 /// of a reply the peer did not take at once, and ends.
@@ -40,9 +40,10 @@ private:
 
     static size_t &countOf(int port);
     void end();
-    bool deliverGathered(long long now);
-    bool deliver(const VIO_Delivery &next);
-    bool finishDelivery(bool failed);
+    bool deliverRequests(long long now);
+    VIO_RequestExtent findRequest(long long now) const;
+    bool deliver(const VIO_RequestExtent &request);
+    bool finishDelivery(bool last);
     bool sendRest(long long now);
     void awaitRoom(bool await);
     void closeSlowly();
@@ -53,7 +54,6 @@ private:
     const int port;
     const Receiver receiver;
     const VIO_ListenerOptions options;
-    VIO_DeliveryGatherer gatherer;
     VIO_SocketSet::Id id = 0;
     bool delivering = false;
     bool awaitingRoom = false;   // a reply is not sent to its end

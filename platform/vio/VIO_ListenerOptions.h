@@ -17,7 +17,7 @@ struct VIO_ListenerOptions {
     bool passBrowsers = false;   // run what a browser sends
     bool anyHost = false;        // run HTTP requests that are addressed to any host
     std::vector<std::string> hosts;   // allowed besides loopback and the address of `bind`; in lower case
-    long long wait = 5000000000;   // nanoseconds without progress until a request or a reply is given up
+    long long wait = 5000000000;      // nanoseconds without progress until a request or a reply is given up
     size_t maxBytes = 64 << 20;
     size_t clients = 1000;
     unsigned accept = Text | Xml | Http;

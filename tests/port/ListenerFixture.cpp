@@ -2,11 +2,13 @@
 #include "ListenerFixture.h"
 
 #include <orvlang/port/CMD_EvtMonitoringReader.h>
+#include <orvlang/port/CMD_RequestFramer.h>
 
 class TestConnection : public VIO_ConnectedSocketListener {
 public:
     TestConnection(ListenerTest &test, KIT_NetSocket &listening, const char *option)
-        : VIO_ConnectedSocketListener(listening, receive, this, option), test(test) {
+        : VIO_ConnectedSocketListener(listening, receive, this, option), test(test),
+          framer(VIO_ListenerOptions::parse(option, nullptr)) {
         ++test.connections;
         test.latestConnection = this;
         if (isConnected())
@@ -14,6 +16,10 @@ public:
     }
     ~TestConnection() override { --test.connections; }
     const char *className() const override { return "TestConnection"; }
+    VIO_RequestExtent findRequest(const VIO_ReceivedBytes &received) override {
+        return test.isFramed ? framer.findRequest(received)
+                             : VIO_ConnectedSocketListener::findRequest(received);
+    }
 
 private:
     static void receive(void *data, const char *bytes, int length, KIT_NetSocket &socket) {
@@ -27,6 +33,7 @@ private:
     }
 
     ListenerTest &test;
+    CMD_RequestFramer framer;
 };
 
 class TestServer : public VIO_ServerSocketListener {

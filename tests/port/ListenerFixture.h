@@ -36,6 +36,7 @@ protected:
     VIO_ConnectedSocketListener *latestConnection = nullptr;
     int connections = 0;   // alive
     int port = 0;
+    bool isFramed = true;   // by the rules of a command port
     int readResult = 0;
 
 private:

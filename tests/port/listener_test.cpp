@@ -114,6 +114,12 @@ TEST_F(ListenerTest, DescriptorsAreClosedAndKeptFromChildren) {
     EXPECT_TRUE(std::ranges::includes(before, listDescriptors()));
 }
 
+TEST_F(ListenerTest, AListenerWithoutRulesGetsWhatComes) {
+    isFramed = false;
+    listen();
+    EXPECT_EQ(ask(port, "GET / HTTP/1.1\r\nOrigin: x"), "[GET / HTTP/1.1\r\nOrigin: x]");
+}
+
 TEST_F(ListenerTest, AConnectionMayGoInsideItsRequest) {
     listen();
     handler = [](const std::string &, KIT_NetSocket &socket) { socket.close(); };

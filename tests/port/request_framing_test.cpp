@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "Cases.h"
-#include <orvlang/platform/vio/VIO_DeliveryGatherer.h>
-#include <orvlang/platform/vio/VIO_HttpHead.h>
+#include <orvlang/port/CMD_HttpHead.h>
+#include <orvlang/port/CMD_RequestFramer.h>
 
 namespace {
 
@@ -38,18 +38,16 @@ std::vector<Piece> piecesOf(std::string text) {
     return pieces;
 }
 
-/// Plays the pieces to a gatherer and tells what it decided at which time, a word for each decision. A delivery is told
-/// with its length and how many bytes lie behind it.
+/// Plays the pieces to a framer and logs what it decided at which time, a word for each decision.
 class Play {
 public:
-    explicit Play(const char *option)
-        : options(VIO_ListenerOptions::parse(option, nullptr)), gatherer(options) {}
+    explicit Play(const char *option) : framer(VIO_ListenerOptions::parse(option, nullptr)) {}
 
     std::string run(const std::vector<Piece> &pieces) {
         for (const Piece &piece : pieces) {
             passTime(piece.time);
             now = piece.time * theMillisecond;
-            gathered += piece.bytes;
+            received += piece.bytes;
             ended = piece.bytes.empty();
             decide();
         }
@@ -66,35 +64,37 @@ private:
     }
 
     void decide() {
-        for (;;) {
-            const VIO_Delivery next = gatherer.decide(gathered, ended, now);
+        while (!received.empty()) {
+            const VIO_RequestExtent next = framer.findRequest({ received, ended, now });
             due = next.until;
-            if (next.action == VIO_Delivery::Wait)
-                return;
-            tell(next);
-            if (next.action == VIO_Delivery::Complete)
-                gathered += "\r\n";
-            else if (next.action == VIO_Delivery::Drop)
-                gathered.erase(0, next.length);
-            else
-                gathered.clear();   // what is behind a delivery is read
-            if (next.action == VIO_Delivery::Fail || next.action == VIO_Delivery::Refuse)
+            show(next);
+            received.erase(0, next.skip + next.length);
+            if (next.action != VIO_RequestExtent::Deliver || next.isLast)
                 return;
         }
     }
 
-    void tell(const VIO_Delivery &next) {
-        static constexpr const char *theNames[] = { "wait", "deliver", "complete", "fail", "drop", "refuse" };
-        if (log.tellp() > 0)
-            log << ' ';
-        log << now / theMillisecond << ':' << theNames[next.action];
-        if (next.action == VIO_Delivery::Deliver)
-            log << '(' << next.length << '+' << gathered.size() - next.length << ')';
+    void show(const VIO_RequestExtent &next) {
+        if (next.skip > 0)
+            show("skip", next.skip);
+        if (next.action == VIO_RequestExtent::Refuse)
+            show("refuse", 0);
+        if (next.action == VIO_RequestExtent::Deliver)
+            show(framer.lacksLineEnd() ? "complete" : "deliver", next.length);
+        if (next.isLast)
+            show("end", 0);
     }
 
-    const VIO_ListenerOptions options;
-    VIO_DeliveryGatherer gatherer;
-    std::string gathered;
+    void show(const char *what, size_t length) {
+        if (log.tellp() > 0)
+            log << ' ';
+        log << now / theMillisecond << ':' << what;
+        if (length > 0)
+            log << '(' << length << ')';
+    }
+
+    CMD_RequestFramer framer;
+    std::string received;
     bool ended = false;
     long long now = 0, due = 0;
     std::ostringstream log;
@@ -102,26 +102,25 @@ private:
 
 const std::string thePost = "POST / HTTP/1.1\r\n";
 
-TEST(VIO_DeliveryGatherer, KnowsWhenARequestIsComplete) {
+TEST(CMD_RequestFramer, KnowsWhenARequestIsComplete) {
     for (const auto &row : casesOf(ORVLANG_CASES "/framing.cases"))
         EXPECT_EQ(Play(row.size() > 3 ? row[3].c_str() : "").run(piecesOf(row[1])), row[2]) << row[0];
 }
 
-TEST(VIO_DeliveryGatherer, DoesNotReadALongHeadAgainAndAgain) {
+TEST(CMD_RequestFramer, DoesNotReadALongHeadAgainAndAgain) {
     // A minute and more if each byte had the head read from its start.
-    const VIO_ListenerOptions options;
-    VIO_DeliveryGatherer gatherer(options);
-    std::string gathered = thePost;
-    while (gathered.size() < 65000) {
-        gathered += "a: b\r\n"[gathered.size() % 6];
-        ASSERT_EQ(gatherer.decide(gathered, false, 0).action, VIO_Delivery::Wait);
+    CMD_RequestFramer framer{ VIO_ListenerOptions() };
+    std::string received = thePost;
+    while (received.size() < 65000) {
+        received += "a: b\r\n"[received.size() % 6];
+        ASSERT_EQ(framer.findRequest({ received, false, 0 }).action, VIO_RequestExtent::Wait);
     }
 }
 
-TEST(VIO_HttpHead, TellsWhereARequestComesFrom) {
+TEST(CMD_HttpHead, TellsWhereARequestComesFrom) {
     for (const auto &row : casesOf(ORVLANG_CASES "/heads.cases")) {
         const char *const option = row.size() > 2 ? row[2].c_str() : "";
-        const VIO_HttpHead head = VIO_HttpHead::parse(thePost + row[0] + "\r\n\r\nOrigin: body\r\n",
+        const CMD_HttpHead head = CMD_HttpHead::parse(thePost + row[0] + "\r\n\r\nOrigin: body\r\n",
                                                       VIO_ListenerOptions::parse(option, nullptr));
         const char *const shown = head.isFromBrowser    ? "browser"
                                   : head.namesOtherHost ? "other host"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <orvlang/platform/vio/VIO_HttpHead.h>
+#include <orvlang/port/CMD_HttpHead.h>
 
 #include <algorithm>
 #include <string>
@@ -68,21 +68,21 @@ size_t skip(std::string_view text, size_t at, bool (*accepts)(char)) {
     return at;
 }
 
-VIO_HttpLine findPartOfLine(std::string_view line) {
+CMD_HttpLine findPartOfLine(std::string_view line) {
     const size_t method = skip(line, 0, isUpper);
     if (method == line.size())
-        return VIO_HttpLine::Maybe;
+        return CMD_HttpLine::Maybe;
     if (method == 0 || line[method] != ' ')
-        return VIO_HttpLine::No;
+        return CMD_HttpLine::No;
     const std::string_view rest = line.substr(skip(line, method + 1, isOfTarget));
-    return rest.starts_with(theVersion) || theVersion.starts_with(rest) ? VIO_HttpLine::Maybe
-                                                                        : VIO_HttpLine::No;
+    return rest.starts_with(theVersion) || theVersion.starts_with(rest) ? CMD_HttpLine::Maybe
+                                                                        : CMD_HttpLine::No;
 }
 
 }   // namespace
 
-VIO_HttpHead VIO_HttpHead::parse(std::string_view text, const VIO_ListenerOptions &options) {
-    VIO_HttpHead head;
+CMD_HttpHead CMD_HttpHead::parse(std::string_view text, const VIO_ListenerOptions &options) {
+    CMD_HttpHead head;
     text = text.substr(0, text.find('\0'));
     for (size_t newline = text.find('\n'); newline != text.npos;) {
         const size_t start = newline + 1;
@@ -96,7 +96,7 @@ VIO_HttpHead VIO_HttpHead::parse(std::string_view text, const VIO_ListenerOption
     return head;
 }
 
-void VIO_HttpHead::readLine(std::string_view line, const VIO_ListenerOptions &options) {
+void CMD_HttpHead::readLine(std::string_view line, const VIO_ListenerOptions &options) {
     const size_t colon = line.find(':');
     if (colon == line.npos)
         return;
@@ -117,7 +117,7 @@ void VIO_HttpHead::readLine(std::string_view line, const VIO_ListenerOptions &op
         namesOtherHost |= !isAllowed(hostOf(trim(value)), options);
 }
 
-VIO_HttpLine VIOfindHttpLine(std::string_view text, size_t scanned) {
+CMD_HttpLine CMDfindHttpLine(std::string_view text, size_t scanned) {
     const size_t end = text.find('\n', scanned);
     if (end == text.npos)
         return findPartOfLine(text.substr(0, theTellingStart));
@@ -126,5 +126,5 @@ VIO_HttpLine VIOfindHttpLine(std::string_view text, size_t scanned) {
     const size_t target = skip(line, method + 1, isOfTarget);
     const bool found = method > 0 && line.substr(method).starts_with(' ') && target > method + 1 &&
                        line.substr(std::min(target, line.size())).starts_with(theVersion);
-    return found ? VIO_HttpLine::Yes : VIO_HttpLine::No;
+    return found ? CMD_HttpLine::Yes : CMD_HttpLine::No;
 }

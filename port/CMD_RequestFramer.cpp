@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <orvlang/platform/vio/VIO_DeliveryGatherer.h>
+#include <orvlang/port/CMD_RequestFramer.h>
 
 #include <algorithm>
 #include <climits>
 
-#include <orvlang/platform/vio/VIO_HttpHead.h>
+#include <orvlang/port/CMD_HttpHead.h>
+#include <orvlang/port/CMD_PortProtocol.h>
+
+using namespace CMD_PortProtocol;
 
 namespace {
 
@@ -19,14 +22,18 @@ constexpr size_t theLongestHead = 65536;
 /// browser which was stopped in time, before the lines that show it.
 constexpr size_t theLeastPiece = 512;
 
-constexpr std::string_view thePostLine = "POST / HTTP/1.1\r\n";
 constexpr std::string_view theMethod = "POST ";
-constexpr std::string_view theXmlStart = "<?xml";
 /// Of a TLS handshake. It holds bytes that a web page chose, behind a NUL; but what comes in a second piece would be a
 /// request of its own.
 constexpr std::string_view theTlsStart = "\x16\x03";
-constexpr std::string_view theBlankLine = "\r\n\r\n";
-constexpr std::string_view theLineEnd = "\r\n";   // what the protocol reads behind a body
+
+VIO_RequestExtent deliver(size_t length) {
+    return { .action = VIO_RequestExtent::Deliver, .length = length };
+}
+
+VIO_RequestExtent refuse() {
+    return { .action = VIO_RequestExtent::Refuse };
+}
 
 bool isCutByBrowser(std::string_view head) {
     const size_t target = head.find(' ') + 1;
@@ -35,51 +42,55 @@ bool isCutByBrowser(std::string_view head) {
 
 }   // namespace
 
-VIO_Delivery VIO_DeliveryGatherer::decide(std::string_view gathered, bool ended, long long now) {
-    if (gathered.size() != seen)
-        lastProgress = now;
-    seen = gathered.size();
-    if (gathered.empty())
-        return { VIO_Delivery::Wait };
-    if (!late.empty() && late.front() == gathered.front()) {
-        late.remove_prefix(1);
-        seen = 0;
-        return { VIO_Delivery::Drop, 1 };
-    }
-    late = {};
-    const VIO_Delivery decision = decideForm({ gathered, ended, ended ? LLONG_MAX : now - lastProgress });
-    if (decision.action == VIO_Delivery::Deliver)
-        beginNext();
-    return decision;
+VIO_RequestExtent CMD_RequestFramer::findRequest(const VIO_ReceivedBytes &received) {
+    const auto end =
+        std::mismatch(late.begin(), late.end(), received.bytes.begin(), received.bytes.end()).first;
+    const size_t skip = static_cast<size_t>(end - late.begin());
+    late.remove_prefix(skip);
+    VIO_RequestExtent found = findNext(received.bytes.substr(skip), received);
+    found.skip = skip;
+    return found;
 }
 
-void VIO_DeliveryGatherer::beginNext() {
-    if (frame && frame->completed)
-        late = theLineEnd;
+VIO_RequestExtent CMD_RequestFramer::findNext(std::string_view text, const VIO_ReceivedBytes &received) {
+    if (text.size() != seen)
+        lastProgress = received.now;
+    seen = text.size();
+    if (text.empty())
+        return { .action = VIO_RequestExtent::Wait };
+    late = {};
+    const long long silence = received.isEnded ? LLONG_MAX : received.now - lastProgress;
+    const VIO_RequestExtent found = decideForm({ text, received.isEnded, silence });
+    if (found.action == VIO_RequestExtent::Deliver)
+        beginNext();
+    return found;
+}
+
+void CMD_RequestFramer::beginNext() {
     form.reset();
     frame.reset();
     scanned = seen = 0;
 }
 
-VIO_DeliveryGatherer::Form VIO_DeliveryGatherer::classify(std::string_view text) {
+CMD_RequestFramer::Form CMD_RequestFramer::classify(std::string_view text) {
     if (text.starts_with(thePostLine))
         return Form::Post;
     if (text.starts_with(theXmlStart))
         return Form::Xml;
     if (theXmlStart.starts_with(text))
         return Form::MaybeXml;
-    const VIO_HttpLine line = VIOfindHttpLine(text, scanned);
-    if (line == VIO_HttpLine::Maybe) {
+    const CMD_HttpLine line = CMDfindHttpLine(text, scanned);
+    if (line == CMD_HttpLine::Maybe) {
         scanned = text.size();
         return Form::MaybeHttp;
     }
     scanned = 0;
-    return line == VIO_HttpLine::Yes ? Form::OtherHttp : Form::Text;
+    return line == CMD_HttpLine::Yes ? Form::OtherHttp : Form::Text;
 }
 
-VIO_Delivery VIO_DeliveryGatherer::decideForm(const Look &look) {
+VIO_RequestExtent CMD_RequestFramer::decideForm(const Look &look) {
     if (look.text.starts_with(theTlsStart))
-        return { VIO_Delivery::Refuse };
+        return refuse();
     if (!form || *form == Form::MaybeXml || *form == Form::MaybeHttp)
         form = classify(look.text);
     switch (*form) {
@@ -99,16 +110,15 @@ VIO_Delivery VIO_DeliveryGatherer::decideForm(const Look &look) {
     return decideText(look, look.text.back() == '\n' ? theLineSilence : theTextSilence);
 }
 
-VIO_Delivery VIO_DeliveryGatherer::decideText(const Look &look, long long neededSilence) const {
+VIO_RequestExtent CMD_RequestFramer::decideText(const Look &look, long long neededSilence) const {
     if (look.text.size() > options.maxBytes)
-        return { VIO_Delivery::Refuse };
+        return refuse();
     if (look.silence < neededSilence)
         return waitFor(neededSilence);
-    return isAccepted() ? VIO_Delivery{ VIO_Delivery::Deliver, look.text.size() }
-                        : VIO_Delivery{ VIO_Delivery::Refuse };
+    return isAccepted() ? deliver(look.text.size()) : refuse();
 }
 
-bool VIO_DeliveryGatherer::isAccepted() const {
+bool CMD_RequestFramer::isAccepted() const {
     using Options = VIO_ListenerOptions;
     switch (*form) {
     case Form::Xml:
@@ -123,36 +133,36 @@ bool VIO_DeliveryGatherer::isAccepted() const {
 }
 
 /// A request line that has not ended.
-VIO_Delivery VIO_DeliveryGatherer::decideRequestLine(const Look &look) const {
+VIO_RequestExtent CMD_RequestFramer::decideRequestLine(const Look &look) const {
     const bool isPost = look.text.starts_with(theMethod) && thePostLine.starts_with(look.text);
     const long long patience = isPost ? options.wait : theHeadSilence;
     const bool isHttp = isPost ? !look.ended : isCutByBrowser(look.text);
     if (look.silence >= patience && isHttp)
-        return { VIO_Delivery::Refuse };
+        return refuse();
     return decideText(look, patience);
 }
 
-VIO_Delivery VIO_DeliveryGatherer::decideHttp(const Look &look) {
+VIO_RequestExtent CMD_RequestFramer::decideHttp(const Look &look) {
     if (!isAccepted())
-        return { VIO_Delivery::Refuse };
+        return refuse();
     if (!frame)
         frame = findFrame(look);
     return frame ? decideFramed(look) : waitFor(getHeadPatience());
 }
 
-long long VIO_DeliveryGatherer::getHeadPatience() const {
+long long CMD_RequestFramer::getHeadPatience() const {
     return *form == Form::Post ? options.wait : theHeadSilence;
 }
 
 /// Nothing as long as more of the head may come.
-std::optional<VIO_DeliveryGatherer::Frame> VIO_DeliveryGatherer::findFrame(const Look &look) {
+std::optional<CMD_RequestFramer::Frame> CMD_RequestFramer::findFrame(const Look &look) {
     const size_t end = findHeadEnd(look.text);
     const bool cut = end == look.text.npos;
     const bool tooLong = std::min(end, look.text.size()) > theLongestHead;
     if (cut && !tooLong && look.silence < getHeadPatience())
         return std::nullopt;
     const size_t length = cut ? look.text.size() : end;
-    const VIO_HttpHead head = VIO_HttpHead::parse(look.text.substr(0, length), options);
+    const CMD_HttpHead head = CMD_HttpHead::parse(look.text.substr(0, length), options);
     const bool isPost = *form == Form::Post;
     const bool counted = isPost && head.contentLength;
 
@@ -166,28 +176,28 @@ std::optional<VIO_DeliveryGatherer::Frame> VIO_DeliveryGatherer::findFrame(const
     return found;
 }
 
-VIO_Delivery VIO_DeliveryGatherer::decideFramed(const Look &look) {
+VIO_RequestExtent CMD_RequestFramer::decideFramed(const Look &look) {
     if (frame->refused)
-        return { VIO_Delivery::Refuse };
+        return refuse();
     if (frame->failed)
         return fail();
     const size_t size = look.text.size();
     if (size >= frame->length)
-        return { VIO_Delivery::Deliver, size };
+        return deliver(size);
     if (look.ended)
-        return *form == Form::OtherHttp ? VIO_Delivery{ VIO_Delivery::Deliver, size } : fail();
+        return *form == Form::OtherHttp ? deliver(size) : fail();
     const bool lacksLineEnd = frame->counted && frame->length - size == theLineEnd.size();
     const long long patience = lacksLineEnd ? std::min(theLineEndSilence, options.wait) : options.wait;
     if (look.silence < patience)
         return waitFor(patience);
     if (!lacksLineEnd)
         return fail();
-    frame->completed = true;
-    return { VIO_Delivery::Complete };
+    late = theLineEnd;
+    return deliver(size);
 }
 
 /// Behind the blank line; npos when it has not come.
-size_t VIO_DeliveryGatherer::findHeadEnd(std::string_view text) {
+size_t CMD_RequestFramer::findHeadEnd(std::string_view text) {
     // The protocol looks for this one only; what is not for it may end its lines as it likes.
     const size_t strict = text.find(theBlankLine, scanned);
     size_t end = strict == text.npos ? text.npos : strict + theBlankLine.size();
@@ -201,12 +211,14 @@ size_t VIO_DeliveryGatherer::findHeadEnd(std::string_view text) {
     return end;
 }
 
-bool VIO_DeliveryGatherer::isRefused(const VIO_HttpHead &head) const {
+bool CMD_RequestFramer::isRefused(const CMD_HttpHead &head) const {
     return (head.isFromBrowser && !options.passBrowsers) || head.namesOtherHost;
 }
 
-VIO_Delivery VIO_DeliveryGatherer::fail() const {
-    // Only the one kind of request has a reply for this.
-    return *form == Form::Post ? VIO_Delivery{ VIO_Delivery::Fail, frame->head }
-                               : VIO_Delivery{ VIO_Delivery::Refuse };
+VIO_RequestExtent CMD_RequestFramer::fail() const {
+    // Only the one kind of request has a reply for this. The protocol finds it cut short.
+    return *form == Form::Post ? VIO_RequestExtent{ .action = VIO_RequestExtent::Deliver,
+                                                    .length = frame->head,
+                                                    .isLast = true }
+                               : refuse();
 }

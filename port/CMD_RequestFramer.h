@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include <orvlang/platform/vio/VIO_ConnectedSocketListener.h>
+#include <orvlang/platform/vio/VIO_ListenerOptions.h>
+
+struct CMD_HttpHead;
+
+/// Decides how much of what a client of a command port has sent is one request. A request is one write of the client,
+/// but a large one, or one of an ordinary HTTP client, arrives in pieces. It is complete by what the bytes say, where
+/// they say it, and after a silence where they do not. Depends on bytes and times only, not on sockets.
+class CMD_RequestFramer {
+public:
+    explicit CMD_RequestFramer(const VIO_ListenerOptions &options) : options(options) {}
+
+    /// The bytes are those of the last call, without what that call delivered or skipped, and what has come since.
+    VIO_RequestExtent findRequest(const VIO_ReceivedBytes &received);
+    /// Returns true when the request that was delivered last lacks the line end after its body. It must be added, and is
+    /// skipped if it comes late.
+    bool lacksLineEnd() const { return !late.empty(); }
+
+private:
+    enum class Form { MaybeXml, MaybeHttp, Text, Xml, Post, OtherHttp };
+
+    struct Look {
+        std::string_view text;
+        bool ended;
+        long long silence;   // since bytes came; endless when no more will come
+    };
+    /// What is known of an HTTP request once its head has come.
+    struct Frame {
+        size_t head;           // length of the head; without a blank line of what came before a silence
+        size_t length;         // of the request
+        bool counted;          // the protocol reads a line end after the body
+        bool refused;          // must not be served
+        bool failed = false;   // cannot be served
+    };
+
+    VIO_RequestExtent findNext(std::string_view text, const VIO_ReceivedBytes &received);
+    void beginNext();
+    Form classify(std::string_view text);
+    VIO_RequestExtent decideForm(const Look &look);
+    VIO_RequestExtent decideText(const Look &look, long long neededSilence) const;
+    VIO_RequestExtent decideRequestLine(const Look &look) const;
+    VIO_RequestExtent decideHttp(const Look &look);
+    VIO_RequestExtent decideFramed(const Look &look);
+    std::optional<Frame> findFrame(const Look &look);
+    size_t findHeadEnd(std::string_view text);
+    bool isRefused(const CMD_HttpHead &head) const;
+    bool isAccepted() const;
+    long long getHeadPatience() const;
+    VIO_RequestExtent fail() const;
+    VIO_RequestExtent waitFor(long long silence) const {
+        return { .action = VIO_RequestExtent::Wait, .until = lastProgress + silence };
+    }
+
+    const VIO_ListenerOptions options;
+    std::optional<Form> form;   // of the request whose bytes are coming
+    std::optional<Frame> frame;
+    size_t scanned =
+        0;             // up to here there is no blank line, or no newline as long as a request line is sought
+    size_t seen = 0;   // length of the bytes at the last call
+    long long lastProgress = 0;
+    std::string_view late;   // what the request that was delivered last lacked, and may still come
+};
