@@ -89,21 +89,21 @@ void CMD_ConnectedSocketCommandListener::processSocketDataCallback(void *listene
     auto &connection = *static_cast<CMD_ConnectedSocketCommandListener *>(listener);
     if (connection.managerLife.expired())
         return socket.close();
-    KIT_WorkBuffer request;
-    request.write(data, static_cast<size_t>(length));
-    if (connection.framer->lacksLineEnd())
-        request.strcat(theLineEnd);
+    std::string request;
+    request.reserve(static_cast<size_t>(length) + theLineEnd.size());
+    request.append(data, static_cast<size_t>(length));
     connection.processSocketData(request, socket);
 }
 
-void CMD_ConnectedSocketCommandListener::processSocketData(const KIT_WorkBuffer &request,
-                                                           KIT_NetSocket &socket) {
-    const std::string_view bytes = request.view();
-    if (bytes == theCloseRequest)
+void CMD_ConnectedSocketCommandListener::processSocketData(std::string &request, KIT_NetSocket &socket) {
+    const std::optional<CMD_HttpHead> head = framer->releaseHead();
+    if (request == theCloseRequest)
         return socket.close();
     KIT_WorkBuffer reply;
-    if (bytes.starts_with(thePostLine))
-        processHTTPRequest(request, socket, reply);
+    if (head && framer->lacksLineEnd())
+        request += theLineEnd;
+    if (request.starts_with(thePostLine))
+        processHTTPRequest(request, head ? *head : framer->parseHead(request), socket, reply);
     else
         runText(request.c_str(), reply);
     sendReply(reply, socket);

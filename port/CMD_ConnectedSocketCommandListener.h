@@ -2,12 +2,14 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/platform/vio/VIO_ConnectedSocketListener.h>
 
 class CMD_Manager;
 class CMD_RequestFramer;
+struct CMD_HttpHead;
 struct XML_Document;
 
 /// One client of a command port. Each delivery is classified by itself: the byte that closes the connection, an HTTP
@@ -34,8 +36,9 @@ protected:
     VIO_RequestExtent findRequest(const VIO_ReceivedBytes &received) override;
 
 private:
-    void processSocketData(const KIT_WorkBuffer &request, KIT_NetSocket &socket);
-    void processHTTPRequest(const KIT_WorkBuffer &request, KIT_NetSocket &socket, KIT_WorkBuffer &reply);
+    void processSocketData(std::string &request, KIT_NetSocket &socket);
+    void processHTTPRequest(std::string &request, const CMD_HttpHead &head, KIT_NetSocket &socket,
+                            KIT_WorkBuffer &reply);
     void runText(const char *text, KIT_WorkBuffer &reply);
     void processXML(const char *text, KIT_WorkBuffer &reply);
     void processXMLNode(const XML_Document &document, KIT_WorkBuffer &reply);

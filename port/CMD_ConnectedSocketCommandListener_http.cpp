@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-// An HTTP request on a command port: the rest of it is read from the socket, its body is run as text of the language or
-// as an XML document, and the reply gets a head. Of the request's head only the length is looked at.
+// Step 4 of the road of an HTTP request. `processHTTPRequest` gets the request and its head, runs the body as XML or as
+// text of the language, and puts a head before the reply. A request that was passed without its end, as a host may do
+// that calls `processSocketDataCallback`, is read to its end from the socket first.
 #include <orvlang/port/CMD_ConnectedSocketCommandListener.h>
 
 #include <algorithm>
 #include <string>
 
-#include <orvlang/platform/kit/KIT_Options.h>
+#include <orvlang/port/CMD_HttpHead.h>
 #include <orvlang/port/CMD_PortProtocol.h>
-
-using namespace CMD_PortProtocol;
 
 namespace {
 
@@ -20,73 +19,50 @@ void putHead(const char *status, KIT_WorkBuffer &body) {
     body.prepend(head);
 }
 
-/// Takes over the lines `name:value` up to the first blank line, the values as they are written.
-void parseHTTPHeaders(std::string_view request, KIT_Options &options) {
-    const auto takeLine = [&request] {
-        const size_t end = std::min(request.find('\n'), request.size());
-        const std::string_view line = request.substr(0, end);
-        request.remove_prefix(std::min(end + 1, request.size()));
-        return line;
-    };
-    takeLine();   // the request line
-    while (!request.empty()) {
-        const std::string_view line = takeLine();
-        if (line.empty() || line == "\r")
-            return;
-        const size_t colon = line.find(':');
-        if (colon != line.npos)
-            options.setString(line.substr(0, colon), line.substr(colon + 1));
-    }
+/// Returns how many bytes are still to come.
+long long countMissing(const std::string &request, const CMD_HttpHead &head) {
+    // A blank line that has not come is taken to lack its last two bytes.
+    const size_t bodyOffset = head.bodyOffset.value_or(request.size() + CMD_PortProtocol::theLineEnd.size());
+    return head.getRequestLength(bodyOffset) - static_cast<long long>(request.size());
 }
 
-/// How many bytes are still to come.
-long long remainingBytes(const KIT_WorkBuffer &request, int contentLength) {
-    const size_t blankLine = request.view().find(theBlankLine);
-    const long long received = static_cast<long long>(request.length());
-    // Without the blank line in hand, its last two bytes are to come as well.
-    const long long bodyStart = blankLine == std::string_view::npos
-                                    ? received + 2
-                                    : static_cast<long long>(blankLine + theBlankLine.size());
-    return bodyStart - received + contentLength + static_cast<long long>(theLineEnd.size());
-}
-
-/// Reads the rest of a request behind what has been delivered. False when its length is not told, or when the connection
-/// ends before.
-bool readHTTPBody(KIT_WorkBuffer &request, KIT_NetSocket &socket) {
-    KIT_Options options;
-    parseHTTPHeaders(request.c_str(), options);
-    const KIT_String *const contentLength = options.findString("Content-Length");
-    if (!contentLength)
+/// Reads what the request lacks. Returns false when its length is not known, or when the connection ends before.
+bool readHTTPBody(std::string &request, const CMD_HttpHead &head, KIT_NetSocket &socket) {
+    if (!head.contentLength)
         return false;
     char piece[8191];
-    for (long long remaining = remainingBytes(request, contentLength->toInt()); remaining > 0;) {
+    for (long long missing = countMissing(request, head); missing > 0;) {
         int got = 0;
-        const int wanted = static_cast<int>(std::min<long long>(remaining, sizeof piece));
+        const int wanted = static_cast<int>(std::min<long long>(missing, sizeof piece));
         const int result = socket.read(piece, wanted, &got, -1);
         if (result == KIT_NetSocket::TryAgain)
             continue;
-        // A connection that failed gives nothing for ever.
+        // A connection that failed never returns another byte.
         if (result == KIT_NetSocket::Ended || got <= 0)
             return false;
-        request.write(piece, static_cast<size_t>(got));
-        remaining -= got;
+        request.append(piece, static_cast<size_t>(got));
+        missing -= got;
     }
     return true;
 }
 
+/// Returns the offset of the body; nothing when the text of the request, which a NUL ends, does not reach it.
+std::optional<size_t> findBody(const std::string &request, const CMD_HttpHead &head) {
+    if (head.hasNul)
+        return std::nullopt;
+    return head.bodyOffset ? head.bodyOffset : CMD_HttpHead::findBody(request.c_str(), 0);
+}
+
 }   // namespace
 
-void CMD_ConnectedSocketCommandListener::processHTTPRequest(const KIT_WorkBuffer &request,
+void CMD_ConnectedSocketCommandListener::processHTTPRequest(std::string &request, const CMD_HttpHead &head,
                                                             KIT_NetSocket &socket, KIT_WorkBuffer &reply) {
-    KIT_WorkBuffer whole(request.view());
-    const bool isComplete = readHTTPBody(whole, socket);
-    const std::string_view text = whole.c_str();
-    const size_t blankLine = text.find(theBlankLine);
-    if (!isComplete || blankLine == text.npos) {
+    const bool isComplete = readHTTPBody(request, head, socket);
+    const std::optional<size_t> body = findBody(request, head);
+    if (!isComplete || !body) {
         reply.strcpy("Orvane could not process HTTP request");
         return putHead("400 Bad Request", reply);
     }
-    const char *const body = whole.c_str() + blankLine + theBlankLine.size();
-    runText(body, reply);
+    runText(request.c_str() + *body, reply);
     putHead("200 OK", reply);
 }

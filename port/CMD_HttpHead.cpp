@@ -9,6 +9,9 @@
 #include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/vio/VIO_ListenerOptions.h>
+#include <orvlang/port/CMD_PortProtocol.h>
+
+using namespace CMD_PortProtocol;
 
 namespace {
 
@@ -81,9 +84,18 @@ CMD_HttpLine findPartOfLine(std::string_view line) {
 
 }   // namespace
 
-CMD_HttpHead CMD_HttpHead::parse(std::string_view text, const VIO_ListenerOptions &options) {
+std::optional<size_t> CMD_HttpHead::findBody(std::string_view request, size_t scanned) {
+    const size_t blankLine = request.find(theBlankLine, scanned);
+    return blankLine == request.npos ? std::nullopt : std::optional(blankLine + theBlankLine.size());
+}
+
+CMD_HttpHead CMD_HttpHead::parse(std::string_view request, std::optional<size_t> bodyOffset,
+                                 const VIO_ListenerOptions &options) {
     CMD_HttpHead head;
-    text = text.substr(0, text.find('\0'));
+    head.bodyOffset = bodyOffset;
+    const std::string_view bytes = request.substr(0, bodyOffset.value_or(request.npos));
+    const std::string_view text = bytes.substr(0, bytes.find('\0'));
+    head.hasNul = text.size() < bytes.size();
     for (size_t newline = text.find('\n'); newline != text.npos;) {
         const size_t start = newline + 1;
         newline = text.find('\n', start);
@@ -94,6 +106,10 @@ CMD_HttpHead CMD_HttpHead::parse(std::string_view text, const VIO_ListenerOption
         head.readLine(line, options);
     }
     return head;
+}
+
+long long CMD_HttpHead::getRequestLength(size_t offset) const {
+    return static_cast<long long>(offset + theLineEnd.size()) + *contentLength;
 }
 
 void CMD_HttpHead::readLine(std::string_view line, const VIO_ListenerOptions &options) {

@@ -62,11 +62,14 @@ VIO_RequestExtent CMD_RequestFramer::findNext(std::string_view text, const VIO_R
     const long long silence = received.isEnded ? LLONG_MAX : received.now - lastProgress;
     const VIO_RequestExtent found = decideForm({ text, received.isEnded, silence });
     if (found.action == VIO_RequestExtent::Deliver)
-        beginNext();
+        endRequest();
     return found;
 }
 
-void CMD_RequestFramer::beginNext() {
+void CMD_RequestFramer::endRequest() {
+    deliveredHead.reset();
+    if (*form == Form::Post)
+        deliveredHead = frame->head;
     form.reset();
     frame.reset();
     scanned = seen = 0;
@@ -154,71 +157,76 @@ long long CMD_RequestFramer::getHeadPatience() const {
     return *form == Form::Post ? options.wait : theHeadSilence;
 }
 
-/// Nothing as long as more of the head may come.
+/// Returns nothing as long as more of the head may come.
 std::optional<CMD_RequestFramer::Frame> CMD_RequestFramer::findFrame(const Look &look) {
-    const size_t end = findHeadEnd(look.text);
-    const bool cut = end == look.text.npos;
-    const bool tooLong = std::min(end, look.text.size()) > theLongestHead;
-    if (cut && !tooLong && look.silence < getHeadPatience())
+    const std::optional<size_t> bodyOffset = findBody(look.text);
+    const size_t headLength = bodyOffset.value_or(look.text.size());
+    const bool isTooLong = headLength > theLongestHead;
+    if (!bodyOffset && !isTooLong && look.silence < getHeadPatience())
         return std::nullopt;
-    const size_t length = cut ? look.text.size() : end;
-    const CMD_HttpHead head = CMD_HttpHead::parse(look.text.substr(0, length), options);
-    const bool isPost = *form == Form::Post;
-    const bool counted = isPost && head.contentLength;
 
-    Frame found = { .head = length, .length = length, .counted = counted, .refused = isRefused(head) };
-    const long long body = counted ? *head.contentLength : head.anyContentLength.value_or(0);
-    const long long needed = static_cast<long long>(length + (counted ? theLineEnd.size() : 0)) + body;
-    found.length = static_cast<size_t>(std::max<long long>(needed, static_cast<long long>(length)));
-    found.failed = tooLong || head.hasTransferEncoding || body > static_cast<long long>(options.maxBytes) ||
-                   // Where the body begins cannot be told.
-                   (cut && (isPost || body > 0 || isCutByBrowser(look.text)));
-    return found;
+    const bool isPost = *form == Form::Post;
+    const CMD_HttpHead head = CMD_HttpHead::parse(look.text, bodyOffset, options);
+    const bool isCounted = isPost && head.contentLength;
+    const long long body = isCounted ? *head.contentLength : head.anyContentLength.value_or(0);
+    const long long needed =
+        isCounted ? head.getRequestLength(headLength) : static_cast<long long>(headLength) + body;
+    // Without a blank line it is not known where the body begins.
+    const bool isBodyUnknown = !bodyOffset && (isPost || body > 0 || isCutByBrowser(look.text));
+    return Frame{ .head = head,
+                  .length = static_cast<size_t>(std::max(needed, static_cast<long long>(headLength))),
+                  .isCounted = isCounted,
+                  .isRefused = isRefused(head),
+                  .isFailed = isTooLong || head.hasTransferEncoding ||
+                              body > static_cast<long long>(options.maxBytes) || isBodyUnknown };
 }
 
 VIO_RequestExtent CMD_RequestFramer::decideFramed(const Look &look) {
-    if (frame->refused)
+    if (frame->isRefused)
         return refuse();
-    if (frame->failed)
-        return fail();
+    if (frame->isFailed)
+        return fail(look);
     const size_t size = look.text.size();
     if (size >= frame->length)
         return deliver(size);
     if (look.ended)
-        return *form == Form::OtherHttp ? deliver(size) : fail();
-    const bool lacksLineEnd = frame->counted && frame->length - size == theLineEnd.size();
+        return *form == Form::OtherHttp ? deliver(size) : fail(look);
+    const bool lacksLineEnd = frame->isCounted && frame->length - size == theLineEnd.size();
     const long long patience = lacksLineEnd ? std::min(theLineEndSilence, options.wait) : options.wait;
     if (look.silence < patience)
         return waitFor(patience);
     if (!lacksLineEnd)
-        return fail();
+        return fail(look);
     late = theLineEnd;
     return deliver(size);
 }
 
-/// Behind the blank line; npos when it has not come.
-size_t CMD_RequestFramer::findHeadEnd(std::string_view text) {
-    // The protocol looks for this one only; what is not for it may end its lines as it likes.
-    const size_t strict = text.find(theBlankLine, scanned);
-    size_t end = strict == text.npos ? text.npos : strict + theBlankLine.size();
+/// Returns the offset after the blank line; nothing while that has not come.
+std::optional<size_t> CMD_RequestFramer::findBody(std::string_view text) {
+    std::optional<size_t> offset = CMD_HttpHead::findBody(text, scanned);
     if (*form == Form::OtherHttp) {
-        const size_t loose = text.substr(0, end).find("\n\n", scanned);
+        // What is not for the port may end its lines as it likes.
+        const size_t loose = text.substr(0, offset.value_or(text.npos)).find("\n\n", scanned);
         if (loose != text.npos)
-            end = loose + 2;
+            offset = loose + 2;
     }
-    if (end == text.npos)
+    if (!offset)
         scanned = text.size() - std::min(text.size(), theBlankLine.size() - 1);
-    return end;
+    return offset;
+}
+
+CMD_HttpHead CMD_RequestFramer::parseHead(std::string_view request) const {
+    return CMD_HttpHead::parse(request, CMD_HttpHead::findBody(request, 0), options);
 }
 
 bool CMD_RequestFramer::isRefused(const CMD_HttpHead &head) const {
     return (head.isFromBrowser && !options.passBrowsers) || head.namesOtherHost;
 }
 
-VIO_RequestExtent CMD_RequestFramer::fail() const {
-    // Only the one kind of request has a reply for this. The protocol finds it cut short.
+VIO_RequestExtent CMD_RequestFramer::fail(const Look &look) const {
+    // Only the one kind of request has a reply for this. The request then ends with its head.
     return *form == Form::Post ? VIO_RequestExtent{ .action = VIO_RequestExtent::Deliver,
-                                                    .length = frame->head,
+                                                    .length = frame->head.bodyOffset.value_or(look.text.size()),
                                                     .isLast = true }
                                : refuse();
 }

@@ -9,6 +9,7 @@
 #include "Cases.h"
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_UndoManager.h>
+#include <orvlang/port/CMD_ConnectedSocketCommandListener.h>
 #include <orvlang/port/CMD_ServerSocketCommandListener.h>
 
 using namespace std::string_literals;
@@ -191,6 +192,44 @@ TEST_F(ProtocolTest, HTTPRequestThatEndsTooEarly) {
         EXPECT_EQ(ask(gone, ""), theHTTPFailure) << rest;
         EXPECT_EQ(ask(stalled, "POST / HTTP/1.1\r\n"s + rest), theHTTPFailure) << rest;
     }
+}
+
+/// A host's connection, which passes the first bytes of a request on as they come.
+struct HostConnection : CMD_ConnectedSocketCommandListener {
+    using CMD_ConnectedSocketCommandListener::CMD_ConnectedSocketCommandListener;
+    VIO_RequestExtent findRequest(const VIO_ReceivedBytes &received) override {
+        return { .action = VIO_RequestExtent::Deliver,
+                 .length = std::min(received.bytes.size(), theFirstPart) };
+    }
+
+    static inline size_t theFirstPart;
+};
+
+struct HostServer : VIO_ServerSocketListener {
+    explicit HostServer(CMD_Manager &manager)
+        : VIO_ServerSocketListener(KIT_NetSocket::newSocket(0, true, false), 0, nullptr, nullptr, nullptr),
+          manager(manager) {
+        installGenerator();
+    }
+    ~HostServer() override { uninstallGenerator(); }
+    const char *className() const override { return "HostServer"; }
+    void createConnectedSocketListener() override {
+        new HostConnection(getSocket(), manager, false, false, nullptr, false);
+    }
+
+    CMD_Manager &manager;
+};
+
+TEST_F(ProtocolTest, TheRestOfAnHTTPRequestIsReadFromTheSocket) {
+    const HostServer server(manager);
+    PortClient client(server.getPort());
+    for (const char *const first :
+         { "POST / HTTP/1.1\r\nContent-Length: 6\r\n", "POST / HTTP/1.1\r\nContent-Length: 6\r\n\r\nec" }) {
+        HostConnection::theFirstPart = std::string_view(first).size();
+        EXPECT_EQ(ask(client, "POST / HTTP/1.1\r\nContent-Length: 6\r\n\r\necho x\r\n"), httpReply("x\n"))
+            << first;
+    }
+    EXPECT_EQ(ask(client, "echo still"), "still\n");
 }
 
 TEST_F(ProtocolTest, LongRequestsAndReplies) {

@@ -120,8 +120,9 @@ TEST(CMD_RequestFramer, DoesNotReadALongHeadAgainAndAgain) {
 TEST(CMD_HttpHead, TellsWhereARequestComesFrom) {
     for (const auto &row : casesOf(ORVLANG_CASES "/heads.cases")) {
         const char *const option = row.size() > 2 ? row[2].c_str() : "";
-        const CMD_HttpHead head = CMD_HttpHead::parse(thePost + row[0] + "\r\n\r\nOrigin: body\r\n",
-                                                      VIO_ListenerOptions::parse(option, nullptr));
+        const CMD_HttpHead head =
+            CMD_HttpHead::parse(thePost + row[0] + "\r\n\r\nOrigin: body\r\n", std::nullopt,
+                                VIO_ListenerOptions::parse(option, nullptr));
         const char *const shown = head.isFromBrowser    ? "browser"
                                   : head.namesOtherHost ? "other host"
                                                         : "nothing";
