@@ -55,25 +55,25 @@ void VIO_Connection::end() {
 }
 
 int VIO_Connection::getDescriptor() const {
-    return delivering || awaitingRoom ? -1 : socket->getDescriptor();
+    return state == State::Delivering || isReplying() ? -1 : socket->getDescriptor();
 }
 
 bool VIO_Connection::isReady() const {
     OSL_System &system = OSLsystem();
-    if (delivering)
+    if (state == State::Delivering)
         return false;
     if (dueTime != 0 && dueTime <= system.getMonotonicTime())
         return true;
     const int descriptor = socket->getDescriptor();
-    return (awaitingRoom ? system.waitWritable(descriptor, 0) : system.waitReadable(descriptor, 0)) > 0;
+    return (isReplying() ? system.waitWritable(descriptor, 0) : system.waitReadable(descriptor, 0)) > 0;
 }
 
 bool VIO_Connection::serve(long long now) {
-    if (delivering)
+    if (state == State::Delivering)
         return false;
-    if (draining)
+    if (state == State::Draining)
         return drain(now);
-    if (awaitingRoom && !sendRest(now))
+    if (isReplying() && !sendRest(now))
         return false;
     socket->gather(socket->getGathered().size() + theStep);
     return deliverRequests(now);
@@ -90,7 +90,7 @@ bool VIO_Connection::deliverRequests(long long now) {
                 end();
             return delivered;
         }
-        if (!deliver(next) || !finishDelivery(next.isLast))
+        if (!deliver(next) || !beginReply())
             return true;
     }
 }
@@ -111,34 +111,30 @@ bool VIO_Connection::deliver(const VIO_RequestExtent &request) {
     socket->takeGathered(request.isLast ? gathered.size() : bytes.size());
     if (request.isLast)
         socket->endInput();
-    delivering = true;
+    state = State::Delivering;
     receiver.callback(receiver.data, bytes.data(), static_cast<int>(bytes.size()), *kept);
     if (!VIO_SocketSet::inst().holds(self))
         return false;
-    delivering = false;
+    state = request.isLast ? State::ReplyingLast : State::Replying;
     return true;
 }
 
-/// Sends the reply as far as the peer reads it. Returns false when nothing more can be delivered for now.
-bool VIO_Connection::finishDelivery(bool last) {
+/// The callback has written the reply. Returns false when nothing more can be delivered for now.
+bool VIO_Connection::beginReply() {
     socket->trim();
     if (!socket->isUsable()) {
         end();
         return false;
     }
-    ending = last;
-    if (socket->getQueued() > 0) {
-        awaitRoom(true);
-        lastSent = OSLsystem().getMonotonicTime();
-        dueTime = lastSent + options.wait;
-        return false;
-    }
-    if (ending)
-        closeSlowly();
-    return !ending;
+    if (socket->getQueued() == 0)
+        return finishReply();
+    awaitOutput(true);
+    lastSent = OSLsystem().getMonotonicTime();
+    dueTime = lastSent + options.wait;
+    return false;
 }
 
-/// Sends on. False when nothing more can be done for now.
+/// Sends what the peer reads. Returns false when nothing more can be done for now.
 bool VIO_Connection::sendRest(long long now) {
     if (socket->sendQueued() > 0)
         lastSent = now;
@@ -150,21 +146,27 @@ bool VIO_Connection::sendRest(long long now) {
     if (socket->getQueued() > 0)
         return false;
     socket->trim();
-    awaitRoom(false);
-    if (ending)
+    awaitOutput(false);
+    return finishReply();
+}
+
+/// The reply is sent. Returns false when it was the last one.
+bool VIO_Connection::finishReply() {
+    if (state == State::ReplyingLast)
         closeSlowly();
-    return !ending;
+    else
+        state = State::Receiving;
+    return state == State::Receiving;
 }
 
-void VIO_Connection::awaitRoom(bool await) {
-    awaitingRoom = await;
-    VIO_SocketSet::inst().awaitOutput(id, socket->getDescriptor(), await);
+void VIO_Connection::awaitOutput(bool output) {
+    VIO_SocketSet::inst().awaitOutput(id, socket->getDescriptor(), output);
 }
 
-/// Closes this side. To close all at once would, as long as the peer sends, take from it what it was sent last.
+/// Closes this side. Closing both at once would, while the peer still sends, discard what it has not read yet.
 void VIO_Connection::closeSlowly() {
     socket->endOutput();
-    draining = true;
+    state = State::Draining;
     dueTime = OSLsystem().getMonotonicTime() + options.wait;
 }
 

@@ -35,6 +35,14 @@ public:
     long long getDueTime() const override { return dueTime; }
 
 private:
+    enum class State {
+        Receiving,      // collects the bytes of the next request
+        Delivering,     // the callback runs a request
+        Replying,       // the peer has not read all of the reply
+        ReplyingLast,   // likewise, and the connection ends after this reply
+        Draining        // this side is closed; what the peer still sends is dropped
+    };
+
     VIO_Connection(VIO_ConnectedSocketListener &owner, std::shared_ptr<KIT_NetSocket> socket, int port,
                    const Receiver &receiver, const VIO_ListenerOptions &options);
 
@@ -43,11 +51,13 @@ private:
     bool deliverRequests(long long now);
     VIO_RequestExtent findRequest(long long now) const;
     bool deliver(const VIO_RequestExtent &request);
-    bool finishDelivery(bool last);
+    bool beginReply();
     bool sendRest(long long now);
-    void awaitRoom(bool await);
+    bool finishReply();
+    void awaitOutput(bool output);
     void closeSlowly();
     bool drain(long long now);
+    bool isReplying() const { return state == State::Replying || state == State::ReplyingLast; }
 
     VIO_ConnectedSocketListener &owner;
     const std::shared_ptr<KIT_NetSocket> socket;   // a delivery keeps it while its connection is destroyed
@@ -55,10 +65,7 @@ private:
     const Receiver receiver;
     const VIO_ListenerOptions options;
     VIO_SocketSet::Id id = 0;
-    bool delivering = false;
-    bool awaitingRoom = false;   // a reply is not sent to its end
-    bool ending = false;         // once the reply is sent, the connection is over
-    bool draining = false;       // it is over for this side, and what still comes is dropped
+    State state = State::Receiving;
     long long dueTime = 0;
     long long lastSent = 0;
 };
