@@ -65,14 +65,22 @@ void SentInput::addLine(std::string_view line) {
         return;
     }
     const std::string whole = std::exchange(continued, {});
-    if (std::exchange(isReadPending, false))
-        return;
-    // What comes after a `read` on its line waits for the answer as well.
-    for (std::string_view rest = whole; !rest.empty() && !isReadPending;) {
+    // Whether a branch with a `read` is taken does not show, but its end is hardly an answer.
+    const std::string_view first = firstWord(whole);
+    const bool endsBranch = ifs > 0 && (first == "else" || first == "endif");
+    const bool isAnswer = std::exchange(isReadPending, false) && !endsBranch;
+    addStatements(std::exchange(afterRead, {}));
+    if (!isAnswer)
+        addStatements(whole);
+}
+
+void SentInput::addStatements(std::string_view rest) {
+    while (!rest.empty() && !isReadPending) {
         const std::size_t length = statementLength(rest);
         addStatement(firstWord(rest.substr(0, length)));
         rest.remove_prefix(std::min(length + 1, rest.size()));
     }
+    afterRead = rest;
 }
 
 void SentInput::addStatement(std::string_view command) {

@@ -21,9 +21,11 @@ public:
     CMD_Manager::Pending getPending() const;
 
 private:
+    void addStatements(std::string_view rest);
     void addStatement(std::string_view command);
 
     std::string continued;
+    std::string afterRead;   // on its line, which waits for the answer as well
     int loops = 0;
     int ifs = 0;
     bool hasReadInLoop = false;

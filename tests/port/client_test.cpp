@@ -128,6 +128,8 @@ TEST_F(ClientTest, WithoutAStatus) {
         const Outcome rest = connect(port, {}, c.rest);
         EXPECT_TRUE(rest.out.ends_with("answer\n")) << c.input << rest.out;
     }
+    for (const char *input : { "if 0\nread x\nendif", "if 1; read x; endif\na" })
+        EXPECT_EQ(connect(port, {}, input).status, 0) << input;
     // An end behind the reply, whichever way it shows, is no failure.
     for (const bool isReset : { false, true }) {
         const Outcome gone = connectToOther({}, "echo x\n", "x\n\0"sv, isReset);
