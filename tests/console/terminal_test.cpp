@@ -147,8 +147,19 @@ TEST_F(TerminalTest, EndOfInputWithSomethingOpen) {
 TEST_F(TerminalTest, InterruptReachesPython) {
     Terminal terminal(program());
     terminal.waitFor("orvlang -> ");
-    for (const char *wait : { "while True: pass", "__import__(\"time\").sleep(1000)" }) {
-        terminal.type("python -c 'print(\"be\" + \"gun\")\\n" + std::string(wait) + "'; echo not reached\n");
+    // A signal that comes just before the system call does not end the sleep, in any Python. So a thread, which gets the
+    // interpreter lock when the main thread releases it for the sleep, waits for that call.
+    folder.write("turn.py", "print('begun')\nwhile True: pass\n");
+    folder.write("sleep.py",
+                 "import _thread, os, sys, time\n"
+                 "sys.setswitchinterval(1000)\n"
+                 "def watch():\n"
+                 "    while open(f'/proc/self/task/{os.getpid()}/stat').read().split()[2] != 'S': pass\n"
+                 "    print('begun')\n"
+                 "_thread.start_new_thread(watch, ())\n"
+                 "time.sleep(1000)\n");
+    for (const std::string script : { "turn.py", "sleep.py" }) {
+        terminal.type("python " + script + "; echo not reached\n");
         terminal.waitFor("begun\r\n");
         terminal.type(theControlC);
         terminal.waitFor("\r\nKeyboardInterrupt\r\n\r\n");
