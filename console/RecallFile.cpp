@@ -2,7 +2,6 @@
 #include "RecallFile.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -13,6 +12,7 @@
 #include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/osl/OSL_File.h>
 
 namespace {
 
@@ -55,18 +55,6 @@ private:
                (opened.st_dev == named.st_dev && opened.st_ino == named.st_ino);
     }
 };
-
-bool writeAll(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t n = write(descriptor, text.data(), text.size());
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        text.remove_prefix(static_cast<size_t>(n));
-    }
-    return true;
-}
 
 std::string readAll(int descriptor) {
     std::string text;
@@ -125,7 +113,7 @@ void RecallFile::shorten(std::string_view kept) const {
     const int descriptor = open(shorter.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (descriptor < 0)
         return;
-    const bool isWritten = writeAll(descriptor, kept);
+    const bool isWritten = OSLwriteAll(descriptor, kept.data(), kept.size());
     close(descriptor);
     if (!isWritten || rename(shorter.c_str(), path.c_str()) != 0)
         unlink(shorter.c_str());
@@ -142,6 +130,7 @@ void RecallFile::add(KIT_CmdLineReader &reader, std::string text) {
     latest = text;
     std::replace(text.begin(), text.end(), '\n', theLineEndWithin);
     const LockedFile file(path, O_WRONLY | O_APPEND | O_CREAT, LOCK_SH);
+    text += '\n';
     if (file.descriptor >= 0)
-        writeAll(file.descriptor, text + "\n");
+        OSLwriteAll(file.descriptor, text.data(), text.size());
 }

@@ -7,8 +7,9 @@
 #include <iostream>
 #include <streambuf>
 
-#include <poll.h>
 #include <unistd.h>
+
+#include <orvlang/platform/osl/OSL_File.h>
 
 namespace {
 
@@ -26,18 +27,8 @@ protected:
                                                                   : sputc(traits_type::to_char_type(byte));
     }
     int sync() override {
-        for (const char *rest = pbase(); rest < pptr();) {
-            const ssize_t n = write(descriptor, rest, static_cast<std::size_t>(pptr() - rest));
-            if (n >= 0) {
-                rest += n;
-            } else if (errno == EAGAIN) {
-                pollfd output = { descriptor, POLLOUT, 0 };
-                poll(&output, 1, -1);
-            } else if (errno != EINTR) {
-                error = errno;
-                break;
-            }
-        }
+        if (!OSLwriteAll(descriptor, pbase(), static_cast<std::size_t>(pptr() - pbase())))
+            error = errno;
         setp(bytes, bytes + sizeof bytes);
         return 0;
     }

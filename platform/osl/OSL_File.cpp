@@ -36,12 +36,14 @@ bool OSLwriteAll(int descriptor, const void *data, size_t count) {
     const char *bytes = static_cast<const char *>(data);
     while (count > 0) {
         const ssize_t n = OSLsystem().write(descriptor, bytes, count);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
+        if (n > 0) {
+            bytes += n;
+            count -= static_cast<size_t>(n);
+        } else if (n < 0 && errno == EAGAIN) {
+            OSLsystem().waitWritable(descriptor, -1);
+        } else if (n == 0 || errno != EINTR) {
             return false;
-        bytes += n;
-        count -= static_cast<size_t>(n);
+        }
     }
     return true;
 }
