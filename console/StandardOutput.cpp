@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <orvlang/platform/osl/OSL_File.h>
+#include <orvlang/platform/snk/SNK_Python.h>
 
 namespace {
 
@@ -43,9 +44,10 @@ DescriptorBuffer *theOutput = nullptr;   // never freed: the streams are flushed
 
 void reportLoss() {
     std::cout.flush();
-    if (theOutput->getError() == 0)
+    const int error = theOutput->getError() ? theOutput->getError() : SNKgetPythonOutputError();
+    if (error == 0)
         return;
-    std::cerr << "orvlang: standard output: " << std::strerror(theOutput->getError()) << std::endl;
+    std::cerr << "orvlang: standard output: " << std::strerror(error) << std::endl;
     _exit(1);
 }
 

@@ -71,13 +71,20 @@ const SNK_ComponentTable *load(std::string &failure) {
     return reinterpret_cast<SNK_StartFunction *>(start)(host, { &failure, take });
 }
 
+std::atomic<int> theOutputError{ 0 };
+
+void finish(const SNK_ComponentTable &table) {
+    if (const int error = table.finish())
+        theOutputError = error;
+}
+
 /// The component once it was looked for.
 struct Component {
     Component() : table(load(failure)) {
         if (!table)
             return;
         KITgetInterrupt()->setListener(table->interrupt);
-        KIT_Exit::addExitCallback([](void *data) { static_cast<const SNK_ComponentTable *>(data)->finish(); },
+        KIT_Exit::addExitCallback([](void *data) { finish(*static_cast<const SNK_ComponentTable *>(data)); },
                                   const_cast<SNK_ComponentTable *>(table));
         // A host may return from main instead. A process that it has forked off has no business with the files here, and
         // may never get the interpreter lock.
@@ -87,7 +94,7 @@ struct Component {
         theProcess = getpid();
         std::atexit([] {
             if (getpid() == theProcess)
-                theTable->finish();
+                finish(*theTable);
         });
     }
 
@@ -99,6 +106,10 @@ struct Component {
 
 void SNKsetLanguage(const SNK_Language *language) {
     theLanguage = language;
+}
+
+int SNK_Component::getOutputError() {
+    return theOutputError;
 }
 
 const SNK_ComponentTable *SNK_Component::get(std::string *reason) {

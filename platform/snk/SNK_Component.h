@@ -16,4 +16,6 @@ public:
 
     /// Null when Python cannot run now: `reason`, unless null, is then the text to show.
     static const SNK_ComponentTable *get(std::string *reason = nullptr);
+    /// As SNKgetPythonOutputError.
+    static int getOutputError();
 };

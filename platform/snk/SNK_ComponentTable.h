@@ -35,8 +35,9 @@ struct SNK_ComponentTable {
     void (*unlock)(int state);
     /// Raises KeyboardInterrupt in the code that runs, if any does. May be called from a signal handler.
     void (*interrupt)();
-    /// Runs what Python code has registered for the end of the process.
-    void (*finish)();
+    /// Runs what Python code has registered for the end of the process. Returns the error number with which standard
+    /// output refused what Python had yet to write; 0 for none.
+    int (*finish)();
 };
 
 /// Starts the interpreter and gives the table; null, with the reason, when that fails. The host stays for good.
@@ -45,4 +46,4 @@ using SNK_StartFunction = const SNK_ComponentTable *(const SNK_ComponentHost &ho
 
 /// The name that the component exports it by. The number changes with the tables: a component that was made for
 /// others is refused, not misread.
-#define SNK_START_FUNCTION SNKstartPython3
+#define SNK_START_FUNCTION SNKstartPython4

@@ -85,3 +85,7 @@ SNK_Result SNKrunPythonStatementsFromFile(int argc, char **argv, SNK_EvaluationC
         return python.runFile(argc, argv, texts);
     });
 }
+
+int SNKgetPythonOutputError() {
+    return SNK_Component::getOutputError();
+}

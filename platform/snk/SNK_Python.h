@@ -26,3 +26,7 @@ CMD_API SNK_Result SNKrunPythonStatements(const char *code, SNK_EvaluationContex
 /// Runs the file argv[0]. While it runs, sys.argv holds the words, sys.path begins with the folder of the file, and
 /// `__file__` is its name. Without a word it gives an exception.
 CMD_API SNK_Result SNKrunPythonStatementsFromFile(int argc, char **argv, SNK_EvaluationContext *context);
+
+/// The error (an errno) with which standard output refused text of Python's that is lost now; 0 for none. Known at the end
+/// of the process only: until then Python keeps such text and tries again.
+CMD_API int SNKgetPythonOutputError();

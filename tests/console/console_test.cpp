@@ -123,6 +123,8 @@ TEST_F(ConsoleTest, StandardStreamsOfManyKinds) {
         { "$B -c 'nosuch > f' 2>&-; echo $?; cat f", "1\n", "" },
         { "$B -c 'echo a; quit' > /dev/full; echo $?", "1\n",
           "orvlang: standard output: No space left on device\n" },
+        { "$B -c \"python -c 'print(1)'\" 2> err > /dev/full; echo $?; tail -n 1 err",
+          "1\norvlang: standard output: No space left on device\n", "" },
         { "$B --help > /dev/full; echo $?", "1\n", "orvlang: standard output: No space left on device\n" },
         // A small pipe that never blocks.
         { "python3 -c 'import fcntl, os, subprocess\n"

@@ -113,12 +113,15 @@ void unlock(int state) {
 }
 
 /// The interpreter itself stays: threads of Python may be running, and waiting for them could take for ever.
-void finish() {
+int finish() {
     if (!SNK_Interpreter::endsWithProcess())
-        return;
+        return 0;
     const SNK_Interpreter::Call call;
-    if (!SNK_Interpreter::support("finish"))
-        PyErr_WriteUnraisable(nullptr);
+    const SNK_PythonReference refusal = SNK_Interpreter::support("finish");
+    if (refusal)
+        return static_cast<int>(PyLong_AsLong(refusal));
+    PyErr_WriteUnraisable(nullptr);
+    return 0;
 }
 
 }   // namespace

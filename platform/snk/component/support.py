@@ -71,17 +71,23 @@ def flush():
 
 
 def finish():
-    """At the end of the process: what was registered with atexit, and what open files have yet to write."""
+    """At the end of the process: what was registered with atexit, and what open files have yet to write.
+
+    Returns the number of the error with which standard output refused text; 0 for none.
+    """
     import atexit
     import gc
 
     atexit._run_exitfuncs()
     writers = (io.TextIOWrapper, io.BufferedWriter, io.BufferedRandom, io.BufferedRWPair)
+    refusal = 0
     for file in [thing for thing in gc.get_objects() if issubclass(type(thing), writers)]:
         try:
             file.flush()
-        except Exception:
-            pass   # nobody is left to be told; or it is closed
+        except Exception as error:   # a file that is closed, too
+            if file is getattr(sys, "__stdout__", None) and isinstance(error, OSError):
+                refusal = error.errno
+    return refusal
 
 
 def take_input():
