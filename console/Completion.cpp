@@ -19,18 +19,32 @@
 #include <orvlang/platform/kit/KIT_StringArray.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
 
-#include "CompletionWord.h"
+#include "TypedStatement.h"
 
 namespace {
 
 constexpr char theLettersOfNames[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
 
-using Names = std::set<std::string>;   // sorted, each once
+/// What follows a name in the line.
+enum class End {
+    Word,     // a blank
+    Path,     // a slash, and perhaps more of the path: a quote stays open
+    Folder,   // a slash, and perhaps nothing else
+};
 
-void append(const Names &names, KIT_StringArray &candidates) {
-    for (const std::string &name : names)
-        candidates.append(name.c_str());
-}
+/// A name that the word at the cursor could become, without quotes.
+struct Name {
+    std::string text;
+    End end;
+
+    auto operator<=>(const Name &) const = default;
+};
+
+/// What Tab found, sorted and each once: names, which are quoted as needed, or texts that are inserted as they are.
+struct Found {
+    std::set<Name> names;
+    std::set<std::string> texts;
+};
 
 bool isBare(std::string_view name) {
     return std::all_of(name.begin(), name.end(), [](char c) {
@@ -39,49 +53,75 @@ bool isBare(std::string_view name) {
     });
 }
 
-/// The name within quotes that are open already, or with an opening one; closed unless the word goes on. Backslashes at
-/// the end stand behind the closing quote, which they would otherwise keep open.
-std::string quoted(std::string_view name, char open, bool goesOn) {
+/// The name within quotes that are open already, or after an opening one; closed unless the word continues. Backslashes at
+/// the end of the name follow the closing quote, which they would otherwise keep open.
+std::string quoted(std::string_view name, char open, bool continues) {
     const char quote = open ? open : '\'';
     const std::string_view special = quote == '"' ? "\"\\$`" : "'\\";
-    const size_t end = goesOn ? name.size() : name.find_last_not_of('\\') + 1;
+    const size_t end = continues ? name.size() : name.find_last_not_of('\\') + 1;
     std::string text(open ? "" : "'");
     for (const char c : name.substr(0, end)) {
         if (special.find(c) != special.npos)
             text += '\\';
         text += c;
     }
-    if (goesOn)
+    if (continues)
         return text;
     return text + quote + std::string(2 * (name.size() - end), '\\');
 }
 
-/// The text for a name that ends its word, within the quotes that are open.
-std::string asWord(const CompletionWord &typed, std::string_view name) {
+std::string quotedIfNeeded(const TypedStatement &typed, std::string_view name, bool continues) {
     const bool isQuoted = typed.partQuote || !isBare(name);
-    return (isQuoted ? quoted(name, typed.partQuote, false) : std::string(name)) + " ";
+    return isQuoted ? quoted(name, typed.partQuote, continues) : std::string(name);
 }
 
-void addCommands(const CMD_Manager &manager, const CompletionWord &typed, Names &names) {
-    KIT_StringArray found;
-    manager.matchCommands(typed.word.c_str(), found);
-    for (const char *name : found)
-        names.insert(asWord(typed, name));
+/// What all names start with, in whole characters.
+std::string_view commonStart(const std::set<Name> &sorted) {
+    const std::string &first = sorted.begin()->text;
+    const std::string &last = sorted.rbegin()->text;
+    const auto difference = std::mismatch(first.begin(), first.end(), last.begin(), last.end()).first;
+    size_t length = static_cast<size_t>(difference - first.begin());
+    while (length > 0 && (first[length] & 0xC0) == 0x80)
+        --length;
+    return std::string_view(first).substr(0, length);
 }
 
-void addMatching(const KIT_StringArray &found, const CompletionWord &typed, Names &names) {
-    for (const char *name : found)
+/// Of several names the only candidate is their common start, as long as that adds to what is typed. After that they are
+/// candidates to be shown, without quotes.
+void appendNames(const std::set<Name> &names, const TypedStatement &typed, size_t typedLength,
+                 KIT_StringArray &candidates) {
+    if (names.size() == 1) {
+        const Name &name = *names.begin();
+        const std::string text = quotedIfNeeded(typed, name.text, name.end == End::Path);
+        return candidates.append(text + (name.end == End::Word ? " " : "/"));
+    }
+    const std::string_view common = commonStart(names);
+    if (common.size() > typed.word.size() - typed.partOffset || common.size() > typedLength)
+        return candidates.append(quotedIfNeeded(typed, common, true));
+    for (const Name &name : names)
+        candidates.append(name.text + (name.end == End::Word ? "" : "/"));
+}
+
+void addCommands(const CMD_Manager &manager, const TypedStatement &typed, Found &found) {
+    KIT_StringArray commands;
+    manager.matchCommands(typed.word.c_str(), commands);
+    for (const char *command : commands)
+        found.names.insert({ command, End::Word });
+}
+
+void addMatching(const KIT_StringArray &names, const TypedStatement &typed, Found &found) {
+    for (const char *name : names)
         if (std::string_view(name).starts_with(typed.word))
-            names.insert(asWord(typed, name));
+            found.names.insert({ name, End::Word });
 }
 
-/// The names are what the lines of their list begin with.
-void addFunctions(std::string_view prefix, const char *after, Names &names) {
+/// Each line of the list of functions starts with a name.
+void addFunctions(std::string_view prefix, const char *after, Found &found) {
     std::stringstream list;
     fml_PrintHelp(list, nullptr, nullptr);
     for (std::string line; std::getline(list, line);)
         if (line.starts_with(prefix))
-            names.insert(line.substr(0, line.find_first_of("( ")) + after);
+            found.texts.insert(line.substr(0, line.find_first_of("( ")) + after);
 }
 
 bool isFolder(const std::string &path) {
@@ -89,27 +129,27 @@ bool isFolder(const std::string &path) {
     return std::filesystem::is_directory(path, unknown);
 }
 
-/// Behind the name of a folder the path may go on.
-void addVariables(const CMD_Manager &manager, const CompletionWord &typed, std::string_view prefix,
-                  Names &names) {
+/// A variable that holds a folder may be the start of a path.
+void addVariables(const CMD_Manager &manager, const TypedStatement &typed, std::string_view prefix,
+                  Found &found) {
     const auto add = [&](const std::string &name) {
         if (!name.starts_with(prefix))
             return;
         KIT_String value;
         manager.getEnv(name.c_str(), value);
         const std::string text = typed.hasBrace ? "${" + name + "}" : "$" + name;
-        names.insert(text + (isFolder(value.c_str()) ? "/" : typed.quote ? "" : " "));
+        found.texts.insert(text + (isFolder(value.c_str()) ? "/" : typed.quote ? "" : " "));
     };
-    KIT_StringArray found;
-    manager.getVariableNames(found, 0);
-    for (const char *name : found)
+    KIT_StringArray names;
+    manager.getVariableNames(names, 0);
+    for (const char *name : names)
         add(name);
     for (char **entry = environ; *entry; ++entry)
         add(std::string(*entry, std::strcspn(*entry, "=")));
 }
 
-/// Each letter of the command's option string that no value is told of by.
-void addOptions(CMD_Manager &manager, const CompletionWord &typed, Names &names) {
+/// Adds the option letters, without the `:` that marks a value.
+void addOptions(CMD_Manager &manager, const TypedStatement &typed, Found &found) {
     KIT_String alias;
     std::string command = typed.before[0];
     if (manager.getAlias(command.c_str(), alias)) {
@@ -120,17 +160,17 @@ void addOptions(CMD_Manager &manager, const CompletionWord &typed, Names &names)
     for (const char *letter = options; letter && *letter; ++letter) {
         const std::string option = { '-', *letter };
         if (*letter != ':' && option.starts_with(typed.word))
-            names.insert(option + " ");
+            found.texts.insert(option + " ");
     }
 }
 
-/// Whether nothing but options comes before the word.
-bool isFirstArgument(const CompletionWord &typed) {
+/// Returns true when only options come before the word.
+bool isFirstArgument(const TypedStatement &typed) {
     return std::all_of(typed.before.begin() + 1, typed.before.end(),
                        [](const std::string &word) { return word.starts_with('-'); });
 }
 
-bool isOptionAwaited(const CompletionWord &typed) {
+bool isOptionAwaited(const TypedStatement &typed) {
     return typed.isPlain && typed.word.starts_with('-') && isFirstArgument(typed);
 }
 
@@ -139,7 +179,7 @@ struct File {
     bool isFolder;
 };
 
-/// Those whose names begin so; hidden ones only when that is asked for.
+/// The files whose names start with the prefix; hidden ones only if it starts with a dot.
 std::vector<File> listFolder(const std::string &folder, std::string_view prefix) {
     namespace fs = std::filesystem;
     std::vector<File> files;
@@ -155,62 +195,52 @@ std::vector<File> listFolder(const std::string &folder, std::string_view prefix)
     return files;
 }
 
-/// What the last part of the word could be.
-std::vector<File> listPart(const CompletionWord &typed) {
+/// The files that the last part of the word could become.
+std::vector<File> listPart(const TypedStatement &typed) {
     return listFolder(typed.word.substr(0, typed.partOffset),
                       std::string_view(typed.word).substr(typed.partOffset));
 }
 
-void addFiles(const CompletionWord &typed, Names &names) {
-    const std::vector<File> found = listPart(typed);
-    const bool areBare =
-        typed.partQuote == '\0' &&
-        std::all_of(found.begin(), found.end(), [](const File &file) { return isBare(file.name); });
-    for (const auto &[name, goesOn] : found) {
-        const std::string text = areBare ? name : quoted(name, typed.partQuote, goesOn);
-        names.insert(text + (goesOn ? "/" : " "));
-    }
+void addFiles(const TypedStatement &typed, Found &found) {
+    for (const auto &[name, isFolder] : listPart(typed))
+        found.names.insert({ name, isFolder ? End::Path : End::Word });
 }
 
-/// Each may be the last part, so no quote is left open.
-void addFolders(const CompletionWord &typed, Names &names) {
-    for (const auto &[name, isFolder] : listPart(typed)) {
-        std::string text = asWord(typed, name);
-        text.back() = '/';
+void addFolders(const TypedStatement &typed, Found &found) {
+    for (const auto &[name, isFolder] : listPart(typed))
         if (isFolder)
-            names.insert(text);
-    }
+            found.names.insert({ name, End::Folder });
 }
 
-void addScripts(const CompletionWord &typed, Names &names) {
+void addScripts(const TypedStatement &typed, Found &found) {
     std::vector<std::string> folders = KIT_PathSearch::getInstance(7)->getDirectories();
     folders.push_back(".");
     for (const std::string &folder : folders)
         for (const auto &[name, isFolder] : listFolder(folder, typed.word))
             if (!isFolder)
-                names.insert(asWord(typed, name));
+                found.names.insert({ name, End::Word });
 }
 
-/// The word is an argument.
-void addArguments(CMD_Manager &manager, const CompletionWord &typed, Names &names) {
+/// Adds what an argument could become.
+void addArguments(CMD_Manager &manager, const TypedStatement &typed, Found &found) {
     const std::string &command = typed.before[0];
-    KIT_StringArray found;
+    KIT_StringArray names;
     if (isOptionAwaited(typed)) {
-        addOptions(manager, typed, names);
+        addOptions(manager, typed, found);
     } else if (command == "help") {
-        addCommands(manager, typed, names);
+        addCommands(manager, typed, found);
     } else if (command == "exhelp") {
-        addFunctions(typed.word, " ", names);
+        addFunctions(typed.word, " ", found);
     } else if (command == "ucd") {
-        addFolders(typed, names);
+        addFolders(typed, found);
     } else if (command == "set" && isFirstArgument(typed)) {
-        manager.getVariableNames(found, 0);
-        addMatching(found, typed, names);
+        manager.getVariableNames(names, 0);
+        addMatching(names, typed, found);
     } else if (command == "alias" && typed.before.size() > 1 && typed.before[1] == "-u") {
-        manager.getAliases()->getAliasNames(found);
-        addMatching(found, typed, names);
+        manager.getAliases()->getAliasNames(names);
+        addMatching(names, typed, found);
     } else {
-        addFiles(typed, names);
+        addFiles(typed, found);
     }
 }
 
@@ -218,27 +248,30 @@ void addArguments(CMD_Manager &manager, const CompletionWord &typed, Names &name
 
 int Completion::complete(CMD_Manager &manager, const char *line, int cursor, KIT_StringArray &candidates) {
     const std::string_view text(line, static_cast<size_t>(cursor));
-    CompletionWord typed(manager, text);
+    TypedStatement typed(manager, text);
     while (!typed.before.empty() && typed.before[0] == "time")
-        typed.before.erase(typed.before.begin());   // a command of its own comes after it
-    Names names;
+        typed.before.erase(typed.before.begin());   // what follows is a statement of its own
+    Found found;
     size_t start = typed.partStart;
     if (typed.isComment)
         return cursor;
     if (typed.dollar != text.npos) {
         start = typed.dollar;
-        addVariables(manager, typed, text.substr(start + (typed.hasBrace ? 2 : 1)), names);
+        addVariables(manager, typed, text.substr(start + (typed.hasBrace ? 2 : 1)), found);
     } else if (typed.quote == '`') {
         start = text.find_last_not_of(theLettersOfNames) + 1;
-        addFunctions(text.substr(start), "(", names);
+        addFunctions(text.substr(start), "(", found);
     } else if (!typed.before.empty()) {
-        addArguments(manager, typed, names);
+        addArguments(manager, typed, found);
     } else if (typed.word.find('/') != typed.word.npos) {
-        addFiles(typed, names);
+        addFiles(typed, found);
     } else {
-        addCommands(manager, typed, names);
-        addScripts(typed, names);
+        addCommands(manager, typed, found);
+        addScripts(typed, found);
     }
-    append(names, candidates);
+    if (!found.names.empty())
+        appendNames(found.names, typed, text.size() - start, candidates);
+    for (const std::string &each : found.texts)
+        candidates.append(each);
     return static_cast<int>(start);
 }

@@ -218,7 +218,7 @@ TEST_F(EditingTest, SearchFindsPastLines) {
 TEST_F(EditingTest, TabCompletes) {
     folder.write(".orvane/scripts/findme.cmd", "");
     for (const char *name :
-         { "my dir/a file.txt", "it's", "plain.txt", "plain2.txt", ".hidden", "end\\", "umlä", "umlö" })
+         { "my dir/a file.txt", "it's", "plain.txt", "plain2.txt", ".hidden", "end\\", "umlä", "umlö", "sub one/x", "subtwo" })
         folder.write(name, "");
     static const struct {
         const char *typed, *shown;
@@ -255,7 +255,8 @@ TEST_F(EditingTest, TabCompletes) {
         { "echo \"my d\t", "echo \"my dir/|" },
         { "time plain2\t", "time plain2.txt |" },
         { "time help ech\t", "time help echo |" },
-        { "ucd \t", "ucd 'my dir'/|" },
+        { "ucd m\t", "ucd 'my dir'/|" },
+        { "echo su\t", "echo sub|" },   // no quote yet, as none of that needs it
         { "ucd \"my\t", "ucd \"my dir\"/|" },
         { "set onlyo\t", "set onlyone |" },
         { "alias -u al\t", "alias -u alone |" },
@@ -275,6 +276,9 @@ TEST_F(EditingTest, TabCompletes) {
     }
     terminal.type("echo plain\t");
     terminal.waitForRows("plain.txt   plain2.txt\norvlang -> echo plain|");
+    terminal.type("\x15"
+                  "echo \"sub\t");
+    terminal.waitForRows("sub one/  subtwo\norvlang -> echo \"sub|");
     terminal.type("\x15openport -\t");
     terminal.waitForRows("-a  -c  -e  -i  -p  -q  -r  -s  -w\norvlang -> openport -|");
     terminal.type("\x15"

@@ -10,9 +10,9 @@ class CMD_Manager;
 
 /// The statement that a line ends with, as far as it is typed: its words, and the word that the cursor stands behind. A
 /// sketch of how the language reads them, good enough to tell what is meant.
-class CompletionWord {
+class TypedStatement {
 public:
-    CompletionWord(const CMD_Manager &manager, std::string_view text);
+    TypedStatement(const CMD_Manager &manager, std::string_view text);
 
     /// The words before the one at the cursor, without their quotes.
     std::vector<std::string> before;

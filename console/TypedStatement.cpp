@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "CompletionWord.h"
+#include "TypedStatement.h"
 
 #include <cctype>
 
@@ -19,7 +19,7 @@ bool isBlank(char c) {
 
 }   // namespace
 
-CompletionWord::CompletionWord(const CMD_Manager &language, std::string_view text) : manager(language) {
+TypedStatement::TypedStatement(const CMD_Manager &language, std::string_view text) : manager(language) {
     for (size_t i = 0; i < text.size();) {
         const char c = text[i];
         const std::string_view rest = text.substr(i);
@@ -63,7 +63,7 @@ CompletionWord::CompletionWord(const CMD_Manager &language, std::string_view tex
 }
 
 /// One that begins with a quote keeps it: the first part is what follows.
-void CompletionWord::beginWord(size_t offset, char openingQuote) {
+void TypedStatement::beginWord(size_t offset, char openingQuote) {
     if (isInWord)
         return;
     isInWord = isPlain = true;
@@ -73,13 +73,13 @@ void CompletionWord::beginWord(size_t offset, char openingQuote) {
     partQuote = openingQuote;
 }
 
-void CompletionWord::endWord() {
+void TypedStatement::endWord() {
     if (isInWord)
         before.push_back(word);
     isInWord = false;
 }
 
-void CompletionWord::add(char c, size_t behind) {
+void TypedStatement::add(char c, size_t behind) {
     word += c;
     if (c != '/')
         return;
@@ -89,7 +89,7 @@ void CompletionWord::add(char c, size_t behind) {
 }
 
 /// Gives how many bytes the variable takes. One that reaches the end of the text is still being typed.
-size_t CompletionWord::addVariable(std::string_view rest) {
+size_t TypedStatement::addVariable(std::string_view rest) {
     isPlain = false;
     const size_t start = rest.substr(0, 2) == "${" ? 2 : 1;
     size_t end = start;
@@ -101,7 +101,7 @@ size_t CompletionWord::addVariable(std::string_view rest) {
     return start == 2 && end < rest.size() && rest[end] == '}' ? end + 1 : end;
 }
 
-size_t CompletionWord::addEscaped(std::string_view rest) {
+size_t TypedStatement::addEscaped(std::string_view rest) {
     isPlain = false;
     if (rest.size() < 2) {
         word += '\\';
