@@ -40,7 +40,7 @@ struct Name {
     auto operator<=>(const Name &) const = default;
 };
 
-/// What Tab found, sorted and each once: names, which are quoted as needed, or texts that are inserted as they are.
+/// The candidates, sorted and each once: names, which are quoted as needed, or texts that are inserted as they are.
 struct Found {
     std::set<Name> names;
     std::set<std::string> texts;
@@ -53,8 +53,8 @@ bool isBare(std::string_view name) {
     });
 }
 
-/// The name within quotes that are open already, or after an opening one; closed unless the word continues. Backslashes at
-/// the end of the name follow the closing quote, which they would otherwise keep open.
+/// The name within quotes that are open already, or after an opening one; closed unless the word continues. Backslashes
+/// at the end of the name follow the closing quote, which they would otherwise keep open.
 std::string quoted(std::string_view name, char open, bool continues) {
     const char quote = open ? open : '\'';
     const std::string_view special = quote == '"' ? "\"\\$`" : "'\\";
@@ -86,8 +86,8 @@ std::string_view commonStart(const std::set<Name> &sorted) {
     return std::string_view(first).substr(0, length);
 }
 
-/// Of several names the only candidate is their common start, as long as that adds to what is typed. After that they are
-/// candidates to be shown, without quotes.
+/// While the common start of several names adds to what is typed, it is the only candidate. After that all names are,
+/// without quotes, to be listed.
 void appendNames(const std::set<Name> &names, const TypedStatement &typed, size_t typedLength,
                  KIT_StringArray &candidates) {
     if (names.size() == 1) {

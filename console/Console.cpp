@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// The way of the input: a script or text given with the program goes to the manager as a whole, and only a `read` in it
-// takes lines from standard input (answerReads). Otherwise every line of standard input is a line that somebody typed
-// (runLines). When the input ends while the language still waits for some, that is an error.
+// The road of the input: a script or text of the command line is passed to the manager as a whole, and only a `read` in
+// it reads lines of standard input (answerReads). Otherwise each line of standard input is passed on as a typed line
+// (runLines). It is an error when the input ends while the language waits for more.
 #include "Console.h"
 
 #include <csignal>
@@ -21,8 +21,8 @@
 
 namespace {
 
-/// The line that sources a script: a script name may look like an option, and no argument is expanded. The blank at the
-/// end keeps a backslash in front of it from continuing the line.
+/// Builds the line that sources a script. The name of the script may look like an option, and no argument is expanded.
+/// The blank at the end keeps a backslash before it from continuing the line.
 void buildScriptLine(char **words, KIT_WorkBuffer &line) {
     line.strcpy("cmdread --");
     for (char **word = words; *word; ++word) {
@@ -46,7 +46,7 @@ int Console::run() {
     ConsoleSignals::install();
     if (onTerminal)
         ConsoleSignals::installForEditing();
-    CMD_EvtMonitoringReader::inst();   // before anything runs: ports are served from now on
+    CMD_EvtMonitoringReader::inst();   // before anything runs, so that ports are served from now on
     bool opened = true;
     if (options.action == ConsoleOptions::Action::Script)
         opened = runScript();
@@ -79,10 +79,10 @@ void Console::runLines() {
             keepEntry();
     }
     if (onTerminal)
-        std::cout << std::endl;   // what comes next, the shell's prompt mostly, begins on a line of its own
+        std::cout << std::endl;   // the prompt of the shell starts on a line of its own
 }
 
-/// Whether the next line belongs to what was typed before, so that the recall brings both back together.
+/// Returns true when the next line continues what was typed before: the recall keeps both as one entry.
 bool Console::isEntryOpen() const {
     const CMD_Manager::Pending pending = manager.getPendingInput();
     return pending == CMD_Manager::Pending::Loop || pending == CMD_Manager::Pending::Continuation;
@@ -92,13 +92,13 @@ void Console::keepEntry() {
     recall.add(reader, std::exchange(entry, {}));
 }
 
-/// False when there is no such script; `cmdread` has told so then.
+/// Returns false when `cmdread` could not open the script, which it has reported.
 bool Console::runScript() {
     struct Watch {
         CMD_Manager &manager;
         bool opened;
     } watch = { manager, false };
-    // The first statement to end is the `cmdread` itself: the script is the current source by then, and has not begun.
+    // The first statement to end is the `cmdread` itself. The script is the current source then, and has not started.
     manager.setPostCmdCallback(
         [](void *data) {
             Watch &seen = *static_cast<Watch *>(data);
@@ -112,7 +112,7 @@ bool Console::runScript() {
     return watch.opened;
 }
 
-/// A script or text that stops at a `read` goes on with the next line of standard input.
+/// Continues a script or text that stopped at a `read` with the next line of standard input.
 void Console::answerReads() {
     using Pending = CMD_Manager::Pending;
     for (Pending pending = manager.getPendingInput();
@@ -123,11 +123,11 @@ void Console::answerReads() {
     }
 }
 
-/// The next line, asked for with the prompt. On a terminal an interrupt drops the line that is being typed, or has
-/// stopped the statement before, and the prompt comes again; elsewhere it ends the input.
+/// Prompts for the next line. On a terminal an interrupt, which stopped the statement before or drops the line that is
+/// being typed, only repeats the prompt; elsewhere it ends the input.
 bool Console::readLine() {
     for (;;) {
-        if (onTerminal && ConsoleSignals::takeInterrupt())
+        if (onTerminal && ConsoleSignals::clearInterrupt())
             dropTypedLine();
         else if (ConsoleSignals::pending())
             return false;
@@ -142,7 +142,7 @@ bool Console::readLine() {
     }
 }
 
-/// False at the end of input, and when a signal came.
+/// Returns false at the end of input and after a signal.
 bool Console::readLineOnce() {
     const KIT_Operation operation("Read a line");   // so that a signal finds something to interrupt
     return !ConsoleSignals::pending() &&

@@ -10,12 +10,12 @@
 #include "ConsoleOptions.h"
 #include "RecallFile.h"
 
-/// One run of the program: a manager, and where its lines come from.
+/// One run of the program: a manager and the source of its lines.
 class Console {
 public:
     explicit Console(const ConsoleOptions &options);
 
-    /// Runs what the options ask for to its end and gives the exit status.
+    /// Runs what the options ask for. Returns the exit status.
     int run();
 
 private:
@@ -35,6 +35,6 @@ private:
     CMD_Manager manager;
     KIT_CmdLineReader reader;
     RecallFile recall;
-    KIT_WorkBuffer line;   // the latest one read
+    KIT_WorkBuffer line;   // the latest one that was read
     std::string entry;     // for the recall, until it is complete
 };

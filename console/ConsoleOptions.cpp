@@ -23,7 +23,7 @@ Runs a script, or the lines of standard input when there is none.
   -P NAME[=OPTIONS]
               installs the command NAME, which the Python module
               orvlang_commands implements; OPTIONS are its option letters,
-              with a `:` behind each that takes a value; repeatable
+              with a `:` after each that takes a value; repeatable
   --connect [HOST:]PORT
               run TEXT, or the lines of standard input, in the program that
               has opened that command port, and show what comes of it
@@ -58,7 +58,8 @@ ConsoleOptions refused() {
     return ended(2);
 }
 
-/// NAME or NAME=OPTIONS, which is cut in two where it stands. False when Python could have nothing of that name.
+/// Adds the command of NAME or NAME=OPTIONS, and ends the name with a NUL in the text itself. Returns false when the
+/// name cannot be one of Python's.
 bool addPythonCommand(char *text, std::vector<ConsoleOptions::PythonCommand> &commands) {
     char *const end = text + std::strcspn(text, "=");
     const bool isNamed = end != text && !(text[0] >= '0' && text[0] <= '9') &&
@@ -71,8 +72,8 @@ bool addPythonCommand(char *text, std::vector<ConsoleOptions::PythonCommand> &co
     return true;
 }
 
-/// [HOST:]PORT; a HOST that has colons itself stands in brackets.
-bool readAddress(std::string_view text, ConsoleOptions &options) {
+/// Parses [HOST:]PORT. A HOST that contains colons is in brackets.
+bool parseAddress(std::string_view text, ConsoleOptions &options) {
     const size_t colon = text.rfind(':');
     if (colon != text.npos) {
         std::string_view host = text.substr(0, colon);
@@ -92,12 +93,12 @@ bool readAddress(std::string_view text, ConsoleOptions &options) {
 
 ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
     ConsoleOptions options;
-    bool isOnlyForHere = false;   // whether an option says nothing to another program
+    bool isLocal = false;   // an option was given that --connect has no use for
     static char name[] = "orvlang";
-    argv[0] = name;   // messages of getopt_long begin with it
-    // "+": the options end at the script, so that its own arguments are left alone.
+    argv[0] = name;   // messages of getopt_long start with it
+    // "+": the options end at the script; what follows are its own arguments.
     for (int letter; (letter = getopt_long(argc, argv, "+c:hsn:P:", theLongOptions, nullptr)) != -1;) {
-        isOnlyForHere |= letter == 's' || letter == 'n' || letter == 'P';
+        isLocal |= letter == 's' || letter == 'n' || letter == 'P';
         switch (letter) {
         case 'c':
             options.action = Action::Text;
@@ -117,7 +118,7 @@ ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
             }
             break;
         case optionConnect:
-            if (!readAddress(optarg, options)) {
+            if (!parseAddress(optarg, options)) {
                 std::cerr << "orvlang: no port: " << optarg << "\n";
                 return refused();
             }
@@ -133,7 +134,7 @@ ConsoleOptions ConsoleOptions::parse(int argc, char **argv) {
             return refused();
         }
     }
-    if (options.port && (isOnlyForHere || optind < argc)) {
+    if (options.port && (isLocal || optind < argc)) {
         std::cerr << "orvlang: of the options, --connect goes with -c alone\n";
         return refused();
     }

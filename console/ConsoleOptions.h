@@ -4,21 +4,21 @@
 #include <string>
 #include <vector>
 
-/// What the words behind the program's name ask for. Borrows them from `main`.
+/// What the arguments of the program ask for. Borrows their texts from `main`.
 struct ConsoleOptions {
     enum class Action {
-        Lines,    // take lines from standard input
+        Lines,    // run the lines of standard input
         Script,   // run the script that `words` begins with
         Text,     // run `text`
-        Nothing   // all is said and done: end with `status`
+        Nothing   // end with `status`
     };
 
-    /// Reads them; answers --help, --version and wrong options itself.
+    /// Parses the arguments. Answers --help, --version and wrong options itself.
     static ConsoleOptions parse(int argc, char **argv);
 
     Action action = Action::Lines;
     int status = 0;
-    /// A command written in Python; the texts stay as long as the process.
+    /// A command that is written in Python.
     struct PythonCommand {
         const char *name;
         const char *options;
@@ -28,7 +28,7 @@ struct ConsoleOptions {
     std::vector<PythonCommand> pythonCommands;
     const char *managerName = "orvlang";
     const char *text = nullptr;
-    int port = 0;   // of the program to run lines or text in; 0 for this one
+    int port = 0;   // of the program that runs the lines or the text; 0: this one
     std::string host = "127.0.0.1";
     char **words = nullptr;   // the script and its arguments, null-terminated
 };

@@ -15,13 +15,13 @@
 namespace {
 
 constexpr int theNumbers[] = { SIGINT, SIGTERM, SIGHUP };
-constexpr int theInterruptAlone[] = { SIGINT, 0 };
+constexpr int theInterruptOnly[] = { SIGINT, 0 };
 
 std::atomic<int> theSignal{ 0 };
 static_assert(std::atomic<int>::is_always_lock_free);
 pid_t theProcess = 0;
 
-/// An interrupt hides no signal that ends the program.
+/// An interrupt does not replace a signal that ends the program.
 void note(int number) {
     int none = 0;
     if (number == SIGINT)
@@ -30,8 +30,8 @@ void note(int number) {
         theSignal = number;
 }
 
-void takeSignal(int number) {
-    // A child that Python code has forked off ends: by now its disposition is the default one (SA_RESETHAND).
+void handleSignal(int number) {
+    // A child that Python code has forked ends: the disposition is the default one now (SA_RESETHAND).
     if (number != SIGINT && getpid() != theProcess) {
         std::raise(number);
         return;
@@ -39,13 +39,13 @@ void takeSignal(int number) {
     note(number);
     const int before = errno;
     if (number != SIGINT)
-        KIT_CmdLineReader::releaseTerminal();   // a command that does not listen may leave no time for it later
+        KIT_CmdLineReader::releaseTerminal();   // now, since a second one ends the process at once
     errno = before;
     KITgetInterrupt()->interrupt();
 }
 
 /// Sets a handler, unless the signal is ignored.
-void take(int number, void (*handler)(int), int flags) {
+void setHandler(int number, void (*handler)(int), int flags) {
     struct sigaction action = {};
     sigaction(number, nullptr, &action);
     if (action.sa_handler == SIG_IGN)
@@ -56,9 +56,9 @@ void take(int number, void (*handler)(int), int flags) {
     sigaction(number, &action, nullptr);
 }
 
-/// The program ends when nobody reads its own output any more. Any other pipe or socket is for those to look after who
-/// write to it: Python code, which expects to get an error.
-void takeBrokenPipe(int) {
+/// Ends the program when its own output is a broken pipe. Code that writes to another pipe or socket, such as Python
+/// code, gets an error instead.
+void handleBrokenPipe(int) {
     const int before = errno;
     pollfd outputs[] = { { STDOUT_FILENO, 0, 0 }, { STDERR_FILENO, 0, 0 } };
     if (poll(outputs, std::size(outputs), 0) > 0) {
@@ -68,7 +68,7 @@ void takeBrokenPipe(int) {
     errno = before;
 }
 
-/// The disposition is the default one by now, as in the next one.
+/// Runs with the default disposition in place again (SA_RESETHAND), and so does `stop`.
 void quit(int number) {
     KIT_CmdLineReader::releaseTerminal();
     std::raise(number);
@@ -79,11 +79,11 @@ void stop(int number) {
     KIT_CmdLineReader::releaseTerminal();
     std::raise(number);   // stops here
     KIT_CmdLineReader::retakeTerminal();
-    take(number, stop, SA_RESETHAND | SA_NODEFER);
+    setHandler(number, stop, SA_RESETHAND | SA_NODEFER);
     errno = before;
 }
 
-void goOn(int) {
+void continueEditing(int) {
     const int before = errno;
     KIT_CmdLineReader::retakeTerminal();
     errno = before;
@@ -97,35 +97,35 @@ void resize(int) {
 
 void ConsoleSignals::install() {
     theProcess = getpid();
-    // Ignored, as by some programs that start this one, it would hide how children end.
+    // Some programs start this one with SIGCHLD ignored, which would hide how children end.
     std::signal(SIGCHLD, SIG_DFL);
     for (const int number : theNumbers)
-        // Without SA_RESTART: a read that waits for a line ends.
-        take(number, takeSignal, number == SIGINT ? 0 : SA_RESETHAND);
-    take(SIGPIPE, takeBrokenPipe, 0);
+        // Without SA_RESTART: a read that waits for a line returns.
+        setHandler(number, handleSignal, number == SIGINT ? 0 : SA_RESETHAND);
+    setHandler(SIGPIPE, handleBrokenPipe, 0);
 }
 
 void ConsoleSignals::installForEditing() {
-    take(SIGTSTP, stop, SA_RESETHAND | SA_NODEFER);
-    take(SIGQUIT, quit, SA_RESETHAND | SA_NODEFER);
-    take(SIGABRT, quit, SA_RESETHAND | SA_NODEFER);
-    take(SIGCONT, goOn, 0);   // a read that a process in the background was stopped in ends
-    take(SIGWINCH, resize, SA_RESTART);
+    setHandler(SIGTSTP, stop, SA_RESETHAND | SA_NODEFER);
+    setHandler(SIGQUIT, quit, SA_RESETHAND | SA_NODEFER);
+    setHandler(SIGABRT, quit, SA_RESETHAND | SA_NODEFER);
+    setHandler(SIGCONT, continueEditing, 0);   // no SA_RESTART: a read that was stopped returns
+    setHandler(SIGWINCH, resize, SA_RESTART);
 }
 
 void ConsoleSignals::installForEnding() {
     installForEditing();
-    take(SIGTERM, quit, SA_RESETHAND | SA_NODEFER);
-    take(SIGHUP, quit, SA_RESETHAND | SA_NODEFER);
+    setHandler(SIGTERM, quit, SA_RESETHAND | SA_NODEFER);
+    setHandler(SIGHUP, quit, SA_RESETHAND | SA_NODEFER);
 }
 
-ConsoleSignals::InterruptScope::InterruptScope() : handled(theInterruptAlone, takeSignal, false) {}
+ConsoleSignals::InterruptScope::InterruptScope() : handled(theInterruptOnly, handleSignal, false) {}
 
 int ConsoleSignals::pending() {
     return theSignal;
 }
 
-bool ConsoleSignals::takeInterrupt() {
+bool ConsoleSignals::clearInterrupt() {
     int interrupt = SIGINT;
     return theSignal.compare_exchange_strong(interrupt, 0);
 }

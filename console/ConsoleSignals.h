@@ -3,20 +3,20 @@
 
 #include <orvlang/platform/kit/KIT_Signal.h>
 
-/// The signals that a person or the system sends to the program. Each interrupts the running statement (or the
-/// waiting for a line); what becomes of the program then is the console's to decide.
+/// The signals that a user or the system sends to the program. Each interrupts the running statement, or the wait for a
+/// line; the console then decides whether the program continues.
 class ConsoleSignals {
 public:
-    /// Takes over SIGINT, SIGTERM and SIGHUP, unless who started the program had it ignore them. A second SIGTERM or
-    /// SIGHUP ends the process at once, in case a command does not listen.
+    /// Handles SIGINT, SIGTERM and SIGHUP, unless the program was started with the signal ignored. A second SIGTERM or
+    /// SIGHUP ends the process at once, in case a command ignores interrupts.
     static void install();
-    /// Takes over those that a terminal with a half-typed line on it has to know of: stopping and going on, a change of
-    /// its size, and SIGQUIT, which ends the program as ever.
+    /// Handles the signals that concern a terminal with a half-typed line on it: stop and continue, a change of its
+    /// size, and SIGQUIT and SIGABRT, which still end the program.
     static void installForEditing();
-    /// For a program that shall just end at a signal: as installForEditing, and what ends it gives the terminal back.
+    /// As installForEditing, for a program that SIGTERM and SIGHUP simply end, once the terminal has its usual mode.
     static void installForEnding();
 
-    /// As long as it lives SIGINT interrupts the running operation, in a program that it otherwise ends.
+    /// During its lifetime SIGINT interrupts the running operation, in a program that SIGINT otherwise ends.
     class InterruptScope {
     public:
         InterruptScope();
@@ -27,8 +27,8 @@ public:
         const KIT_Signal handled;
     };
 
-    /// A signal that has arrived and was not taken; 0 for none.
+    /// The latest signal that has arrived, unless it was cleared; 0 for none.
     static int pending();
-    /// Whether the pending signal was an interrupt, which is no longer pending then.
-    static bool takeInterrupt();
+    /// Clears a pending SIGINT. Returns false when none is pending.
+    static bool clearInterrupt();
 };

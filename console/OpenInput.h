@@ -6,16 +6,16 @@
 
 #include <orvlang/engine/CMD_Manager.h>
 
-/// Reports on standard error what lacks a further line of input. False when nothing does.
+/// Reports on standard error what waits for another line of input. Returns false when nothing does.
 bool reportOpenInput(CMD_Manager::Pending pending);
 
-/// What the text that was sent to a port leaves open there, as far as the text itself shows: scripts and aliases may hold
-/// more. A `read` in a loop or in a branch counts as one that asks once.
+/// Follows the text that is sent to a port, to know what it leaves open there. Knows the text only, not the scripts and
+/// aliases that it runs. A `read` in a loop or in a branch counts as a single one.
 class SentInput {
 public:
-    /// A line that counts as typed.
+    /// Adds a line that counts as typed.
     void addLine(std::string_view line);
-    /// Text of any number of lines. Of several lines only a `read` outlasts the text.
+    /// Adds text of any number of lines. Of several lines only a `read` stays open after the text.
     void addText(std::string_view text);
 
     CMD_Manager::Pending getPending() const;

@@ -14,17 +14,17 @@ namespace {
 
 std::string thePrompt;
 
-/// What stands between output and errors when the port keeps them apart.
+/// Separates output and errors in a reply of a port that keeps them apart.
 constexpr std::string_view theErrorMarker = "\n~~~~~\n";
 
-/// As an HTTP request a text of any length and with any line ends arrives as a whole.
+/// In an HTTP request, text of any length and with any line ends arrives as a whole.
 std::string makeHTTPRequest(std::string_view body) {
     std::string request = "POST / HTTP/1.1\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n";
     return request.append(body).append("\r\n");
 }
 
-/// Cuts the head off. False when the request was refused; the reply is then the reason.
-bool takeHTTPHead(std::string &reply) {
+/// Removes the head. Returns false when the request was refused; the reply is the reason then.
+bool removeHTTPHead(std::string &reply) {
     const bool isRefused = !reply.starts_with("HTTP/1.1 200 ");
     const size_t blankLine = reply.find("\r\n\r\n");
     if (blankLine != reply.npos)
@@ -35,26 +35,26 @@ bool takeHTTPHead(std::string &reply) {
 }   // namespace
 
 PortClient::PortClient(const ConsoleOptions &options)
-    : options(options), onTerminal(isatty(STDIN_FILENO)), reader(givePrompt, nullptr) {
+    : options(options), onTerminal(isatty(STDIN_FILENO)), reader(getPrompt, nullptr) {
     thePrompt = std::to_string(options.port) + " -> ";
 }
 
 int PortClient::run() {
     if (!connection.open(options.host, options.port)) {
-        connection.tellFailure();
+        connection.reportFailure();
         return 1;
     }
     const bool isDone = options.action == ConsoleOptions::Action::Text ? runText() : runLines();
     if (!isDone)
         return 1;
-    // The question would be taken for a line of what is open.
+    // What is open would consume the question as its next line.
     return reportOpenInput(sent.getPending()) ? 1 : askStatus();
 }
 
 bool PortClient::runText() {
     if (!exchange(makeHTTPRequest(options.text)))
         return false;
-    if (!takeHTTPHead(reply)) {
+    if (!removeHTTPHead(reply)) {
         std::cerr << "orvlang: " << reply << std::endl;
         return false;
     }
@@ -63,8 +63,8 @@ bool PortClient::runText() {
     return true;
 }
 
-/// Each line is a request of its own, and counts there as one that was typed at the console: it can be continued, answer
-/// a `read`, or belong to a loop.
+/// Sends each line as a request of its own. The port treats it as one that was typed at the console: it can be
+/// continued, answer a `read`, or belong to a loop.
 bool PortClient::runLines() {
     if (reader.isEditing()) {
         ConsoleSignals::installForEnding();
@@ -72,7 +72,7 @@ bool PortClient::runLines() {
     }
     while (readLine()) {
         sent.addLine(line.view());
-        // A line end that is no newline, so that an empty line is a request too.
+        // Not a newline, so that an empty line is a request too.
         line.append('\r');
         if (!exchange(line.view()))
             return false;
@@ -86,11 +86,11 @@ bool PortClient::runLines() {
 bool PortClient::exchange(std::string_view request) {
     if (connection.exchange(request, reply))
         return isServed = true;
-    connection.tellFailure();
+    connection.reportFailure();
     return false;
 }
 
-/// On a terminal an interrupt drops the line that is being typed. While a reply is awaited it ends the program.
+/// On a terminal an interrupt drops the line that is being typed. During the wait for a reply it ends the program.
 bool PortClient::readLine() {
     if (!reader.isEditing()) {
         if (onTerminal)
@@ -99,7 +99,7 @@ bool PortClient::readLine() {
     }
     const ConsoleSignals::InterruptScope scope;
     while (!readLineOnce()) {
-        if (!ConsoleSignals::takeInterrupt())
+        if (!ConsoleSignals::clearInterrupt())
             return false;
         KIT_CmdLineReader::dropInput();
         std::cout << "^C" << std::endl;
@@ -113,17 +113,17 @@ bool PortClient::readLineOnce() {
     return !ConsoleSignals::pending() && reader.readLine(line);
 }
 
-const char *PortClient::givePrompt() {
+const char *PortClient::getPrompt() {
     return thePrompt.c_str();
 }
 
-/// The status of the last statement that anybody has run there.
+/// Returns the status of the latest statement that ran in the other program, whoever sent it.
 int PortClient::askStatus() {
     if (!connection.exchange("echo $status", reply)) {
-        // As when the port was closed which the program there was waiting for. Whether that still answers is chance.
+        // The statements may have closed the port, or ended the program. Whether it still answers then is chance.
         if (isServed && connection.hasEnded())
             return 0;
-        connection.tellFailure();
+        connection.reportFailure();
         return 1;
     }
     if (reply == "\n")

@@ -12,14 +12,14 @@
 #include "PortConnection.h"
 #include "RecallFile.h"
 
-/// The program as a client of the command port of another one: text or lines are run there, and what they write is
+/// The program as a client of the command port of another program, which runs the text or the lines. Their output is
 /// written here.
 class PortClient {
 public:
     explicit PortClient(const ConsoleOptions &options);
 
-    /// Runs what the options ask for and gives the exit status: that of the last statement, or 1 with a message when it
-    /// cannot be had.
+    /// Runs what the options ask for. Returns the exit status: the status of the last statement, or 1, with a message,
+    /// when that cannot be found out.
     int run();
 
 private:
@@ -28,7 +28,7 @@ private:
     bool exchange(std::string_view request);
     bool readLine();
     bool readLineOnce();
-    static const char *givePrompt();
+    static const char *getPrompt();
     int askStatus();
     void show(std::string_view reply) const;
 
@@ -38,7 +38,7 @@ private:
     KIT_CmdLineReader reader;
     RecallFile recall;
     SentInput sent;
-    KIT_WorkBuffer line;     // the latest one read
+    KIT_WorkBuffer line;     // the latest one that was read
     std::string reply;       // the latest one
-    bool isServed = false;   // there was one
+    bool isServed = false;   // a reply has arrived
 };

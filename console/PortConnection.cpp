@@ -26,7 +26,7 @@ Addresses lookUp(const std::string &host, const std::string &port, int &error) {
     return { found, freeaddrinfo };
 }
 
-/// Gives the descriptor; negative, with errno set, when the address does not answer.
+/// Returns the descriptor; negative, with errno set, when the address does not answer.
 int connectTo(const addrinfo &address) {
     const int descriptor = socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC, address.ai_protocol);
     if (descriptor < 0 || connect(descriptor, address.ai_addr, address.ai_addrlen) == 0)
@@ -55,7 +55,7 @@ bool PortConnection::open(const std::string &host, int port) {
         descriptor = connectTo(*each);
     if (descriptor < 0)
         return fail("cannot connect to", std::strerror(errno));
-    // A request is one delivery: nothing is to be gained by waiting for more.
+    // A request is sent in one piece, so waiting for more gains nothing.
     const int on = 1;
     setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     return true;
@@ -77,18 +77,18 @@ bool PortConnection::exchange(std::string_view request, std::string &reply) {
     return true;
 }
 
-void PortConnection::tellFailure() const {
+void PortConnection::reportFailure() const {
     std::cout.flush();
     std::cerr << "orvlang: " << failure << std::endl;
 }
 
-/// False, for the caller to give back.
+/// Returns false, for the caller to return.
 bool PortConnection::fail(const char *what, const std::string &reason) {
     failure = std::string(what) + " " + address + ": " + reason;
     return false;
 }
 
-/// The error is 0 when there was an end instead of a reply.
+/// The error is 0 when the connection ended instead of a reply.
 bool PortConnection::failExchange(int error) {
     ended = error == 0 || error == EPIPE || error == ECONNRESET;
     return fail("no reply from", ended ? "the connection has ended" : std::strerror(error));

@@ -12,14 +12,14 @@ public:
     PortConnection(const PortConnection &) = delete;
     PortConnection &operator=(const PortConnection &) = delete;
 
-    /// Connects to the port, mapped as a port that is opened with that number.
+    /// Connects to the port that `openport` opens for that number.
     bool open(const std::string &host, int port);
-    /// Sends a request and waits for its reply, which comes without the NUL at its end.
+    /// Sends a request and waits for its reply, which does not include the NUL at its end.
     bool exchange(std::string_view request, std::string &reply);
-    /// Whether an exchange failed because the other side has ended the connection.
+    /// Returns true when an exchange failed because the other side ended the connection.
     bool hasEnded() const { return ended; }
-    /// Tells on standard error why the latest call failed.
-    void tellFailure() const;
+    /// Reports on standard error why the latest call failed.
+    void reportFailure() const;
 
 private:
     bool fail(const char *what, const std::string &reason);

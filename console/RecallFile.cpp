@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr size_t theMostLines = 10000;    // what stays when the file has become twice as long
-constexpr char theLineEndWithin = '\r';   // an entry of several lines is one line of the file
-constexpr off_t theMostBytes = 4 << 20;   // what is read of a longer one, and stays
+constexpr size_t theMostLines = 10000;    // that are kept when the file has twice as many
+constexpr char theLineEndWithin = '\r';   // so that an entry of several lines is one line of the file
+constexpr off_t theMostBytes = 4 << 20;   // that are read of a longer file, and kept
 
 std::string findPath() {
     const char *const state = std::getenv("XDG_STATE_HOME");
@@ -28,7 +28,7 @@ std::string findPath() {
     return home && home[0] == '/' ? std::string(home) + "/.local/state/orvlang/history" : std::string();
 }
 
-/// An open file with a lock on it. A file that was replaced while the lock was awaited is opened anew.
+/// An open file with a lock on it. Opens the file again if another program replaced it during the wait for the lock.
 class LockedFile {
 public:
     LockedFile(const std::string &path, int flags, int lock) {
@@ -64,7 +64,7 @@ std::string readAll(int descriptor) {
     return text;
 }
 
-/// The end of a text that has so many lines.
+/// The last `count` lines of a text.
 std::string_view lastLines(std::string_view text, size_t count) {
     size_t start = text.size();
     while (count-- > 0 && start > 0) {
@@ -94,7 +94,7 @@ void RecallFile::seed(KIT_CmdLineReader &reader) {
     const bool isLong = lseek(file.descriptor, -theMostBytes, SEEK_END) > 0;
     std::string text = readAll(file.descriptor);
     if (isLong)
-        text.erase(0, text.find('\n'));   // the rest of a line
+        text.erase(0, text.find('\n'));   // the end of a line that was cut
     const std::string_view kept = lastLines(text, theMostLines);
     if (isLong || std::count(text.begin(), text.end(), '\n') > 2 * static_cast<long>(theMostLines))
         shorten(kept);
@@ -107,7 +107,7 @@ void RecallFile::seed(KIT_CmdLineReader &reader) {
     }
 }
 
-/// Puts a shorter file in the place of the locked one.
+/// Replaces the locked file by a shorter one.
 void RecallFile::shorten(std::string_view kept) const {
     const std::string shorter = path + ".new";
     const int descriptor = open(shorter.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);

@@ -6,23 +6,23 @@
 
 class KIT_CmdLineReader;
 
-/// The file in which the lines that were typed outlive the program, $XDG_STATE_HOME/orvlang/history. Several programs may
-/// use it at once: each adds its lines at the end, and none is lost. Nobody but the user can read it. Whatever goes wrong
-/// with it is passed over: it is a help and nothing more.
+/// The file that keeps the typed lines for later runs, $XDG_STATE_HOME/orvlang/history. Several programs may use it at
+/// once: each appends its lines, and none is lost. Only the user can read it. Errors are ignored: the program works
+/// without it.
 class RecallFile {
 public:
     RecallFile();
 
-    /// Has the reader bring the lines back that the file holds.
+    /// Adds the lines of the file to the recall of the reader.
     void seed(KIT_CmdLineReader &reader);
-    /// Keeps an entry of one or more lines, in the file and for the reader. One that begins with a blank is a secret and
-    /// is not kept.
+    /// Adds an entry of one or more lines to the file and to the recall of the reader. An entry that starts with a
+    /// blank is a secret and is not kept.
     void add(KIT_CmdLineReader &reader, std::string text);
 
 private:
     void makeFolder() const;
     void shorten(std::string_view kept) const;
 
-    const std::string path;   // empty when there is no place for it
-    std::string latest;       // line of this run
+    const std::string path;   // empty when no folder for it is known
+    std::string latest;       // entry of this run
 };

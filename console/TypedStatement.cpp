@@ -62,7 +62,7 @@ TypedStatement::TypedStatement(const CMD_Manager &language, std::string_view tex
         beginWord(text.size());
 }
 
-/// One that begins with a quote keeps it: the first part is what follows.
+/// An opening quote at the start of the word stays in the line: the first part starts after it.
 void TypedStatement::beginWord(size_t offset, char openingQuote) {
     if (isInWord)
         return;
@@ -79,16 +79,16 @@ void TypedStatement::endWord() {
     isInWord = false;
 }
 
-void TypedStatement::add(char c, size_t behind) {
+void TypedStatement::add(char c, size_t nextOffset) {
     word += c;
     if (c != '/')
         return;
-    partStart = behind;
+    partStart = nextOffset;
     partOffset = word.size();
     partQuote = quote;
 }
 
-/// Gives how many bytes the variable takes. One that reaches the end of the text is still being typed.
+/// Returns the length of the variable in bytes. A variable that reaches the end of the text is still being typed.
 size_t TypedStatement::addVariable(std::string_view rest) {
     isPlain = false;
     const size_t start = rest.substr(0, 2) == "${" ? 2 : 1;

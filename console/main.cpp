@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The program `orvlang`: the command language with nothing added, for a terminal, for scripts and for other programs.
-// It is made of the library's public headers alone, as any host is.
+// Like any host it includes only public headers of the library.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// What is opened later would otherwise become standard input, output or error output.
+/// Otherwise the next file that is opened would become standard input, output or error output.
 void openClosedStandardStreams() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
         if (fcntl(descriptor, F_GETFD) < 0)
@@ -31,6 +31,6 @@ int main(int argc, char **argv) {
     if (options.port)
         return PortClient(options).run();
     Console console(options);
-    // As `quit` does: the process ends with the manager in place, and its exit callbacks run.
+    // As `quit` does: exit callbacks run, and the manager still exists.
     KIT_Exit::exitWithSpecificCode(console.run());
 }
