@@ -89,9 +89,8 @@ bool OSL_Environment::unset(std::string_view name) {
 }
 
 OSL_Environment::Text *OSL_Environment::findText(std::string_view name) const {
-    KIT_Thing thing;
-    index.findSymbol(name, thing);
-    return thing.as<Text>();
+    const auto found = index.find(name);
+    return found == index.end() ? nullptr : found->second;
 }
 
 /// Finds what is known of a name after making sure that it is still so.
@@ -117,7 +116,8 @@ bool OSL_Environment::isInStep() const {
 /// Takes over the table that `environ` points to, which other code made or changed. Of a name that stands there
 /// twice the first counts and the others are dropped.
 void OSL_Environment::readTable() {
-    index.forEach([](std::string_view, KIT_Thing thing) { thing.as<Text>()->slot = Text::NoSlot; });
+    for (const auto &[name, text] : index)
+        text->slot = Text::NoSlot;
     char **const found = environ;
     size_t foundCount = 0;
     while (found && found[foundCount])
@@ -192,8 +192,11 @@ OSL_Environment::Text *OSL_Environment::makeText(std::string_view name, size_t r
         new (memory) Text{ slot, static_cast<uint32_t>(name.size()), static_cast<uint32_t>(room), false };
     std::memcpy(text->ours(), name.data(), name.size());
     text->ours()[name.size()] = '=';
-    // The name in the index stays the one in the older text, which stays as well.
-    if (index.addBorrowedSymbol(text->name(), text) == 0)
+    // The name in the index remains the one in the older text, which is kept as well.
+    const auto [entry, isNew] = index.try_emplace(text->name(), text);
+    if (!isNew) {
         outgrown.push_back(older);
+        entry->second = text;
+    }
     return text;
 }

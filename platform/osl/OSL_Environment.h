@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <orvlang/platform/kit/KIT_Lock.h>
-#include <orvlang/platform/kit/KIT_SymbolTable.h>
 
 /// The environment of the process with an index by name, so that a script that exports a hundred thousand names,
 /// or one name a hundred thousand times, does not pay a walk over all of them each time.
@@ -20,8 +20,6 @@
 /// own; code that reads `environ` past it may see a value half written, but always one with an end.
 class OSL_Environment {
 public:
-    constexpr OSL_Environment() = default;
-
     // As the operations of OSL_System.
     const char *get(std::string_view name);
     bool set(std::string_view name, std::string_view value);
@@ -40,8 +38,8 @@ private:
     Text *makeText(std::string_view name, size_t room, Text *older);
 
     KIT_Lock lock{ false, true };
-    KIT_SymbolTable index;          // name to Text, which is never freed
-    std::vector<Text *> outgrown;   // what others took the place of; may still be read
+    std::unordered_map<std::string_view, Text *> index;   // the texts hold the names and are never freed
+    std::vector<Text *> outgrown;                         // what others took the place of; may still be read
     // `environ` points to the last one while the index is in step; the older ones may still be read.
     std::vector<std::unique_ptr<char *[]>> tables;
     size_t count = 0;      // strings in the last table

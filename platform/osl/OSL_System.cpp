@@ -67,7 +67,11 @@ private:
 
 constinit KIT_Immortal<OSL_System> theRealSystem;
 constinit OSL_System *theSystem = &theRealSystem.object;
-constinit KIT_Immortal<OSL_Environment> theEnvironment;
+
+OSL_Environment &theEnvironment() {
+    static KIT_Immortal<OSL_Environment> environment;
+    return environment.object;
+}
 
 bool take(int result, const struct stat &from, OSL_FileStatus &status) {
     status = {};
@@ -137,7 +141,8 @@ int OSL_System::waitReadable(int descriptor, int milliseconds) {
 }
 
 int OSL_System::waitAny(pollfd *wanted, size_t count, long long nanoseconds) {
-    const timespec limit = { static_cast<time_t>(nanoseconds / 1000000000), static_cast<long>(nanoseconds % 1000000000) };
+    const timespec limit = { static_cast<time_t>(nanoseconds / 1000000000),
+                             static_cast<long>(nanoseconds % 1000000000) };
     return ::ppoll(wanted, count, &limit, nullptr);
 }
 
@@ -190,15 +195,15 @@ int OSL_System::removeFile(const char *path) {
 }
 
 const char *OSL_System::getEnvironment(std::string_view name) {
-    return theEnvironment.object.get(name);
+    return theEnvironment().get(name);
 }
 
 bool OSL_System::setEnvironment(std::string_view name, std::string_view value) {
-    return theEnvironment.object.set(name, value);
+    return theEnvironment().set(name, value);
 }
 
 bool OSL_System::unsetEnvironment(std::string_view name) {
-    return theEnvironment.object.unset(name);
+    return theEnvironment().unset(name);
 }
 
 pid_t OSL_System::spawn(const char *const *argv, const OSL_SpawnOptions &options) {
