@@ -80,6 +80,7 @@ void KIT_LineEditor::begin() {
     yield();
     around = theActive;
     theActive = this;
+    OSLsetTerminalYield(yield);
     state = State::Editing;
     isHidden = true;
     isSearching = false;
@@ -103,8 +104,10 @@ void KIT_LineEditor::end() {
     }
     streams.reset();
     theActive = around;
-    if (!around)
-        OSL_Terminal::leaveEditMode();
+    if (around)
+        return;
+    OSLsetTerminalYield(nullptr);
+    OSL_Terminal::leaveEditMode();
 }
 
 void KIT_LineEditor::hide() {

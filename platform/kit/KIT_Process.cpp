@@ -5,9 +5,9 @@
 
 #include <sys/wait.h>
 
-#include <orvlang/platform/kit/KIT_LineEditor.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
 #include <orvlang/platform/osl/OSL_System.h>
+#include <orvlang/platform/osl/OSL_Terminal.h>
 
 namespace {
 
@@ -43,7 +43,7 @@ int KITspawnvp(const char *const *argv, int detached, bool discardOutput) {
     KIT_StandardInput &input = KIT_StandardInput::inst();
     if (!detached && input.holdsInput())
         input.giveBack();
-    KIT_LineEditor::yield();
+    OSLyieldTerminal();
     OSL_SpawnOptions options;
     options.ownSession = options.nullInput = detached != 0;
     options.nullOutput = discardOutput;

@@ -11,7 +11,6 @@
 
 #include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Interrupt.h>
-#include <orvlang/platform/kit/KIT_LineEditor.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/platform/osl/OSL_System.h>
@@ -157,7 +156,7 @@ bool KIT_StandardInput::findNewline(size_t &length) {
 /// Reads what there is, waiting for the first byte. False at the end, on an error and at an interrupt; `ended`
 /// tells the first two.
 bool KIT_StandardInput::fill() {
-    KIT_LineEditor::yield();
+    OSLyieldTerminal();
     while (!KITgetInterrupt()->isInterrupted()) {
         const bool got = readOnce(theWholeRoom);
         if (got || ended)

@@ -26,6 +26,8 @@ std::atomic<bool> theStale{ false };
 std::atomic<bool> theResized{ false };
 static_assert(std::atomic<bool>::is_always_lock_free);
 
+void (*theYield)() = nullptr;
+
 void put(const termios &mode, std::string_view sequence) {
     tcsetattr(STDIN_FILENO, TCSADRAIN, &mode);
     [[maybe_unused]] const ssize_t n = ::write(STDOUT_FILENO, sequence.data(), sequence.size());
@@ -132,4 +134,13 @@ bool OSL_Terminal::takeStale() {
 
 bool OSL_Terminal::takeResized() {
     return theResized.exchange(false);
+}
+
+void OSLsetTerminalYield(void (*yield)()) {
+    theYield = yield;
+}
+
+void OSLyieldTerminal() {
+    if (theYield)
+        theYield();
 }

@@ -51,3 +51,9 @@ public:
     static bool takeStale();
     static bool takeResized();
 };
+
+/// Sets what takes a half-typed line off the terminal: null when no line is edited.
+void OSLsetTerminalYield(void (*yield)());
+/// Takes a half-typed line off the terminal, if there is one. To be called before anything else writes to the terminal,
+/// reads from it or passes it to a child process.
+void OSLyieldTerminal();

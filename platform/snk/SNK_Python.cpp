@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include <orvlang/platform/kit/KIT_LineEditor.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
+#include <orvlang/platform/osl/OSL_Terminal.h>
 #include <orvlang/platform/snk/SNK_Component.h>
 #include <orvlang/platform/snk/SNK_ComponentTable.h>
 
@@ -50,7 +50,7 @@ SNK_Result runPython(Run run) {
     if (!python)
         return refusal(reason);
     const DepthScope depth;
-    KIT_LineEditor::yield();   // Python code writes to the terminal past our streams
+    OSLyieldTerminal();   // Python code writes to the terminal past our streams
     SNK_Result result;
     KIT_StringArray texts;
     const SNK_TextTaker taker = { &texts, [](void *target, const char *text, size_t length) {
