@@ -4,7 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include <orvlang/platform/kit/KIT_LockHolder.h>
+#include <orvlang/platform/osl/KIT_LockHolder.h>
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <orvlang/platform/fml/fml_Vector.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 #include <orvlang/platform/snk/SNK_Language.h>
 #include <orvlang/platform/snk/SNK_Python.h>
 

@@ -2,9 +2,9 @@
 #include <orvlang/bridge/CMD_PythonLanguage.h>
 
 #include <orvlang/engine/CMD_Manager.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 #include <orvlang/platform/snk/SNK_Language.h>
 
 #include <algorithm>

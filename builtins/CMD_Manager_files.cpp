@@ -11,11 +11,11 @@
 #include <orvlang/platform/kit/KIT_Directory.h>
 #include <orvlang/platform/kit/KIT_File.h>
 #include <orvlang/platform/kit/KIT_Process.h>
-#include <orvlang/platform/kit/KIT_Signal.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/kit/VIO_Info.h>
+#include <orvlang/platform/osl/KIT_Signal.h>
 #include <orvlang/platform/osl/OSL_System.h>
-#include <orvlang/platform/shim/OrvaneDirectory.h>
-#include <orvlang/platform/vio/VIO_Info.h>
+#include <orvlang/platform/osl/OrvaneDirectory.h>
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_Number.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
+#include <orvlang/platform/osl/KIT_Thread.h>
 
 #include <algorithm>
 #include <limits>

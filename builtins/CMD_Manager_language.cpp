@@ -9,8 +9,8 @@
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Number.h>
-#include <orvlang/platform/kit/KIT_StopWatch.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/osl/KIT_StopWatch.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
 
 namespace {

@@ -9,7 +9,7 @@
 
 #include <orvlang/builtins/CMD_WordLists.h>
 #include <orvlang/engine/CMD_Args.h>
-#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>

@@ -7,10 +7,10 @@
 #include <orvlang/builtins/CMD_WordLists.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Source.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
+#include <orvlang/platform/osl/KIT_Thread.h>
 
 namespace {
 

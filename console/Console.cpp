@@ -12,7 +12,7 @@
 
 #include <orvlang/bridge/CMD_Python.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 #include <orvlang/port/CMD_EvtMonitoringReader.h>
 
 #include "Completion.h"

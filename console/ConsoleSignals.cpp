@@ -9,8 +9,8 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_CmdLineReader.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/edit/KIT_CmdLineReader.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 
 namespace {
 

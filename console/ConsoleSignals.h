@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <orvlang/platform/kit/KIT_Signal.h>
+#include <orvlang/platform/osl/KIT_Signal.h>
 
 /// The signals that a user or the system sends to the program. Each interrupts the running statement, or the wait for a
 /// line; the console then decides whether the program continues.

@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 
 #include "ConsoleSignals.h"
 

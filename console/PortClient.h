@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 
 #include "ConsoleOptions.h"

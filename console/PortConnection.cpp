@@ -12,7 +12,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_NetSocket.h>
+#include <orvlang/platform/net/KIT_NetSocket.h>
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/osl/OSL_File.h>
 
 namespace {

@@ -16,8 +16,8 @@
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/fml/FML.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
-#include <orvlang/platform/vio/VIO_Info.h>
-#include <orvlang/platform/vio/VIO_Reader.h>
+#include <orvlang/platform/kit/VIO_Info.h>
+#include <orvlang/platform/kit/VIO_Reader.h>
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include <orvlang/engine/CMD_ModeScope.h>
 #include <orvlang/engine/CMD_Source.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
+#include <orvlang/platform/osl/KIT_Thread.h>
 
 namespace {
 

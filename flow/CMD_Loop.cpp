@@ -19,8 +19,8 @@
 #include <orvlang/flow/CMD_LoopInfo.h>
 #include <orvlang/flow/CMD_LoopLine.h>
 #include <orvlang/platform/kit/KIT_CshTemplate.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 
 namespace {
 

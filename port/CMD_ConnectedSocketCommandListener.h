@@ -5,7 +5,7 @@
 #include <string>
 
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
-#include <orvlang/platform/vio/VIO_ConnectedSocketListener.h>
+#include <orvlang/platform/net/VIO_ConnectedSocketListener.h>
 
 class CMD_Manager;
 class CMD_RequestFramer;

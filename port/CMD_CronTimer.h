@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include <orvlang/platform/vio/VIO_EventGenerator.h>
+#include <orvlang/platform/net/VIO_EventGenerator.h>
 #include <orvlang/port/CMD_AtJob.h>
 
 /// Runs commands when they are due: the event generator of `atjob`. It exists only while there are jobs: it destroys

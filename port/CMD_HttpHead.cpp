@@ -8,7 +8,7 @@
 
 #include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Number.h>
-#include <orvlang/platform/vio/VIO_ListenerOptions.h>
+#include <orvlang/platform/net/VIO_ListenerOptions.h>
 #include <orvlang/port/CMD_PortProtocol.h>
 
 using namespace CMD_PortProtocol;

@@ -11,13 +11,13 @@
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_WaitScope.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
-#include <orvlang/platform/kit/KIT_Immortal.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_Process.h>
 #include <orvlang/platform/kit/KIT_Wait.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 #include <orvlang/port/CMD_ServerSocketCommandListener.h>
 
 namespace {

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include <orvlang/platform/vio/VIO_ConnectedSocketListener.h>
-#include <orvlang/platform/vio/VIO_ListenerOptions.h>
+#include <orvlang/platform/net/VIO_ConnectedSocketListener.h>
+#include <orvlang/platform/net/VIO_ListenerOptions.h>
 #include <orvlang/port/CMD_HttpHead.h>
 
 /// Decides how much of what a client of a command port has sent is one request. A request is one write of the client,

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include <orvlang/platform/vio/VIO_ServerSocketListener.h>
+#include <orvlang/platform/net/VIO_ServerSocketListener.h>
 
 class CMD_Manager;
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include <orvlang/platform/vio/VIO_EventGenerator.h>
+#include <orvlang/platform/net/VIO_EventGenerator.h>
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <orvlang/platform/kit/KIT_File.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/osl/OSL_System.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 #include <orvlang/symbols/CMD_VariableTable.h>
 
 namespace {

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include <orvlang/platform/kit/KIT_Char.h>
-#include <orvlang/platform/kit/KIT_LockHolder.h>
 #include <orvlang/platform/kit/KIT_Number.h>
+#include <orvlang/platform/osl/KIT_LockHolder.h>
 #include <orvlang/symbols/CMD_SymbolEntry.h>
 
 CMD_SymbolList::CMD_SymbolList() = default;

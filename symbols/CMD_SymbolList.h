@@ -3,9 +3,9 @@
 
 #include <orvlang/platform/kit/KIT_Export.h>
 #include <orvlang/platform/kit/KIT_LinkList.h>
-#include <orvlang/platform/kit/KIT_Lock.h>
 #include <orvlang/platform/kit/KIT_StringArray.h>
 #include <orvlang/platform/kit/KIT_SymbolTable.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 
 class CMD_SymbolEntry;
 

@@ -2,7 +2,7 @@
 #include <orvlang/symbols/CMD_Variable.h>
 
 #include <orvlang/platform/kit/KIT_EnvControl.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 
 CMD_Variable::CMD_Variable(const char *variableName, const char *text, bool isExported)
     : CMD_SymbolEntry(variableName, text, isExported), exported(isExported) {

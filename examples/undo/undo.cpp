@@ -10,7 +10,7 @@
 
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Manager.h>
-#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_UndoManager.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/port/CMD_EvtMonitoringReader.h>

@@ -4,9 +4,9 @@
 #include <orvlang/platform/fml/FML_Compiler.h>
 #include <orvlang/platform/fml/FML_Evaluation.h>
 #include <orvlang/platform/fml/FML_Registry.h>
-#include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/kit/KIT_String.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 
 #include <new>
 #include <stdexcept>

@@ -4,7 +4,7 @@
 #include <orvlang/platform/fml/FML_Function.h>
 #include <orvlang/platform/fml/FML_Library.h>
 #include <orvlang/platform/fml/fml_Vector.h>
-#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 
 #include <algorithm>
 #include <cstdlib>

@@ -10,8 +10,8 @@
 
 #include <dlfcn.h>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {

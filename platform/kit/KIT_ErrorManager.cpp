@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <ostream>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
-#include <orvlang/platform/kit/KIT_LockHolder.h>
 #include <orvlang/platform/kit/KIT_String.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_LockHolder.h>
 
 static constinit KIT_Immortal<KIT_ErrorManager> theErrorManager;
 

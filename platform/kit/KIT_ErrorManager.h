@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <orvlang/platform/kit/KIT_Export.h>
-#include <orvlang/platform/kit/KIT_Lock.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 
 class KIT_String;
 

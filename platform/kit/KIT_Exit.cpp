@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/kit/KIT_Nesting.h>
 
-#include <orvlang/platform/kit/KIT_Thread.h>
+#include <orvlang/platform/osl/KIT_Thread.h>
 
 namespace {
 

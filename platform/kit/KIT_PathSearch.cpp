@@ -7,9 +7,9 @@
 #include <link.h>
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_String.h>
 #include <orvlang/platform/kit/KIT_StringArray.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {

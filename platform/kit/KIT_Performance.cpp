@@ -8,7 +8,7 @@
 #include <utility>
 
 #include <orvlang/platform/kit/KIT_Exit.h>
-#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {

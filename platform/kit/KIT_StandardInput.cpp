@@ -9,10 +9,10 @@
 
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 #include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/osl/OSL_Terminal.h>
 

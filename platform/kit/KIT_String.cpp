@@ -6,7 +6,7 @@
 #include <orvlang/platform/kit/KIT_CshTemplate.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 
 #include <algorithm>
 #include <cstdlib>

@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 
 // Steps are the host's code: whatever they do, down to their destructors, may come back here. So a list is in order
 // before a step is called, and what is dropped has left the lists before it is destroyed.

@@ -5,8 +5,8 @@
 
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {

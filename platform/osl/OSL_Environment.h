@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <orvlang/platform/kit/KIT_Lock.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 
 /// The environment of the process with an index by name, so that a script that exports a hundred thousand names,
 /// or one name a hundred thousand times, does not pay a walk over all of them each time.

@@ -14,7 +14,7 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/osl/OSL_Environment.h>
 
 namespace {

@@ -11,11 +11,11 @@
 
 #include <orvlang/platform/kit/KIT_Component.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
-#include <orvlang/platform/kit/KIT_Immortal.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
+#include <orvlang/platform/osl/KIT_Thread.h>
 #include <orvlang/platform/snk/SNK_ComponentTable.h>
 
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/trk/TRK_EventManager.h>
 
-#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 
 #include <utility>
 

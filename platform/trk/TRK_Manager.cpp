@@ -5,7 +5,7 @@
 #include <orvlang/platform/fml/FML_Registry.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_String.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 #include <orvlang/platform/xml/XML_Document.h>
 
 #include <orvlang/platform/kit/KIT_Component.h>
-#include <orvlang/platform/kit/KIT_Immortal.h>
+#include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/xml/XML_ComponentTable.h>
 
 namespace {

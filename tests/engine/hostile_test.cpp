@@ -7,8 +7,8 @@
 #include <optional>
 
 #include <orvlang/platform/fml/FML.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 
 namespace {
 

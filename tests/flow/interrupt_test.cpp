@@ -6,7 +6,7 @@
 #include <optional>
 #include <thread>
 
-#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 
 namespace {
 

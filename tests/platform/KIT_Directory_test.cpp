@@ -9,7 +9,7 @@
 #include <orvlang/platform/kit/KIT_Directory.h>
 #include <orvlang/platform/kit/KIT_File.h>
 #include <orvlang/platform/kit/KIT_StringArray.h>
-#include <orvlang/platform/shim/OrvaneDirectory.h>
+#include <orvlang/platform/osl/OrvaneDirectory.h>
 
 #include "Program.h"
 

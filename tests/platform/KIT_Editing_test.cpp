@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include <orvlang/platform/kit/KIT_EditPosition.h>
-#include <orvlang/platform/kit/KIT_KeyDecoder.h>
-#include <orvlang/platform/kit/KIT_Places.h>
+#include <orvlang/platform/edit/KIT_EditPosition.h>
+#include <orvlang/platform/edit/KIT_KeyDecoder.h>
+#include <orvlang/platform/edit/KIT_Places.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
 
 namespace {

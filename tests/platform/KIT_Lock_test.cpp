@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
-#include <orvlang/platform/kit/KIT_LockHolder.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
+#include <orvlang/platform/osl/KIT_LockHolder.h>
+#include <orvlang/platform/osl/KIT_Thread.h>
 
 // First, so that the lock is taken while the process has one thread.
 TEST(Lock, TakenBeforeThereWereThreadsIsHeldForThem) {

@@ -10,7 +10,7 @@
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/kit/KIT_String.h>
 #include <orvlang/platform/kit/KIT_StringArray.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 
 #include "Program.h"
 

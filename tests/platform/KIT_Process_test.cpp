@@ -6,10 +6,10 @@
 
 #include <orvlang/platform/kit/KIT_ErrorManager.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_OFStream.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_String.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_Process.h>
-#include <orvlang/platform/kit/KIT_Signal.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
+#include <orvlang/platform/osl/KIT_Signal.h>
 #include <orvlang/platform/osl/OSL_File.h>
 #include <orvlang/platform/osl/OSL_System.h>
 

@@ -6,10 +6,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <orvlang/platform/kit/KIT_CmdLineReader.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 
 #include "FakeSystem.h"
 #include "Program.h"

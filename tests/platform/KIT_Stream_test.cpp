@@ -11,8 +11,8 @@
 #include <orvlang/platform/kit/KIT_OFStream.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
-#include <orvlang/platform/vio/VIO_Info.h>
-#include <orvlang/platform/vio/VIO_Reader.h>
+#include <orvlang/platform/kit/VIO_Info.h>
+#include <orvlang/platform/kit/VIO_Reader.h>
 
 #include "FakeSystem.h"
 #include "Program.h"

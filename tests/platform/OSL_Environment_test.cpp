@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_EnvControl.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <vector>
 
+#include <orvlang/platform/net/VIO_EventGenerator.h>
 #include <orvlang/platform/osl/OSL_Time.h>
-#include <orvlang/platform/vio/VIO_EventGenerator.h>
 
 namespace {
 

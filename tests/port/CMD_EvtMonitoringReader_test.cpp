@@ -12,15 +12,15 @@
 #include <gtest/gtest.h>
 
 #include <orvlang/engine/CMD_Manager.h>
-#include <orvlang/platform/kit/KIT_CmdLineReader.h>
+#include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_EnvControl.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
 #include <orvlang/platform/kit/KIT_StandardInput.h>
 #include <orvlang/platform/kit/KIT_Wait.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
+#include <orvlang/platform/net/VIO_EventGenerator.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 #include <orvlang/platform/osl/OSL_System.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
-#include <orvlang/platform/vio/VIO_EventGenerator.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 
 using namespace std::string_literals;
 

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "PortFixture.h"
-#include <orvlang/platform/kit/KIT_NetSocket.h>
-#include <orvlang/platform/vio/VIO_ConnectedSocketListener.h>
-#include <orvlang/platform/vio/VIO_ServerSocketListener.h>
+#include <orvlang/platform/net/KIT_NetSocket.h>
+#include <orvlang/platform/net/VIO_ConnectedSocketListener.h>
+#include <orvlang/platform/net/VIO_ServerSocketListener.h>
 
 /// A port whose deliveries are answered by a function of the test.
 class ListenerTest : public PortTest {

@@ -15,7 +15,7 @@
 #include "Terminal.h"
 #include <orvlang/bridge/CMD_Python.h>
 #include <orvlang/engine/CMD_Args.h>
-#include <orvlang/platform/kit/KIT_NetSocket.h>
+#include <orvlang/platform/net/KIT_NetSocket.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {

@@ -12,9 +12,9 @@
 #include "Cases.h"
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
-#include <orvlang/platform/kit/KIT_Thread.h>
-#include <orvlang/platform/vio/VIO_ServerSocketListener.h>
+#include <orvlang/platform/net/VIO_ServerSocketListener.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
+#include <orvlang/platform/osl/KIT_Thread.h>
 #include <orvlang/port/CMD_EvtMonitoringReader.h>
 
 using namespace std::string_literals;

@@ -2,7 +2,7 @@
 // The interpreter as the library uses it: values, exceptions, threads, interrupts, and what the process keeps.
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Manager.h>
-#include <orvlang/platform/kit/KIT_Interrupt.h>
+#include <orvlang/platform/osl/KIT_Interrupt.h>
 #include <orvlang/platform/snk/SNK_InterpreterAutoLock.h>
 #include <orvlang/platform/snk/SNK_Python.h>
 

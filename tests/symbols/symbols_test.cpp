@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
 #include <orvlang/symbols/CMD_VariableTable.h>
 

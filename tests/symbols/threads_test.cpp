@@ -8,7 +8,7 @@
 
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/platform/kit/KIT_EnvControl.h>
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
 #include <orvlang/symbols/CMD_VariableTable.h>
 

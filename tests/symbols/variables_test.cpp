@@ -2,7 +2,7 @@
 // The manager's variables: which table a name is read from and stored in, the names of the scene, what is built in.
 #include "EngineFixture.h"
 
-#include <orvlang/platform/shim/OrvaneEnvironment.h>
+#include <orvlang/platform/osl/OrvaneEnvironment.h>
 #include <orvlang/symbols/CMD_VariableTable.h>
 
 namespace {

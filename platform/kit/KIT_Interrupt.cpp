@@ -1,8 +1,0 @@
-// SPDX-License-Identifier: Apache-2.0
-#include <orvlang/platform/kit/KIT_Interrupt.h>
-
-static constinit KIT_Interrupt theInterrupt;
-
-KIT_Interrupt *KITgetInterrupt() {
-    return &theInterrupt;
-}

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <orvlang/platform/net/VIO_SocketSet.h>
+
+#include <utility>
+
+#include <sys/epoll.h>
+
+#include <orvlang/platform/osl/KIT_Immortal.h>
+#include <orvlang/platform/osl/OSL_System.h>
+
+namespace {
+
+constexpr long long theMicrosecond = 1000;   // nanoseconds
+constexpr long long theLongestTurn = 10000 * theMicrosecond;
+/// How long a turn that served something waits for more.
+constexpr long long theAfterWait = 80 * theMicrosecond;
+/// Within this time of the last turn, the generators of one turn of the event loop are taken to ask.
+constexpr long long theSameTurn = 200 * theMicrosecond;
+/// When others kept the processor for that long, waits are by timer for a while.
+constexpr long long theLongYield = 300 * theMicrosecond;
+constexpr long long theCrowdedTime = 100000 * theMicrosecond;
+constexpr int theMostEvents = 64;
+
+}   // namespace
+
+VIO_SocketSet &VIO_SocketSet::inst() {
+    static KIT_Immortal<VIO_SocketSet> theSet;
+    return theSet.object;
+}
+
+VIO_SocketSet::Id VIO_SocketSet::add(VIO_SocketUser &user, int descriptor) {
+    OSL_System &system = OSLsystem();
+    if (poll < 0)
+        poll = system.createPoll();
+    const Id id = lastId + 1;
+    if (poll < 0 || system.controlPoll(poll, EPOLL_CTL_ADD, descriptor, EPOLLIN, id) != 0)
+        return 0;
+    lastId = id;
+    users.emplace(id, Entry{ &user, turnCount });
+    return id;
+}
+
+void VIO_SocketSet::remove(Id id, int descriptor) {
+    if (users.erase(id) == 0)
+        return;
+    OSL_System &system = OSLsystem();
+    if (descriptor >= 0)
+        system.controlPoll(poll, EPOLL_CTL_DEL, descriptor, 0, 0);
+    if (users.empty()) {
+        system.close(poll);
+        poll = -1;
+        ready.clear();
+    }
+}
+
+void VIO_SocketSet::awaitOutput(Id id, int descriptor, bool output) {
+    if (descriptor >= 0)
+        OSLsystem().controlPoll(poll, EPOLL_CTL_MOD, descriptor, output ? EPOLLOUT : EPOLLIN, id);
+}
+
+int VIO_SocketSet::turn(Id caller) {
+    const long long now = OSLsystem().getMonotonicTime();
+    if (isTurnDue(caller, now)) {
+        serveAll(now);
+        lastTurnEnd = OSLsystem().getMonotonicTime();
+    }
+    return holds(caller);
+}
+
+/// Whether the caller's turn is the first one since all were served, in which case another one is due.
+bool VIO_SocketSet::isTurnDue(Id caller, long long now) {
+    const auto found = users.find(caller);
+    if (found == users.end())
+        return false;
+    const bool isDue = found->second.lastTurn == turnCount || now - lastTurnEnd > theSameTurn;
+    turnCount += isDue;
+    found->second.lastTurn = turnCount;
+    return isDue;
+}
+
+void VIO_SocketSet::serveAll(long long now) {
+    const long long end = now + theLongestTurn;
+    takeDue(now);
+    if (ready.empty())
+        collect(0);
+    while (serveReady(end))
+        awaitMore();
+}
+
+/// Gives peers a moment to ask again. A wait with a time-out would set a timer for each request, which may cost as much
+/// as the request; so the processor is handed to whoever is waiting for it, until that is somebody who keeps it.
+void VIO_SocketSet::awaitMore() {
+    OSL_System &system = OSLsystem();
+    const long long start = system.getMonotonicTime();
+    if (start < crowdedUntil)
+        return collect(theAfterWait);
+    for (long long now = start; ready.empty() && now - start < theAfterWait;) {
+        system.yieldProcessor();
+        collect(0);
+        const long long before = std::exchange(now, system.getMonotonicTime());
+        if (now - before > theLongYield)
+            crowdedUntil = now + theCrowdedTime;
+    }
+}
+
+/// Serves what is ready. False when nothing came of it or the time is over.
+bool VIO_SocketSet::serveReady(long long end) {
+    bool served = false;
+    while (!ready.empty()) {
+        const long long now = OSLsystem().getMonotonicTime();
+        if (now >= end)
+            return false;
+        const auto found = users.find(ready.front());
+        ready.pop_front();
+        if (found != users.end())
+            served |= found->second.user->serve(now);
+    }
+    return served;
+}
+
+void VIO_SocketSet::takeDue(long long now) {
+    for (const auto &[id, entry] : users)
+        if (const long long due = entry.user->getDueTime(); due != 0 && due <= now)
+            ready.push_back(id);
+}
+
+/// Waits up to that many nanoseconds for descriptors to become ready.
+void VIO_SocketSet::collect(long long wait) {
+    epoll_event events[theMostEvents];
+    const int count = poll < 0 ? 0 : OSLsystem().waitPoll(poll, events, theMostEvents, wait);
+    for (int i = 0; i < count; ++i)
+        ready.push_back(events[i].data.u64);
+}
