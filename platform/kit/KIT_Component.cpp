@@ -1,18 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/kit/KIT_Component.h>
 
-#include <dlfcn.h>
 #include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {
-
-std::string reasonOfLoader() {
-    const char *const text = dlerror();
-    return text ? text : "unknown error of the loader";
-}
 
 /// The component, in the library's own tree or, for a program that has the library inside, in the one around it.
 std::string findFile(const char *fileName) {
@@ -35,12 +29,13 @@ void *KIT_Component::load(const char *fileName, const char *function, const char
             std::string(fileName) + " is not installed in " + KIT_PathSearch::getCodeFolder() + "/orvlang";
         return nullptr;
     }
+    OSL_System &system = OSLsystem();
     void *address = nullptr;
-    if (!globalLibrary || dlopen(globalLibrary, RTLD_NOW | RTLD_GLOBAL)) {
-        void *const component = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-        address = component ? dlsym(component, function) : nullptr;
+    if (!globalLibrary || system.loadLibrary(globalLibrary, true)) {
+        void *const component = system.loadLibrary(path.c_str(), false);
+        address = component ? system.findSymbol(component, function) : nullptr;
     }
     if (!address)
-        failure = reasonOfLoader();
+        failure = system.getLoaderError();
     return address;
 }

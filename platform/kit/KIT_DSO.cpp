@@ -8,8 +8,6 @@
 #include <string>
 #include <vector>
 
-#include <dlfcn.h>
-
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/osl/OSL_System.h>
@@ -46,11 +44,9 @@ void reportFailure(const char *failure, const char *path, const char *reason) {
 }
 
 void *loadLibrary(const std::string &path) {
-    void *const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!handle) {
-        const char *const reason = dlerror();
-        reportFailure("Can't load plug-in library", path.c_str(), reason ? reason : "");
-    }
+    void *const handle = OSLsystem().loadLibrary(path.c_str(), false);
+    if (!handle)
+        reportFailure("Can't load plug-in library", path.c_str(), OSLsystem().getLoaderError().c_str());
     return handle;
 }
 
@@ -82,7 +78,7 @@ int KIT_DSO::runReverse(const char *function, void *argument, int load) {
             library = libraries().emplace(*path, loadLibrary(*path)).first;
         }
         void *const handle = library->second;
-        void *const address = handle ? dlsym(handle, function) : nullptr;
+        void *const address = handle ? OSLsystem().findSymbol(handle, function) : nullptr;
         if (!address || std::find(done.begin(), done.end(), handle) != done.end())
             continue;
         done.push_back(handle);

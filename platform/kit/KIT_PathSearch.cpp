@@ -37,11 +37,8 @@ std::string folderOfThisCode() {
     std::string path;
     if (_dl_find_object(here, &found) == 0)
         path = found.dlfo_link_map->l_name;
-    if (path.empty() || path[0] != '/') {
-        char program[4096];
-        const ssize_t length = readlink("/proc/self/exe", program, sizeof program);
-        path.assign(program, length > 0 ? static_cast<size_t>(length) : 0);
-    }
+    if (path.empty() || path[0] != '/')
+        path = OSLsystem().readLink("/proc/self/exe");
     return path.substr(0, std::min(path.rfind('/'), path.size()));
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -194,6 +195,12 @@ int OSL_System::removeFile(const char *path) {
     return ::unlink(path);
 }
 
+std::string OSL_System::readLink(const char *path) {
+    char target[4096];
+    const ssize_t length = ::readlink(path, target, sizeof target);
+    return { target, length > 0 ? static_cast<size_t>(length) : 0 };
+}
+
 const char *OSL_System::getEnvironment(std::string_view name) {
     return theEnvironment().get(name);
 }
@@ -217,4 +224,21 @@ pid_t OSL_System::spawn(const char *const *argv, const OSL_SpawnOptions &options
 
 pid_t OSL_System::waitProcess(pid_t pid, int *status, int options) {
     return ::waitpid(pid, status, options);
+}
+
+uid_t OSL_System::getUser() {
+    return ::geteuid();
+}
+
+void *OSL_System::loadLibrary(const char *path, bool isGlobal) {
+    return ::dlopen(path, RTLD_NOW | (isGlobal ? RTLD_GLOBAL : RTLD_LOCAL));
+}
+
+void *OSL_System::findSymbol(void *library, const char *name) {
+    return ::dlsym(library, name);
+}
+
+std::string OSL_System::getLoaderError() {
+    const char *const text = ::dlerror();
+    return text ? text : "unknown error of the loader";
 }

@@ -71,6 +71,8 @@ public:
     virtual int makeDirectory(const char *path, int mode);
     /// Refuses directories.
     virtual int removeFile(const char *path);
+    /// Returns where a symbolic link points to; empty on failure.
+    virtual std::string readLink(const char *path);
 
     /// Null when there is no such variable. The text stays readable for ever, and changes when the variable does.
     virtual const char *getEnvironment(std::string_view name);
@@ -83,6 +85,16 @@ public:
     virtual pid_t spawn(const char *const *argv, const OSL_SpawnOptions &options);
     /// As waitpid(2).
     virtual pid_t waitProcess(pid_t pid, int *status, int options);
+    /// Returns the effective user of this process.
+    virtual uid_t getUser();
+
+    /// Loads a shared library and resolves all that it needs; null on failure. With `isGlobal` its symbols also serve
+    /// the libraries that are loaded later.
+    virtual void *loadLibrary(const char *path, bool isGlobal);
+    /// Returns the address of a symbol of a loaded library; null when it does not have one of this name.
+    virtual void *findSymbol(void *library, const char *name);
+    /// Returns why the latest of these two failed.
+    virtual std::string getLoaderError();
 
     // Sockets. A new descriptor is always close-on-exec and does not block.
 
