@@ -130,6 +130,7 @@ int CMD_EvtMonitoringReader::installGenerator(VIO_EventGenerator &generator, int
 void CMD_EvtMonitoringReader::pollEventGenerators() {
     OSL_TimeVal now = {};
     OSLgettimeofday(&now);
+    VIO_EventGenerator::beginPass();
     Walk walk(generators.entries());
     while (walk.left > 0) {
         cmd_PollingEvtGeneratorWrapper *const wrapper = generators[--walk.left];

@@ -8,6 +8,7 @@
 namespace {
 
 constinit KIT_Immortal<std::vector<VIO_EventGenerator *>> theEarly{};   // installed before there was a loop
+constinit unsigned thePass = 0;
 
 }   // namespace
 
@@ -57,6 +58,14 @@ int VIO_EventGenerator::uninstallGenerator() {
 void VIO_EventGenerator::pollEventLoop(bool flag) {
     if (thePollCallback)
         thePollCallback(flag);
+}
+
+void VIO_EventGenerator::beginPass() {
+    ++thePass;
+}
+
+unsigned VIO_EventGenerator::getPass() {
+    return thePass;
 }
 
 void VIO_EventGenerator::setInstaller(Installer installer) {

@@ -39,6 +39,11 @@ public:
     /// One turn of the loop for all generators; nothing while there is no loop. The flag is handed through.
     void pollEventLoop(bool flag);
 
+    /// A loop calls this when it is about to give its generators a turn each. Some do their work together, in the first
+    /// turn of a pass; without this call a pass counts as new when one of them has its second turn.
+    static void beginPass();
+    static unsigned getPass();
+
     /// The hooks of the loop; null takes one out.
     static void setInstaller(Installer installer);
     static void setEventLoopPollCallback(PollCallback callback);

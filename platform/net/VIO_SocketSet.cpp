@@ -7,6 +7,7 @@
 
 #include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/osl/OSL_System.h>
+#include <orvlang/platform/net/VIO_EventGenerator.h>
 
 namespace {
 
@@ -14,8 +15,6 @@ constexpr long long theMicrosecond = 1000;   // nanoseconds
 constexpr long long theLongestTurn = 10000 * theMicrosecond;
 /// How long a turn that served something waits for more.
 constexpr long long theAfterWait = 80 * theMicrosecond;
-/// Within this time of the last turn, the generators of one turn of the event loop are taken to ask.
-constexpr long long theSameTurn = 200 * theMicrosecond;
 /// When others kept the processor for that long, waits are by timer for a while.
 constexpr long long theLongYield = 300 * theMicrosecond;
 constexpr long long theCrowdedTime = 100000 * theMicrosecond;
@@ -59,23 +58,22 @@ void VIO_SocketSet::awaitOutput(Id id, int descriptor, bool output) {
 }
 
 int VIO_SocketSet::turn(Id caller) {
-    const long long now = OSLsystem().getMonotonicTime();
-    if (isTurnDue(caller, now)) {
-        serveAll(now);
-        lastTurnEnd = OSLsystem().getMonotonicTime();
-    }
+    if (beginTurn(caller))
+        serveAll(OSLsystem().getMonotonicTime());
     return holds(caller);
 }
 
-/// Whether the caller's turn is the first one since all were served, in which case another one is due.
-bool VIO_SocketSet::isTurnDue(Id caller, long long now) {
+/// Returns false when the caller has had its turn already, with the other users in this pass of the event loop.
+bool VIO_SocketSet::beginTurn(Id caller) {
     const auto found = users.find(caller);
     if (found == users.end())
         return false;
-    const bool isDue = found->second.lastTurn == turnCount || now - lastTurnEnd > theSameTurn;
-    turnCount += isDue;
+    const unsigned pass = VIO_EventGenerator::getPass();
+    const bool isNew = pass != turnPass || found->second.lastTurn == turnCount;
+    turnPass = pass;
+    turnCount += isNew;
     found->second.lastTurn = turnCount;
-    return isDue;
+    return isNew;
 }
 
 void VIO_SocketSet::serveAll(long long now) {

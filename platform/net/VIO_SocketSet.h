@@ -46,7 +46,7 @@ private:
         unsigned lastTurn;   // the turn of the set in which it last asked for one
     };
 
-    bool isTurnDue(Id caller, long long now);
+    bool beginTurn(Id caller);
     void serveAll(long long now);
     bool serveReady(long long end);
     void awaitMore();
@@ -56,7 +56,7 @@ private:
     int poll = -1;   // open while there are users
     Id lastId = 0;
     unsigned turnCount = 0;
-    long long lastTurnEnd = 0;
+    unsigned turnPass = 0;        // the pass of the event loop in which the latest turn began
     long long crowdedUntil = 0;   // others want the processor for longer than a moment
     std::unordered_map<Id, Entry> users;
     std::deque<Id> ready;   // outlives a turn that ran out of time, so that all get their turn

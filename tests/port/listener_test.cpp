@@ -30,6 +30,7 @@ public:
     int acceptError = 0;                    // of each call
     int accepts = 0;
     int descriptorsLeft = 100;
+    int polls = 0;
     bool canPoll = true;
 
     std::optional<OSL_SocketOwner> findSocketOwner(const sockaddr_storage &own,
@@ -42,6 +43,10 @@ public:
     int close(int descriptor) override {
         ++descriptorsLeft;
         return OSL_System::close(descriptor);
+    }
+    int waitPoll(int poll, epoll_event *events, int count, long long wait) override {
+        ++polls;
+        return OSL_System::waitPoll(poll, events, count, wait);
     }
     int createPoll() override { return canPoll ? OSL_System::createPoll() : -1; }
     int accept(int descriptor) override {
@@ -118,6 +123,27 @@ TEST_F(ListenerTest, AListenerWithoutRulesGetsWhatComes) {
     isFramed = false;
     listen();
     EXPECT_EQ(ask(port, "GET / HTTP/1.1\r\nOrigin: x"), "[GET / HTTP/1.1\r\nOrigin: x]");
+}
+
+TEST_F(ListenerTest, OneTurnInEachPassOfTheLoopServesAll) {
+    WrongSystem system;
+    listen();
+    PortClient client(port);
+    EXPECT_EQ(ask(client, "x"), "[x]");
+    VIO_EventGenerator *const both[] = { server, latestConnection };
+    const auto countPolls = [&](std::initializer_list<int> turns) {
+        system.polls = 0;
+        for (const int each : turns)
+            both[each]->processEvents();
+        return system.polls;
+    };
+    for (int i = 0; i < 2; ++i) {
+        VIO_EventGenerator::beginPass();
+        EXPECT_EQ(countPolls({ i }), 1);
+    }
+    VIO_EventGenerator::beginPass();
+    EXPECT_EQ(countPolls({ 0, 1 }), 1);
+    EXPECT_EQ(countPolls({ 0, 1 }), 1);   // of a loop that does not call beginPass
 }
 
 TEST_F(ListenerTest, AConnectionMayGoInsideItsRequest) {
