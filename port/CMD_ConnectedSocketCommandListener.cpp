@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// The road of a request. `processSocketDataCallback` gets a delivery from the base class; `processSocketData` tells the
-// kinds apart and has the request run, an HTTP request by way of `processHTTPRequest`
-// (CMD_ConnectedSocketCommandListener_http.cpp); `sendReply` writes what came of it.
+// The road of a request, steps 5, 7 and 8. `processSocketDataCallback` gets a request from the connection
+// (VIO_Connection.cpp). `processSocketData` recognises its kind and runs it: XML and text here, an HTTP request by
+// `processHTTPRequest` (CMD_ConnectedSocketCommandListener_http.cpp). `runOrvlangCommand` passes text of the language to
+// `CMD_Manager::execute` (CMD_Manager_input.cpp). `sendReply` writes the reply to the socket.
 #include <orvlang/port/CMD_ConnectedSocketCommandListener.h>
 
 #include <algorithm>
@@ -17,7 +18,7 @@
 #include <orvlang/platform/xml/XML_Document.h>
 #include <orvlang/port/CMD_PortProtocol.h>
 #include <orvlang/port/CMD_RequestFramer.h>
-#include <orvlang/port/CMD_ServedRun.h>
+#include <orvlang/port/CMD_SeparateRun.h>
 
 using namespace CMD_PortProtocol;
 
@@ -41,7 +42,7 @@ void refuse(std::string_view reason, KIT_WorkBuffer &reply) {
     reply.strcat("</parse_error>\n");
 }
 
-/// Writes the text and the NUL behind it. A failure is the client's: nobody is told.
+/// Writes the text and the NUL after it. A failure concerns the client only and is not reported.
 void sendReply(const KIT_WorkBuffer &reply, KIT_NetSocket &socket) {
     constexpr size_t theLargestPiece = 1 << 30;   // a length is an int
     const char *next = reply.c_str();
@@ -158,7 +159,7 @@ void CMD_ConnectedSocketCommandListener::runOrvlangCommand(const char *text, KIT
         const CMD_ModeScope browser(manager, &CMD_Manager::setBrowserMode, manager.isInBrowserMode(),
                                     browserMode);
         const UndoBlock block;
-        const CMD_ServedRun run;
+        const CMD_SeparateRun run;
         manager.execute(text, 0, &output, &errors, 1, false);
     }
     if (ownErrors && !ownErrors->view().empty())

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// Step 4 of the road of an HTTP request. `processHTTPRequest` gets the request and its head, runs the body as XML or as
-// text of the language, and puts a head before the reply. A request that was passed without its end, as a host may do
-// that calls `processSocketDataCallback`, is read to its end from the socket first.
+// The road of a request, step 6. `processHTTPRequest` gets an HTTP request and its head from `processSocketData`, runs the
+// body by `runText`, as XML or as text of the language, and puts a head before the reply, which `processSocketData`
+// sends. A request that a host passed without its end is first read to its end from the socket.
 #include <orvlang/port/CMD_ConnectedSocketCommandListener.h>
 
 #include <algorithm>

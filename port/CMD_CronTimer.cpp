@@ -8,7 +8,7 @@
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/osl/OSL_Time.h>
-#include <orvlang/port/CMD_ServedRun.h>
+#include <orvlang/port/CMD_SeparateRun.h>
 
 namespace {
 
@@ -64,7 +64,7 @@ void CMD_CronTimer::runJob(size_t place, std::ostream &output) {
     jobs[place]->isRunning = true;
     {
         const KIT_String command = jobs[place]->command;
-        const CMD_ServedRun run;
+        const CMD_SeparateRun run;
         manager->execute(command.c_str(), 0, &output, &output, 1, true);
     }
     CMD_AtJob *const job = jobs[place].get();

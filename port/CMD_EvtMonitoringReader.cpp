@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// Reading a line and serving the event generators take turns: the generators run in a pass that found no input, and
-// between two passes the thread sleeps.
+// The road of a request, step 1. `getline` waits for a line of standard input. When there is none,
+// `pollEventGenerators` gives each event generator that is due its turn; those of sockets call `VIO_SocketSet::turn`
+// (VIO_SocketSet.cpp). Between two passes the thread sleeps. `openport -w` calls the same by
+// `VIO_EventGenerator::pollEventLoop`.
 #include <orvlang/port/CMD_EvtMonitoringReader.h>
 
 #include <cerrno>

@@ -16,8 +16,8 @@ using namespace CMD_PortProtocol;
 namespace {
 
 constexpr std::string_view theBlanks = " \t\r";
-constexpr std::string_view theVersion = " HTTP/";   // behind the target
-constexpr size_t theTellingStart = 4096;            // of a line without an end; the rest of it is not looked at
+constexpr std::string_view theVersion = " HTTP/";   // after the target
+constexpr size_t theExaminedStart = 4096;           // of a line without an end
 
 bool isUpper(char c) {
     return c >= 'A' && c <= 'Z';
@@ -64,7 +64,7 @@ bool isOfTarget(char c) {
     return static_cast<unsigned char>(c) > ' ';
 }
 
-/// Behind the run of characters that the test accepts.
+/// Returns the offset after the run of characters that the test accepts.
 size_t skip(std::string_view text, size_t at, bool (*accepts)(char)) {
     while (at < text.size() && accepts(text[at]))
         ++at;
@@ -100,7 +100,7 @@ CMD_HttpHead CMD_HttpHead::parse(std::string_view request, std::optional<size_t>
         const size_t start = newline + 1;
         newline = text.find('\n', start);
         const std::string_view line = text.substr(start, newline - start);
-        // A line that is cut off ends the text.
+        // A line without its end is the last one.
         if (line.empty() || line == "\r")
             break;
         head.readLine(line, options);
@@ -136,7 +136,7 @@ void CMD_HttpHead::readLine(std::string_view line, const VIO_ListenerOptions &op
 CMD_HttpLine CMDfindHttpLine(std::string_view text, size_t scanned) {
     const size_t end = text.find('\n', scanned);
     if (end == text.npos)
-        return findPartOfLine(text.substr(0, theTellingStart));
+        return findPartOfLine(text.substr(0, theExaminedStart));
     const std::string_view line = text.substr(0, end);
     const size_t method = skip(line, 0, KITisAlpha);
     const size_t target = skip(line, method + 1, isOfTarget);

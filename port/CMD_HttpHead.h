@@ -18,8 +18,8 @@ struct CMD_HttpHead {
     std::optional<int> anyContentLength;
     bool hasNul = false;   // the text of the request ends in its head
     bool hasTransferEncoding = false;
-    bool isFromBrowser = false;    // a line that only browsers write
-    bool namesOtherHost = false;   // it was addressed to a host that the options do not allow
+    bool isFromBrowser = false;    // has a line that only browsers write
+    bool namesOtherHost = false;   // is addressed to a host that the options do not allow
 
     /// Returns the offset after the blank line; nothing while that has not come. None begins before `scanned`.
     static std::optional<size_t> findBody(std::string_view request, size_t scanned);
@@ -35,9 +35,9 @@ private:
     void readLine(std::string_view line, const VIO_ListenerOptions &options);
 };
 
-/// How far a text is the request line of an HTTP request.
+/// Whether a text begins with the request line of an HTTP request. Maybe: it can be the start of one, with a method in
+/// capital letters, and does not have a newline yet.
 enum class CMD_HttpLine { No, Maybe, Yes };
 
-/// Maybe: the text has no newline yet, and what there is can be the start of a request line with a method in capital
-/// letters. The first `scanned` bytes are known to hold no newline.
+/// Looks for a request line. The first `scanned` bytes must not contain a newline.
 CMD_HttpLine CMDfindHttpLine(std::string_view text, size_t scanned);

@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+// The road of a request, step 4. `findRequest` is asked by the connection (VIO_Connection.cpp) each time bytes have come
+// or the time of its last answer is over. It drops a line end that was added before, recognises the kind of request and
+// answers: wait, deliver or refuse. A delivered request goes to `processSocketDataCallback`
+// (CMD_ConnectedSocketCommandListener.cpp), which asks here for its head.
 #include <orvlang/port/CMD_RequestFramer.h>
 
 #include <algorithm>
@@ -14,17 +18,17 @@ namespace {
 constexpr long long theMillisecond = 1000000;   // nanoseconds
 constexpr long long theHeadSilence = 100 * theMillisecond;
 constexpr long long theTextSilence = 20 * theMillisecond;
-constexpr long long theLineSilence = 1 * theMillisecond;   // behind a newline, which is likely to be the end
+constexpr long long theLineSilence = 1 * theMillisecond;   // after a newline, which is likely to be the end
 constexpr long long theLineEndSilence = 20 * theMillisecond;
 constexpr size_t theLongestPlainText = 4096;
 constexpr size_t theLongestHead = 65536;
-/// The part of a head that comes in one piece whatever the network. A longer head that breaks off may be that of a
-/// browser which was stopped in time, before the lines that show it.
+/// The part of a head that comes in one piece whatever the network. A longer head that breaks off may be from a browser
+/// that was stopped before it sent the lines that identify it.
 constexpr size_t theLeastPiece = 512;
 
 constexpr std::string_view theMethod = "POST ";
-/// Of a TLS handshake. It holds bytes that a web page chose, behind a NUL; but what comes in a second piece would be a
-/// request of its own.
+/// Begins a TLS handshake. A web page can choose some of its bytes. They follow a NUL, but in a second piece they would be
+/// a request of their own.
 constexpr std::string_view theTlsStart = "\x16\x03";
 
 VIO_RequestExtent deliver(size_t length) {
@@ -91,34 +95,34 @@ CMD_RequestFramer::Form CMD_RequestFramer::classify(std::string_view text) {
     return line == CMD_HttpLine::Yes ? Form::OtherHttp : Form::Text;
 }
 
-VIO_RequestExtent CMD_RequestFramer::decideForm(const Look &look) {
-    if (look.text.starts_with(theTlsStart))
+VIO_RequestExtent CMD_RequestFramer::decideForm(const Input &input) {
+    if (input.text.starts_with(theTlsStart))
         return refuse();
     if (!form || *form == Form::MaybeXml || *form == Form::MaybeHttp)
-        form = classify(look.text);
+        form = classify(input.text);
     switch (*form) {
     case Form::Post:
     case Form::OtherHttp:
-        return decideHttp(look);
+        return decideHttp(input);
     case Form::MaybeHttp:
-        return decideRequestLine(look);
+        return decideRequestLine(input);
     case Form::Xml:
     case Form::MaybeXml:
-        return decideText(look, theTextSilence);
+        return decideText(input, theTextSilence);
     case Form::Text:
         break;
     }
-    if (look.text.size() <= theLongestPlainText)
-        return decideText(look, 0);
-    return decideText(look, look.text.back() == '\n' ? theLineSilence : theTextSilence);
+    if (input.text.size() <= theLongestPlainText)
+        return decideText(input, 0);
+    return decideText(input, input.text.back() == '\n' ? theLineSilence : theTextSilence);
 }
 
-VIO_RequestExtent CMD_RequestFramer::decideText(const Look &look, long long neededSilence) const {
-    if (look.text.size() > options.maxBytes)
+VIO_RequestExtent CMD_RequestFramer::decideText(const Input &input, long long neededSilence) const {
+    if (input.text.size() > options.maxBytes)
         return refuse();
-    if (look.silence < neededSilence)
+    if (input.silence < neededSilence)
         return waitFor(neededSilence);
-    return isAccepted() ? deliver(look.text.size()) : refuse();
+    return isAccepted() ? deliver(input.text.size()) : refuse();
 }
 
 bool CMD_RequestFramer::isAccepted() const {
@@ -135,22 +139,22 @@ bool CMD_RequestFramer::isAccepted() const {
     }
 }
 
-/// A request line that has not ended.
-VIO_RequestExtent CMD_RequestFramer::decideRequestLine(const Look &look) const {
-    const bool isPost = look.text.starts_with(theMethod) && thePostLine.starts_with(look.text);
+/// Decides on a request line that has not ended.
+VIO_RequestExtent CMD_RequestFramer::decideRequestLine(const Input &input) const {
+    const bool isPost = input.text.starts_with(theMethod) && thePostLine.starts_with(input.text);
     const long long patience = isPost ? options.wait : theHeadSilence;
-    const bool isHttp = isPost ? !look.ended : isCutByBrowser(look.text);
-    if (look.silence >= patience && isHttp)
+    const bool isHttp = isPost ? !input.isEnded : isCutByBrowser(input.text);
+    if (input.silence >= patience && isHttp)
         return refuse();
-    return decideText(look, patience);
+    return decideText(input, patience);
 }
 
-VIO_RequestExtent CMD_RequestFramer::decideHttp(const Look &look) {
+VIO_RequestExtent CMD_RequestFramer::decideHttp(const Input &input) {
     if (!isAccepted())
         return refuse();
     if (!frame)
-        frame = findFrame(look);
-    return frame ? decideFramed(look) : waitFor(getHeadPatience());
+        frame = findFrame(input);
+    return frame ? decideFramed(input) : waitFor(getHeadPatience());
 }
 
 long long CMD_RequestFramer::getHeadPatience() const {
@@ -158,21 +162,21 @@ long long CMD_RequestFramer::getHeadPatience() const {
 }
 
 /// Returns nothing as long as more of the head may come.
-std::optional<CMD_RequestFramer::Frame> CMD_RequestFramer::findFrame(const Look &look) {
-    const std::optional<size_t> bodyOffset = findBody(look.text);
-    const size_t headLength = bodyOffset.value_or(look.text.size());
+std::optional<CMD_RequestFramer::Frame> CMD_RequestFramer::findFrame(const Input &input) {
+    const std::optional<size_t> bodyOffset = findBody(input.text);
+    const size_t headLength = bodyOffset.value_or(input.text.size());
     const bool isTooLong = headLength > theLongestHead;
-    if (!bodyOffset && !isTooLong && look.silence < getHeadPatience())
+    if (!bodyOffset && !isTooLong && input.silence < getHeadPatience())
         return std::nullopt;
 
     const bool isPost = *form == Form::Post;
-    const CMD_HttpHead head = CMD_HttpHead::parse(look.text, bodyOffset, options);
+    const CMD_HttpHead head = CMD_HttpHead::parse(input.text, bodyOffset, options);
     const bool isCounted = isPost && head.contentLength;
     const long long body = isCounted ? *head.contentLength : head.anyContentLength.value_or(0);
     const long long needed =
         isCounted ? head.getRequestLength(headLength) : static_cast<long long>(headLength) + body;
     // Without a blank line it is not known where the body begins.
-    const bool isBodyUnknown = !bodyOffset && (isPost || body > 0 || isCutByBrowser(look.text));
+    const bool isBodyUnknown = !bodyOffset && (isPost || body > 0 || isCutByBrowser(input.text));
     return Frame{ .head = head,
                   .length = static_cast<size_t>(std::max(needed, static_cast<long long>(headLength))),
                   .isCounted = isCounted,
@@ -181,22 +185,22 @@ std::optional<CMD_RequestFramer::Frame> CMD_RequestFramer::findFrame(const Look 
                               body > static_cast<long long>(options.maxBytes) || isBodyUnknown };
 }
 
-VIO_RequestExtent CMD_RequestFramer::decideFramed(const Look &look) {
+VIO_RequestExtent CMD_RequestFramer::decideFramed(const Input &input) {
     if (frame->isRefused)
         return refuse();
     if (frame->isFailed)
-        return fail(look);
-    const size_t size = look.text.size();
+        return fail(input);
+    const size_t size = input.text.size();
     if (size >= frame->length)
         return deliver(size);
-    if (look.ended)
-        return *form == Form::OtherHttp ? deliver(size) : fail(look);
+    if (input.isEnded)
+        return *form == Form::OtherHttp ? deliver(size) : fail(input);
     const bool lacksLineEnd = frame->isCounted && frame->length - size == theLineEnd.size();
     const long long patience = lacksLineEnd ? std::min(theLineEndSilence, options.wait) : options.wait;
-    if (look.silence < patience)
+    if (input.silence < patience)
         return waitFor(patience);
     if (!lacksLineEnd)
-        return fail(look);
+        return fail(input);
     late = theLineEnd;
     return deliver(size);
 }
@@ -205,7 +209,7 @@ VIO_RequestExtent CMD_RequestFramer::decideFramed(const Look &look) {
 std::optional<size_t> CMD_RequestFramer::findBody(std::string_view text) {
     std::optional<size_t> offset = CMD_HttpHead::findBody(text, scanned);
     if (*form == Form::OtherHttp) {
-        // What is not for the port may end its lines as it likes.
+        // Other requests than those of the port may end their lines with a newline alone.
         const size_t loose = text.substr(0, offset.value_or(text.npos)).find("\n\n", scanned);
         if (loose != text.npos)
             offset = loose + 2;
@@ -223,10 +227,11 @@ bool CMD_RequestFramer::isRefused(const CMD_HttpHead &head) const {
     return (head.isFromBrowser && !options.passBrowsers) || head.namesOtherHost;
 }
 
-VIO_RequestExtent CMD_RequestFramer::fail(const Look &look) const {
-    // Only the one kind of request has a reply for this. The request then ends with its head.
-    return *form == Form::Post ? VIO_RequestExtent{ .action = VIO_RequestExtent::Deliver,
-                                                    .length = frame->head.bodyOffset.value_or(look.text.size()),
-                                                    .isLast = true }
-                               : refuse();
+VIO_RequestExtent CMD_RequestFramer::fail(const Input &input) const {
+    // Only this kind of request has a reply for it; it is delivered without its body.
+    return *form == Form::Post
+               ? VIO_RequestExtent{ .action = VIO_RequestExtent::Deliver,
+                                    .length = frame->head.bodyOffset.value_or(input.text.size()),
+                                    .isLast = true }
+               : refuse();
 }

@@ -31,10 +31,10 @@ public:
 private:
     enum class Form { MaybeXml, MaybeHttp, Text, Xml, Post, OtherHttp };
 
-    struct Look {
+    struct Input {
         std::string_view text;
-        bool ended;
-        long long silence;   // since bytes came; endless when no more will come
+        bool isEnded;
+        long long silence;   // time since the latest bytes came; endless when no more will come
     };
     /// What is known of an HTTP request once its head has come.
     struct Frame {
@@ -48,17 +48,17 @@ private:
     VIO_RequestExtent findNext(std::string_view text, const VIO_ReceivedBytes &received);
     void endRequest();
     Form classify(std::string_view text);
-    VIO_RequestExtent decideForm(const Look &look);
-    VIO_RequestExtent decideText(const Look &look, long long neededSilence) const;
-    VIO_RequestExtent decideRequestLine(const Look &look) const;
-    VIO_RequestExtent decideHttp(const Look &look);
-    VIO_RequestExtent decideFramed(const Look &look);
-    std::optional<Frame> findFrame(const Look &look);
+    VIO_RequestExtent decideForm(const Input &input);
+    VIO_RequestExtent decideText(const Input &input, long long neededSilence) const;
+    VIO_RequestExtent decideRequestLine(const Input &input) const;
+    VIO_RequestExtent decideHttp(const Input &input);
+    VIO_RequestExtent decideFramed(const Input &input);
+    std::optional<Frame> findFrame(const Input &input);
     std::optional<size_t> findBody(std::string_view text);
     bool isRefused(const CMD_HttpHead &head) const;
     bool isAccepted() const;
     long long getHeadPatience() const;
-    VIO_RequestExtent fail(const Look &look) const;
+    VIO_RequestExtent fail(const Input &input) const;
     VIO_RequestExtent waitFor(long long silence) const {
         return { .action = VIO_RequestExtent::Wait, .until = lastProgress + silence };
     }

@@ -35,7 +35,7 @@ void KIT_ByteQueue::append(std::string_view text) {
     commit(text.size());
 }
 
-/// Puts the bytes at the start of a block of that size.
+/// Moves the bytes to the start of a new block of that size.
 void KIT_ByteQueue::moveTo(std::size_t newCapacity) {
     const std::size_t held = size();
     std::unique_ptr<char[]> block(new char[newCapacity]);   // not zeroed, unlike make_unique

@@ -5,23 +5,23 @@
 #include <memory>
 #include <string_view>
 
-/// Bytes that are appended at one end and taken at the other.
+/// Bytes that are appended at one end and dropped at the other.
 class KIT_ByteQueue {
 public:
     std::string_view view() const { return { bytes.get() + first, last - first }; }
     std::size_t size() const { return last - first; }
     bool isEmpty() const { return first == last; }
 
-    /// Where up to getRoom() bytes, at least `least`, can be written; `commit` then says how many were.
+    /// Returns where up to getRoom() bytes, at least `least`, can be written. Call `commit` with their number after that.
     char *prepare(std::size_t least);
     std::size_t getRoom() const { return capacity - last; }
     void commit(std::size_t count) { last += count; }
 
     void append(std::string_view text);
     /// Drops the first bytes. Their memory stays as it is until something is appended.
-    void take(std::size_t count) { first += count; }
+    void drop(std::size_t count) { first += count; }
     void clear() { first = last; }
-    /// Gives a large block back when nothing is in it; a small one is kept for the next bytes.
+    /// Frees a large block when it is empty; a small one is kept for the next bytes.
     void trim();
 
 private:

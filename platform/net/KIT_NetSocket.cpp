@@ -50,7 +50,7 @@ int KIT_NetSocket::write(const void *data, int length, int *written) {
     if (!isUsable() || length < 0)
         return Failed;
     const std::string_view bytes(static_cast<const char *>(data), static_cast<std::size_t>(length));
-    // What waits comes first.
+    // What is queued goes first.
     const std::size_t sent = getQueued() > 0 ? 0 : sendSome(bytes);
     if (!isUsable())
         return Failed;
@@ -68,7 +68,7 @@ int KIT_NetSocket::write(const void *data, int length, int *written) {
     return Ok;
 }
 
-/// How many of the bytes the peer took. When it is gone the socket is closed.
+/// Returns how many of the bytes were sent. When the peer is gone the socket is closed.
 std::size_t KIT_NetSocket::sendSome(std::string_view bytes) {
     std::size_t sent = 0;
     while (sent < bytes.size()) {
@@ -89,7 +89,7 @@ std::size_t KIT_NetSocket::sendQueued() {
         return 0;
     const std::size_t sent = sendSome(output->view());
     if (output)
-        output->take(sent);
+        output->drop(sent);
     return sent;
 }
 
@@ -135,7 +135,7 @@ int KIT_NetSocket::read(void *buffer, int length, int *got, int timeout) {
     if (input && !input->isEmpty()) {
         const std::size_t count = std::min(static_cast<std::size_t>(length), input->size());
         std::memcpy(buffer, input->view().data(), count);
-        input->take(count);
+        input->drop(count);
         *got = static_cast<int>(count);
         return Ok;
     }
@@ -176,8 +176,8 @@ std::string_view KIT_NetSocket::getGathered() const {
     return input ? input->view() : std::string_view();
 }
 
-void KIT_NetSocket::takeGathered(std::size_t count) {
-    input->take(count);
+void KIT_NetSocket::dropGathered(std::size_t count) {
+    input->drop(count);
 }
 
 void KIT_NetSocket::trim() {

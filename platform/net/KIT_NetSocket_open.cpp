@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// How sockets come to be: numbers of ports, listening, connecting, and taking who connects. What goes over a connection is
-// the business of KIT_NetSocket.cpp.
+// Opening sockets: numbers of ports, listening, connecting and accepting. KIT_NetSocket.cpp has the rest, what goes over a
+// connection.
 #include <orvlang/platform/net/KIT_NetSocket.h>
 
 #include <cerrno>
@@ -37,7 +37,7 @@ sockaddr_storage makeAddress(const in6_addr &address, int port) {
     return storage;
 }
 
-/// False when the text is no numeric address.
+/// Returns false when the text is not a numeric address.
 bool makeAddress(const char *text, int port, sockaddr_storage &address) {
     in_addr four;
     in6_addr six;
@@ -67,9 +67,9 @@ int openListening(const sockaddr_storage &address) {
     const int descriptor = system.socket(address.ss_family, SOCK_STREAM, 0);
     if (descriptor < 0)
         return -1;
-    // Connections of an earlier port that are not quite over do not keep a new one from opening.
+    // Connections of an earlier port that have not quite ended must not prevent a new one.
     system.setSocketOption(descriptor, SOL_SOCKET, SO_REUSEADDR, 1);
-    // Connections have it from here.
+    // Accepted connections inherit it.
     system.setSocketOption(descriptor, IPPROTO_TCP, TCP_NODELAY, 1);
     if (address.ss_family == AF_INET6)
         system.setSocketOption(descriptor, IPPROTO_IPV6, IPV6_V6ONLY, 0);
@@ -103,7 +103,7 @@ std::unique_ptr<KIT_NetSocket> KIT_NetSocket::newListening(const char *address, 
     if (!isPort(port))
         return made;
     made->reserve = OSLsystem().open("/dev/null", O_RDONLY, 0);
-    // One socket for both IP versions, where the machine knows both.
+    // One socket for both IP versions, where the machine has both.
     const bool listens =
         address ? made->listenAt(address, port) : made->listenAt("::", port) || made->listenAt("0.0.0.0", port);
     if (made->reserve < 0 || !listens)
@@ -147,27 +147,27 @@ int KIT_NetSocket::getPort() const {
 std::unique_ptr<KIT_NetSocket> KIT_NetSocket::accept() {
     if (!isUsable())
         return nullptr;
-    const int taken = OSLsystem().accept(descriptor);
-    if (taken < 0) {
+    const int accepted = OSLsystem().accept(descriptor);
+    if (accepted < 0) {
         if (errno == EMFILE || errno == ENFILE)
             dropWaiting();
         return nullptr;
     }
-    ++takenCount;
+    ++acceptCount;
     std::unique_ptr<KIT_NetSocket> made(new KIT_NetSocket);
-    made->descriptor = taken;
+    made->descriptor = accepted;
     return made;
 }
 
-/// Closes the connection that waits, by means of the descriptor that is kept for this.
+/// Closes the connection that waits, with the descriptor that is kept for this.
 void KIT_NetSocket::dropWaiting() {
     OSL_System &system = OSLsystem();
     if (reserve >= 0)
         system.close(reserve);
-    const int taken = system.accept(descriptor);
-    if (taken >= 0) {
-        system.close(taken);
-        ++takenCount;
+    const int accepted = system.accept(descriptor);
+    if (accepted >= 0) {
+        system.close(accepted);
+        ++acceptCount;
     }
     reserve = system.open("/dev/null", O_RDONLY, 0);
 }

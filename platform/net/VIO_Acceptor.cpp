@@ -6,8 +6,8 @@
 #include <orvlang/platform/net/VIO_ServerSocketListener.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
-VIO_Acceptor::VIO_Acceptor(VIO_ServerSocketListener &owner, std::unique_ptr<KIT_NetSocket> taken)
-    : owner(owner), socket(std::move(taken)) {
+VIO_Acceptor::VIO_Acceptor(VIO_ServerSocketListener &owner, std::unique_ptr<KIT_NetSocket> accepted)
+    : owner(owner), socket(std::move(accepted)) {
     watch();
 }
 
@@ -27,9 +27,9 @@ bool VIO_Acceptor::isReady() const {
 
 bool VIO_Acceptor::serve(long long) {
     const VIO_SocketSet::Id self = id;
-    const unsigned before = socket->getTaken();
+    const unsigned before = socket->getAcceptCount();
     owner.current = this;
     owner.createConnectedSocketListener();
-    // Where none can be taken, the one that waits would else keep the turn going.
-    return !VIO_SocketSet::inst().holds(self) || socket->getTaken() != before;
+    // A connection that waits and cannot be accepted must not keep the turn going.
+    return !VIO_SocketSet::inst().holds(self) || socket->getAcceptCount() != before;
 }

@@ -15,7 +15,7 @@ public:
     ~VIO_Acceptor();
 
     KIT_NetSocket &getSocket() { return *socket; }
-    /// Sees to it that the socket is watched. 0 while the system has no descriptor left for that.
+    /// Adds the socket to the socket set, once. Returns 0 while the system has no descriptor left for that.
     VIO_SocketSet::Id watch();
     bool isReady() const;
 

@@ -6,8 +6,8 @@
 
 VIO_ConnectedSocketListener::VIO_ConnectedSocketListener(KIT_NetSocket &listening, DataCallback callback,
                                                          void *data, const char *listenerOption)
-    : connection(VIO_Connection::take(*this, listening, { callback, data },
-                                      VIO_ListenerOptions::parse(listenerOption, nullptr))) {}
+    : connection(VIO_Connection::accept(*this, listening, { callback, data },
+                                        VIO_ListenerOptions::parse(listenerOption, nullptr))) {}
 
 VIO_ConnectedSocketListener::~VIO_ConnectedSocketListener() = default;
 

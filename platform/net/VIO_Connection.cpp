@@ -1,4 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+// The road of a request, step 3. The socket set (VIO_SocketSet.cpp) calls `serve` when bytes have come, when the peer can
+// be sent more, or when the due time is over. `deliverRequests` asks the owner how much of the received bytes is one
+// request (`VIO_ConnectedSocketListener::findRequest`) and `deliver` passes each request to the callback, for a command
+// port `processSocketDataCallback`. The callback writes its reply to the socket; what the peer does not read at once is
+// sent by later calls of `serve`.
 #include <orvlang/platform/net/VIO_Connection.h>
 
 #include <unordered_map>
@@ -11,14 +16,15 @@
 
 namespace {
 
-constexpr size_t theStep = 256 * 1024;   // bytes that one step gathers, so that nobody holds up the others
+constexpr size_t theStep =
+    256 * 1024;   // bytes that one call of `serve` receives, so that no peer delays the others
 constexpr long long theMillisecond = 1000000;
 
 }   // namespace
 
-std::unique_ptr<VIO_Connection> VIO_Connection::take(VIO_ConnectedSocketListener &owner,
-                                                     KIT_NetSocket &listening, const Receiver &receiver,
-                                                     const VIO_ListenerOptions &options) {
+std::unique_ptr<VIO_Connection> VIO_Connection::accept(VIO_ConnectedSocketListener &owner,
+                                                       KIT_NetSocket &listening, const Receiver &receiver,
+                                                       const VIO_ListenerOptions &options) {
     std::shared_ptr<KIT_NetSocket> socket = listening.accept();
     if (!socket)
         return nullptr;
@@ -29,10 +35,10 @@ std::unique_ptr<VIO_Connection> VIO_Connection::take(VIO_ConnectedSocketListener
     return made->id == 0 ? nullptr : std::move(made);
 }
 
-VIO_Connection::VIO_Connection(VIO_ConnectedSocketListener &owner, std::shared_ptr<KIT_NetSocket> taken,
+VIO_Connection::VIO_Connection(VIO_ConnectedSocketListener &owner, std::shared_ptr<KIT_NetSocket> accepted,
                                int port, const Receiver &receiver, const VIO_ListenerOptions &listenerOptions)
-    : owner(owner), socket(std::move(taken)), port(port), receiver(receiver), options(listenerOptions) {
-    // A read that the gathering did not foresee is held to the same rule.
+    : owner(owner), socket(std::move(accepted)), port(port), receiver(receiver), options(listenerOptions) {
+    // The limits also hold for a callback that reads from the socket.
     socket->setLimits(options.maxBytes, static_cast<int>(options.wait / theMillisecond) + 1);
     id = VIO_SocketSet::inst().add(*this, socket->getDescriptor());
     ++countOf(port);
@@ -44,7 +50,7 @@ VIO_Connection::~VIO_Connection() {
     --countOf(port);
 }
 
-/// How many connections a port has.
+/// Returns the number of connections that a port has.
 size_t &VIO_Connection::countOf(int port) {
     static KIT_Immortal<std::unordered_map<int, size_t>> theCounts;
     return theCounts.object[port];
@@ -83,7 +89,7 @@ bool VIO_Connection::serve(long long now) {
 bool VIO_Connection::deliverRequests(long long now) {
     for (bool delivered = false;; delivered = true) {
         const VIO_RequestExtent next = findRequest(now);
-        socket->takeGathered(next.skip);
+        socket->dropGathered(next.skip);
         dueTime = next.until;
         if (next.action != VIO_RequestExtent::Deliver) {
             if (next.action == VIO_RequestExtent::Refuse || socket->isInputEnded())
@@ -108,7 +114,7 @@ bool VIO_Connection::deliver(const VIO_RequestExtent &request) {
     const VIO_SocketSet::Id self = id;
     const std::string_view gathered = socket->getGathered();
     const std::string_view bytes = gathered.substr(0, request.length);
-    socket->takeGathered(request.isLast ? gathered.size() : bytes.size());
+    socket->dropGathered(request.isLast ? gathered.size() : bytes.size());
     if (request.isLast)
         socket->endInput();
     state = State::Delivering;

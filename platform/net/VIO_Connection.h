@@ -10,8 +10,8 @@
 class VIO_ConnectedSocketListener;
 struct VIO_RequestExtent;
 
-/// The work of a VIO_ConnectedSocketListener: reads what arrives, hands on each delivery once it is complete, sends what
-/// of a reply the peer did not take at once, and ends.
+/// The work of a VIO_ConnectedSocketListener: receives bytes, delivers each request once it is complete, sends the part of
+/// a reply that the peer did not read at once, and ends.
 class VIO_Connection final : public VIO_SocketUser {
 public:
     struct Receiver {
@@ -19,16 +19,16 @@ public:
         void *data;
     };
 
-    /// Takes the connection that waits at the listening socket; null when there is none or it is refused. The owner
+    /// Accepts the connection that waits at the listening socket; null when there is none or it is refused. The owner
     /// owns the result.
-    static std::unique_ptr<VIO_Connection> take(VIO_ConnectedSocketListener &owner, KIT_NetSocket &listening,
-                                                const Receiver &receiver, const VIO_ListenerOptions &options);
+    static std::unique_ptr<VIO_Connection> accept(VIO_ConnectedSocketListener &owner, KIT_NetSocket &listening,
+                                                  const Receiver &receiver, const VIO_ListenerOptions &options);
     ~VIO_Connection();
 
     VIO_SocketSet::Id getId() const { return id; }
-    /// What it reads from; negative while it reads nothing.
+    /// Returns the descriptor that it reads from; negative while it reads nothing.
     int getDescriptor() const;
-    /// Whether a turn would find something to do.
+    /// Returns whether a turn would find something to do.
     bool isReady() const;
 
     bool serve(long long now) override;

@@ -24,7 +24,7 @@ constexpr size_t theLargestCount = 1 << 30;   // a delivery has an int for its l
 
 constinit KIT_Immortal<Options> theDefault;
 
-/// Sets what one of two words stands for.
+/// Reads one of two words. Returns false for any other.
 bool readChoice(std::string_view value, const char *off, const char *on, bool &choice) {
     if (value != off && value != on)
         return false;

@@ -11,17 +11,17 @@
 
 class VIO_Acceptor;
 
-/// Waits for connections on a listening socket and has an object made for each.
+/// Waits for connections on a listening socket and has the derived class make an object for each.
 class CMD_API VIO_ServerSocketListener : public VIO_EventGenerator {
 public:
-    /// Called when a child has ended. With `flag` false the listener is to be taken out of whatever list it is in, and
-    /// destroys itself behind the call.
+    /// Called when a child has ended. With `flag` false the listener destroys itself after the call, so the callback must
+    /// drop all references to it.
     using ChildExitCallback = void (*)(VIO_ServerSocketListener &listener, void *data, bool flag);
     /// Called with each delivery of a connection that has no class of its own.
     using DataCallback = void (*)(void *data, const char *bytes, int length, KIT_NetSocket &socket);
 
-    /// Takes the socket over. The port number is kept as the caller gave it; the callback may be null. A wrong word in
-    /// the option text is named on standard error; null counts as empty.
+    /// Owns the socket from now on. Keeps the port number as it is passed; the callback may be null. A wrong word in the
+    /// option text is reported on standard error; null counts as empty.
     VIO_ServerSocketListener(KIT_NetSocket *socket, int portNumber, DataCallback callback, void *data,
                              const char *listenerOption);
     /// Closes the socket; connections that were made stay. The derived class has uninstalled the generator.
@@ -33,24 +33,24 @@ public:
     int processEvents() override;
     virtual const char *className() const = 0;
 
-    /// The port that the socket really has.
+    /// Returns the port that the socket has.
     int getPort() const { return port; }
-    /// The port number as the caller gave it.
+    /// Returns the port number that was passed to the constructor.
     int getPortNumber() const { return portNumber; }
     /// Watches a child process. When it has ended the callback, unless null, is called, with a `flag` that is false
     /// when `close` is set; the listener then destroys itself.
     void closeSocketOnChildExit(int pid, bool close, ChildExitCallback callback, void *data);
-    /// Asks whether the watched child has ended, and does then what is told above. True when it had.
+    /// Checks whether the watched child has ended; if so, does what is described above and returns true.
     bool checkChild();
 
-    /// Option words that hold for all listeners made from now on, where their own text says nothing else. They replace
-    /// those of an earlier call; null for none. A wrong word is named on standard error.
+    /// Sets the option words of all listeners made from now on, unless their own text says something else. They replace
+    /// those of an earlier call; null for none. A wrong word is reported on standard error.
     static void setDefaultListenerOption(const char *words);
 
 protected:
-    /// A connection waits to be taken by a VIO_ConnectedSocketListener.
+    /// Makes a VIO_ConnectedSocketListener for the connection that waits.
     virtual void createConnectedSocketListener() = 0;
-    /// The socket at which it waits.
+    /// Returns the socket at which it waits.
     KIT_NetSocket &getSocket();
     const char *getListenerOption() const { return listenerOption.c_str(); }
 
@@ -73,6 +73,6 @@ private:
     const int portNumber;
     const KIT_String listenerOption;
     std::vector<std::unique_ptr<VIO_Acceptor>> acceptors;   // the first one is the one of loopback
-    VIO_Acceptor *current = nullptr;                        // the one whose connection is being taken
+    VIO_Acceptor *current = nullptr;                        // the one whose connection is being accepted
     Child child;
 };

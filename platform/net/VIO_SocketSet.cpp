@@ -1,21 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
+// The road of a request, step 2. The event generators of ports and connections call `turn`, the first one in each pass of
+// the event loop serves the sockets of all: `collect` asks the system which are ready, `serveReady` calls the user of
+// each, for a connection `VIO_Connection::serve`, for a listening socket `VIO_Acceptor::serve`.
 #include <orvlang/platform/net/VIO_SocketSet.h>
 
 #include <utility>
 
 #include <sys/epoll.h>
 
+#include <orvlang/platform/net/VIO_EventGenerator.h>
 #include <orvlang/platform/osl/KIT_Immortal.h>
 #include <orvlang/platform/osl/OSL_System.h>
-#include <orvlang/platform/net/VIO_EventGenerator.h>
 
 namespace {
 
 constexpr long long theMicrosecond = 1000;   // nanoseconds
 constexpr long long theLongestTurn = 10000 * theMicrosecond;
-/// How long a turn that served something waits for more.
+/// The time that a turn which served something waits for more.
 constexpr long long theAfterWait = 80 * theMicrosecond;
-/// When others kept the processor for that long, waits are by timer for a while.
+/// When other processes kept the processor for that long, waits are by timer for a while.
 constexpr long long theLongYield = 300 * theMicrosecond;
 constexpr long long theCrowdedTime = 100000 * theMicrosecond;
 constexpr int theMostEvents = 64;
@@ -78,15 +81,15 @@ bool VIO_SocketSet::beginTurn(Id caller) {
 
 void VIO_SocketSet::serveAll(long long now) {
     const long long end = now + theLongestTurn;
-    takeDue(now);
+    queueDue(now);
     if (ready.empty())
         collect(0);
     while (serveReady(end))
         awaitMore();
 }
 
-/// Gives peers a moment to ask again. A wait with a time-out would set a timer for each request, which may cost as much
-/// as the request; so the processor is handed to whoever is waiting for it, until that is somebody who keeps it.
+/// Waits a moment for peers to send again. A wait with a time-out would set a timer for each request, which may cost as
+/// much as the request. So it yields the processor instead, until another process keeps the processor for long.
 void VIO_SocketSet::awaitMore() {
     OSL_System &system = OSLsystem();
     const long long start = system.getMonotonicTime();
@@ -101,7 +104,7 @@ void VIO_SocketSet::awaitMore() {
     }
 }
 
-/// Serves what is ready. False when nothing came of it or the time is over.
+/// Serves what is ready. Returns false when there was nothing to do or the time is over.
 bool VIO_SocketSet::serveReady(long long end) {
     bool served = false;
     while (!ready.empty()) {
@@ -116,7 +119,7 @@ bool VIO_SocketSet::serveReady(long long end) {
     return served;
 }
 
-void VIO_SocketSet::takeDue(long long now) {
+void VIO_SocketSet::queueDue(long long now) {
     for (const auto &[id, entry] : users)
         if (const long long due = entry.user->getDueTime(); due != 0 && due <= now)
             ready.push_back(id);

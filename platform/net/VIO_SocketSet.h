@@ -4,60 +4,60 @@
 #include <deque>
 #include <unordered_map>
 
-/// What VIO_SocketSet asks when its descriptor is ready or its time has come.
+/// The user of a socket, which VIO_SocketSet calls when the socket is ready or the due time is over.
 class VIO_SocketUser {
 public:
-    /// Does one step of work. False when there was nothing to do. It may destroy the user.
+    /// Does one step of work. Returns false when there was nothing to do. It may destroy the user.
     virtual bool serve(long long now) = 0;
-    /// When to be served even if nothing comes, by the monotonic clock in nanoseconds; 0 for never.
+    /// Returns the time of the next call even if nothing comes, by the monotonic clock in nanoseconds; 0 for never.
     virtual long long getDueTime() const = 0;
 
 protected:
     ~VIO_SocketUser() = default;
 };
 
-/// All sockets of the listeners of the process, asked together: one turn serves what is ready on any of them, and goes
-/// on as long as more comes at once. So a client that asks again as soon as it has its reply need not wait for the event
-/// loop to come round, and a thousand idle connections cost one question to the system.
+/// All sockets of the listeners of the process. One turn serves those that are ready, and continues as long as more comes
+/// at once. So a client that sends its next request as soon as it has a reply does not wait for the next pass of the
+/// event loop, and a thousand idle connections cost one system call.
 ///
-/// Turns nest: what is served may run the event loop. A user is known by a number that is never given twice, so that
-/// work which finds its user gone just leaves it.
+/// Turns nest: a user may run the event loop while it is served. A user is identified by a number that is never used
+/// twice, so that a turn can skip users that are gone.
 class VIO_SocketSet {
 public:
     using Id = unsigned long long;   // never 0
 
     static VIO_SocketSet &inst();
 
-    /// The user is borrowed until `remove`. 0 when the system has no descriptor left for it.
+    /// Adds a user, which is borrowed until `remove`. Returns 0 when the system has no descriptor left for it.
     Id add(VIO_SocketUser &user, int descriptor);
-    /// A descriptor that was closed already may be negative.
+    /// Removes a user. A descriptor that was closed already may be negative.
     void remove(Id id, int descriptor);
     bool holds(Id id) const { return users.contains(id); }
-    /// What a descriptor is asked for: data, or room to write.
+    /// Waits for room to write instead of data, or for data again.
     void awaitOutput(Id id, int descriptor, bool output);
 
-    /// Serves what is ready and due. Each user's generator calls this in its own turn; the first one in each turn of the
-    /// event loop does the work for all. 0 when the caller is gone behind it, else 1.
+    /// Serves what is ready and due. The generator of each user calls this in its own turn; the first call in each pass
+    /// of the event loop does the work for all. Returns 0 when the caller was removed meanwhile, else 1.
     int turn(Id caller);
 
 private:
     struct Entry {
         VIO_SocketUser *user;
-        unsigned lastTurn;   // the turn of the set in which it last asked for one
+        unsigned lastTurn;   // the turn of the set when its generator had its last one
     };
 
     bool beginTurn(Id caller);
     void serveAll(long long now);
     bool serveReady(long long end);
     void awaitMore();
-    void takeDue(long long now);
+    void queueDue(long long now);
     void collect(long long wait);
 
     int poll = -1;   // open while there are users
     Id lastId = 0;
     unsigned turnCount = 0;
     unsigned turnPass = 0;        // the pass of the event loop in which the latest turn began
-    long long crowdedUntil = 0;   // others want the processor for longer than a moment
+    long long crowdedUntil = 0;   // other processes keep the processor for long
     std::unordered_map<Id, Entry> users;
-    std::deque<Id> ready;   // outlives a turn that ran out of time, so that all get their turn
+    std::deque<Id> ready;   // kept when a turn runs out of time, so that the next one continues there
 };

@@ -6,12 +6,12 @@
 
 /// Separates a run of the language from a statement that waits during it: when one of the two nests too deep, or leaves
 /// an expression error, the other is not affected.
-class CMD_ServedRun {
+class CMD_SeparateRun {
 public:
-    CMD_ServedRun() = default;
-    ~CMD_ServedRun() { FML::theErrNo = pendingError; }
-    CMD_ServedRun(const CMD_ServedRun &) = delete;
-    CMD_ServedRun &operator=(const CMD_ServedRun &) = delete;
+    CMD_SeparateRun() = default;
+    ~CMD_SeparateRun() { FML::theErrNo = pendingError; }
+    CMD_SeparateRun(const CMD_SeparateRun &) = delete;
+    CMD_SeparateRun &operator=(const CMD_SeparateRun &) = delete;
 
 private:
     const KIT_Nesting::Scope apart{ KIT_Nesting::Scope::Apart };
