@@ -78,14 +78,14 @@ void stop(int number) {
     const int before = errno;
     KIT_CmdLineReader::releaseTerminal();
     std::raise(number);   // stops here
-    KIT_CmdLineReader::retakeTerminal();
+    KIT_CmdLineReader::resumeTerminal();
     setHandler(number, stop, SA_RESETHAND | SA_NODEFER);
     errno = before;
 }
 
 void continueEditing(int) {
     const int before = errno;
-    KIT_CmdLineReader::retakeTerminal();
+    KIT_CmdLineReader::resumeTerminal();
     errno = before;
 }
 

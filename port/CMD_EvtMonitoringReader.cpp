@@ -76,7 +76,7 @@ unsigned int countCommands() {
 /// A line by blocking calls, with its newline.
 CMD_EvtMonitoringReader::GetlineResult readPlainLine(KIT_WorkBuffer &line) {
     for (;;) {
-        const std::string_view piece = KIT_StandardInput::inst().take(theLongestPlainPiece);
+        const std::string_view piece = KIT_StandardInput::inst().readPiece(theLongestPlainPiece);
         if (piece.empty())
             return CMD_EvtMonitoringReader::InputEnded;
         const std::string_view text = piece.substr(0, piece.find('\0'));

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int theLongestWait = 50;   // milliseconds; a signal may come just before a wait
+constexpr int theLongestWait = 50;   // milliseconds, since a signal may arrive just before a wait
 
 }   // namespace
 
@@ -24,15 +24,15 @@ bool KIT_CmdLineReader::readLine(KIT_WorkBuffer &line) {
     if (!isEditing())
         return KIT_StandardInput::inst().readLine(line);
     bool done = false;
-    bool goesOn = true;
+    bool continues = true;
     beginLine();
-    while (goesOn && !done) {
+    while (continues && !done) {
         showLine();
         KITwaitForTimeoutOrDataOnStdin(theLongestWait);
-        goesOn = !KITgetInterrupt()->isInterrupted() && readPartOfLine(line, done);
+        continues = !KITgetInterrupt()->isInterrupted() && readPartOfLine(line, done);
     }
     endLine();
-    return goesOn;
+    return continues;
 }
 
 bool KIT_CmdLineReader::readPartOfLine(KIT_WorkBuffer &line, bool &done) {
@@ -96,8 +96,8 @@ void KIT_CmdLineReader::releaseTerminal() {
     OSL_Terminal::release();
 }
 
-void KIT_CmdLineReader::retakeTerminal() {
-    OSL_Terminal::retake();
+void KIT_CmdLineReader::resumeTerminal() {
+    OSL_Terminal::resume();
 }
 
 void KIT_CmdLineReader::noteTerminalResize() {

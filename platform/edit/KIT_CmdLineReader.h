@@ -9,67 +9,68 @@ class KIT_LineEditor;
 class KIT_StringArray;
 class KIT_WorkBuffer;
 
-/// Reads command lines from standard input. All readers share the one buffer of standard input, so one may be made
-/// for a single question.
+/// Reads command lines from standard input. All readers share one buffer of standard input, so a reader may be made for
+/// a single question.
 ///
-/// A reader with a prompt edits its lines when standard input and output are a terminal: see isEditing. The line that is
-/// being typed then stands on the terminal while the process does other things. What they write to the standard streams
-/// of C++ does not garble it; whoever writes past those says so with yieldTerminal.
+/// A reader with a prompt edits its lines when standard input and output are a terminal: see isEditing. The line that
+/// is being typed stays on the terminal while the process does other work. Output to the standard streams of C++ does
+/// not garble it; call yieldTerminal before output of another kind.
 class CMD_API KIT_CmdLineReader {
 public:
-    /// Gives the prompt, when a line begins and when it has to be drawn again behind other output.
+    /// Returns the prompt. Called when a line starts and when it is drawn again after other output.
     using PromptCallback = const char *(*)();
-    /// Adds what the text from some place of the line to the cursor could become, and gives that place. A candidate ends
-    /// with a blank if a word ends with it; nothing is added to it.
+    /// Appends the candidates for the text before the cursor, an offset in bytes, and returns the offset from which they
+    /// replace it. The editor adds nothing to a candidate: it ends with a blank if it completes a word.
     using CompletionCallback = int (*)(const char *line, int cursor, KIT_StringArray &candidates);
 
-    /// Both serve the editing of lines; a reader without a prompt does not edit.
+    /// The callbacks serve the editing. A reader without a prompt does not edit. Both may be null.
     KIT_CmdLineReader(PromptCallback prompt, CompletionCallback completion);
     ~KIT_CmdLineReader();
     KIT_CmdLineReader(const KIT_CmdLineReader &) = delete;
     KIT_CmdLineReader &operator=(const KIT_CmdLineReader &) = delete;
 
-    /// Waits for a line and gives it without its newline. False at the end of input and when it was interrupted.
+    /// Waits for a line and stores it without its newline. Returns false at the end of input and after an interrupt.
     bool readLine(KIT_WorkBuffer &line);
 
     // For an event loop: beginLine; readPartOfLine whenever there is input, and showLine before each wait; endLine.
 
-    /// Appends the input that is there to the line, without waiting; a line that is edited is replaced by what it is now.
-    /// `done` is set when the line is complete. False when the input has ended.
+    /// Appends the available input to the line, without waiting; replaces a line that is edited by its present text.
+    /// Sets `done` when the line is complete. Returns false when the input has ended.
     bool readPartOfLine(KIT_WorkBuffer &line, bool &done);
-    /// Whether there is input that was read from the system and not handed on.
+    /// Returns true when there is input that was read from the system and not returned yet.
     bool holdsInput() const;
-    /// Has the prompt and the keys go to the line; nothing without editing, as with the following two.
+    /// Starts editing a line. Does nothing without editing, like the following two.
     void beginLine();
-    /// Draws what has changed, or was taken away.
+    /// Draws what has changed or was removed from the terminal.
     void showLine();
-    /// Gives the terminal back as it was. A line that is not complete stays on it, with the cursor behind.
+    /// Restores the usual mode of the terminal. An incomplete line stays on it, with the cursor after it.
     void endLine();
 
-    /// Whether lines are edited: there is a prompt, which the reader then shows itself, both standard streams are one
-    /// terminal that can move its cursor ($TERM is set and not dumb), libedit is there, and ORVANE_PLAIN_INPUT is not set.
-    /// Asked in the background, the process stops until it comes to the foreground, as it would when it reads there.
+    /// Returns true when lines are edited: there is a prompt, which the reader then shows itself, both standard streams
+    /// are one terminal that can move its cursor ($TERM is set and not dumb), libedit is available, and
+    /// ORVANE_PLAIN_INPUT is not set. Stops a process in the background until it comes to the foreground, as reading
+    /// would.
     bool isEditing();
-    /// Puts a line into what the arrow keys and the search bring back.
+    /// Adds a line to those that the arrow keys and the search bring back.
     void remember(const char *line);
-    /// Drops what was typed ahead or pasted and has not been read: for a host whose user interrupts.
+    /// Drops what was typed ahead or pasted and has not been read. For a host that handles an interrupt.
     static void dropInput();
 
-    /// Takes a half-typed line off the terminal and gives that its usual mode; both come back with showLine.
+    /// Removes a half-typed line from the terminal and restores its usual mode. showLine undoes both.
     static void yieldTerminal();
 
     // For signal handlers of a host.
 
-    /// Gives the terminal its usual mode: before the process stops or ends.
+    /// Restores the usual mode of the terminal, before the process stops or ends.
     static void releaseTerminal();
-    /// When the process goes on (SIGCONT), and when the terminal has another size (SIGWINCH).
-    static void retakeTerminal();
+    /// To be called when the process continues (SIGCONT), and when the size of the terminal has changed (SIGWINCH).
+    static void resumeTerminal();
     static void noteTerminalResize();
 
 private:
     const PromptCallback prompt;
     const CompletionCallback completion;
     bool mayEdit;
-    bool isAwaited = false;                   // the line, between beginLine and endLine
+    bool isAwaited = false;                   // between beginLine and endLine
     std::unique_ptr<KIT_LineEditor> editor;   // made when it is first needed
 };

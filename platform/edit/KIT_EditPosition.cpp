@@ -9,28 +9,28 @@ constexpr int theTabWidth = 8;
 
 }   // namespace
 
-void KIT_EditPosition::advance(std::wstring_view places) {
-    for (const wchar_t place : places)
-        advance(place);
+void KIT_EditPosition::advance(std::wstring_view text) {
+    for (const wchar_t character : text)
+        advance(character);
 }
 
-void KIT_EditPosition::advance(wchar_t place) {
-    if (place == L'\n') {
+void KIT_EditPosition::advance(wchar_t character) {
+    if (character == L'\n') {
         nextRow();
-    } else if (place == L'\t') {
+    } else if (character == L'\t') {
         do
-            take(1);
+            advanceColumns(1);
         while (column % theTabWidth != 0);
-    } else if (place < L' ' || place == L'\x7f') {
-        take(1);   // shown as ^X
-        take(1);
+    } else if (character < L' ' || character == L'\x7f') {
+        advanceColumns(1);   // shown as ^X
+        advanceColumns(1);
     } else {
-        take(KITcolumnsOf(static_cast<char32_t>(place)));
+        advanceColumns(KITcolumnsOf(static_cast<char32_t>(character)));
     }
 }
 
-/// A row that is full is followed by the next one at once.
-void KIT_EditPosition::take(int columns) {
+/// The cursor leaves a full row at once.
+void KIT_EditPosition::advanceColumns(int columns) {
     if (column + columns > columnCount)
         nextRow();
     column += columns;

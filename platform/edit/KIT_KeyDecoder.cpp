@@ -28,7 +28,7 @@ constexpr Row theControlKeys[] = {
     { "\x17", KIT_Key::KillWordLeft }, { "\x19", KIT_Key::Yank },      { "\x7f", KIT_Key::DeleteLeft },
 };
 
-/// Behind an escape; `O` in place of `[` is what some terminals send.
+/// After an escape. Some terminals send `O` instead of `[`.
 constexpr Row theEscapedKeys[] = {
     { "[A", KIT_Key::Older },          { "[B", KIT_Key::Newer },          { "[C", KIT_Key::Right },
     { "[D", KIT_Key::Left },           { "[H", KIT_Key::LineStart },      { "[F", KIT_Key::LineEnd },
@@ -49,7 +49,8 @@ KIT_Key findKey(const Row (&rows)[Count], std::string_view bytes) {
     return KIT_Key::Unknown;
 }
 
-/// Whether a sequence behind an escape is at its end: `[`, parameters and a final byte; `O` and one byte; or one byte.
+/// Returns true when the sequence after an escape is complete: `[`, parameters and a final byte; `O` and one byte; or
+/// one byte.
 bool isWhole(std::string_view sequence) {
     if (sequence.empty())
         return false;
@@ -60,15 +61,15 @@ bool isWhole(std::string_view sequence) {
 
 }   // namespace
 
-bool KIT_KeyDecoder::take(char byte) {
+bool KIT_KeyDecoder::addByte(char byte) {
     if (std::exchange(isLiteral, false)) {
         text = byte;
         return complete(KIT_Key::Text);
     }
     held += byte;
     if (isPasting)
-        return takePasted();
-    return takeCharacter();
+        return decodePasted();
+    return decodeCharacter();
 }
 
 bool KIT_KeyDecoder::complete(KIT_Key found) {
@@ -77,10 +78,10 @@ bool KIT_KeyDecoder::complete(KIT_Key found) {
     return true;
 }
 
-bool KIT_KeyDecoder::takeCharacter() {
+bool KIT_KeyDecoder::decodeCharacter() {
     const unsigned char first = static_cast<unsigned char>(held[0]);
     if (held[0] == theEscape)
-        return takeEscaped();
+        return decodeEscaped();
     if (held[0] == theLiteralKey) {
         isLiteral = true;
         held.clear();
@@ -89,9 +90,9 @@ bool KIT_KeyDecoder::takeCharacter() {
     if (first < ' ' || first == 0x7F)
         return complete(findKey(theControlKeys, held));
     if (held.size() > 1 &&
-        KITcharacterLength(held.back()) != 0) {   // that was no character; another key begins
+        KITcharacterLength(held.back()) != 0) {   // that was not a character; another key starts
         held.erase(0, held.size() - 1);
-        return takeCharacter();
+        return decodeCharacter();
     }
     const std::size_t length = KITcharacterLength(held[0]);
     if (held.size() < length)
@@ -102,12 +103,12 @@ bool KIT_KeyDecoder::takeCharacter() {
     return complete(KIT_Key::Text);
 }
 
-bool KIT_KeyDecoder::takeEscaped() {
+bool KIT_KeyDecoder::decodeEscaped() {
     const std::string_view sequence = std::string_view(held).substr(1);
     const bool isControl = !sequence.empty() && static_cast<unsigned char>(sequence.back()) < ' ';
-    if (isControl && sequence != "\x08") {   // that escape was alone, or cut off; another key begins
+    if (isControl && sequence != "\x08") {   // that escape was alone, or cut off; another key starts
         held.erase(0, held.size() - 1);
-        return takeCharacter();
+        return decodeCharacter();
     }
     if (!isWhole(sequence))
         return false;
@@ -125,7 +126,7 @@ bool KIT_KeyDecoder::takeEscaped() {
     return complete(findKey(theEscapedKeys, sequence));
 }
 
-bool KIT_KeyDecoder::takePasted() {
+bool KIT_KeyDecoder::decodePasted() {
     if (!held.ends_with(thePasteEnd))
         return false;
     isPasting = false;

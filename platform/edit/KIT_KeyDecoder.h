@@ -3,11 +3,11 @@
 
 #include <string>
 
-/// What a key on the terminal asks the line editor for.
+/// The keys of the line editor, named by what they do.
 enum class KIT_Key {
     Unknown,
-    Text,    // a character to be typed in
-    Paste,   // text that was pasted, of several lines perhaps
+    Text,    // a character to insert
+    Paste,   // pasted text, perhaps of several lines
     Enter,
     Left,
     Right,
@@ -17,7 +17,7 @@ enum class KIT_Key {
     LineEnd,
     DeleteLeft,
     DeleteRight,
-    DeleteOrEnd,   // what is under the cursor; on an empty line the end of the input
+    DeleteOrEnd,   // deletes at the cursor; ends the input on an empty line
     KillToStart,
     KillToEnd,
     KillWordLeft,
@@ -26,7 +26,7 @@ enum class KIT_Key {
     Transpose,
     Older,
     Newer,
-    OlderAlike,   // of the past lines that begin like this one
+    OlderAlike,   // of the past lines that start like this one
     NewerAlike,
     Oldest,
     Newest,
@@ -36,28 +36,28 @@ enum class KIT_Key {
     Complete,
     ClearScreen,
     Cancel,
-    Position   // no key: the terminal reports where its cursor is
+    Position   // not a key: the terminal reports the position of its cursor
 };
 
-/// Makes keys out of the bytes that a terminal sends. A key may take several bytes, which come together or not: it is
-/// known when the last one is there, and nothing ever waits for that.
+/// Decodes the bytes that a terminal sends into keys. The bytes of a key may arrive together or not. A key is complete
+/// with its last byte, and nothing waits for that.
 class KIT_KeyDecoder {
 public:
-    /// Takes the next byte. True when it completes a key.
-    bool take(char byte);
+    /// Adds the next byte. Returns true when it completes a key.
+    bool addByte(char byte);
     KIT_Key getKey() const { return key; }
-    /// Of Text and Paste, and the column of Position, counted from 1; to be moved from.
+    /// The text of Text and Paste, or the column of Position, counted from 1. The caller may move from it.
     std::string &getText() { return text; }
 
 private:
     bool complete(KIT_Key found);
-    bool takeEscaped();
-    bool takePasted();
-    bool takeCharacter();
+    bool decodeEscaped();
+    bool decodePasted();
+    bool decodeCharacter();
 
-    std::string held;   // of a key that is not complete
+    std::string held;   // bytes of a key that is not complete
     std::string text;
     KIT_Key key = KIT_Key::Unknown;
     bool isPasting = false;
-    bool isLiteral = false;   // the next byte stands for itself
+    bool isLiteral = false;   // the next byte is text
 };

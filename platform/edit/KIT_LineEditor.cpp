@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How the line comes on the terminal and off it again; what the keys do stands in the other sources of the class.
+// Draws the line on the terminal and removes it. The other sources of the class implement the keys.
 #include <orvlang/platform/edit/KIT_LineEditor.h>
 
 #include <algorithm>
@@ -19,11 +19,11 @@ namespace {
 
 constexpr const char *theQuestionForPosition = "\x1b[6n";
 
-/// Stands in front of a stream's buffer: what is written takes the half-typed line away first.
+/// Replaces the buffer of a stream: removes the half-typed line before it passes output on.
 class YieldingBuffer : public std::streambuf {
 public:
-    explicit YieldingBuffer(std::ostream &stream) : stream(stream), target(stream.rdbuf()) { put(this); }
-    ~YieldingBuffer() override { put(target); }
+    explicit YieldingBuffer(std::ostream &stream) : stream(stream), target(stream.rdbuf()) { install(this); }
+    ~YieldingBuffer() override { install(target); }
 
 protected:
     int_type overflow(int_type byte) override {
@@ -39,8 +39,8 @@ protected:
     int sync() override { return target->pubsync(); }
 
 private:
-    /// The state of the stream stays, errors included.
-    void put(std::streambuf *buffer) {
+    /// Keeps the state of the stream, errors included.
+    void install(std::streambuf *buffer) {
         const std::ios::iostate state = stream.rdstate();
         stream.rdbuf(buffer);
         stream.clear(state);
@@ -60,7 +60,7 @@ std::unique_ptr<KIT_LineEditor> KIT_LineEditor::make(KIT_CmdLineReader::PromptCa
                                                      KIT_CmdLineReader::CompletionCallback completion) {
     if (!OSL_Terminal::canEdit())
         return nullptr;
-    const OSL_Terminal::ModeKeeper keeper;   // libedit sets a mode of its own at its start, and never again
+    const OSL_Terminal::ModeKeeper keeper;   // libedit sets its own mode when it starts, and only then
     std::unique_ptr<EDL_Line> engine = EDLmakeLine();
     if (!engine)
         return nullptr;
@@ -84,16 +84,16 @@ void KIT_LineEditor::begin() {
     state = State::Editing;
     isHidden = true;
     isSearching = false;
-    recallPlace = recall.size();
+    recallIndex = recall.size();
     lastKey = KIT_Key::Unknown;
-    decoder = {};   // an interrupt has the terminal drop input: the rest of a key, the end of a paste
+    decoder = {};   // after an interrupt, which drops input, the rest of a key or of a paste is missing
     if (!around)
         streams = std::make_unique<Streams>();
     setLine("");
     show();
 }
 
-/// What was not entered stays on the terminal, with the cursor behind it.
+/// A line that was not entered stays on the terminal, with the cursor after it.
 void KIT_LineEditor::end() {
     if (theActive != this)
         return;
@@ -119,36 +119,36 @@ void KIT_LineEditor::hide() {
 }
 
 void KIT_LineEditor::show() {
-    if (OSL_Terminal::takeStale()) {
+    if (OSL_Terminal::clearStale()) {
         isHidden = true;
         decoder = {};
     }
-    const bool isResized = OSL_Terminal::takeResized();
+    const bool isResized = OSL_Terminal::clearResized();
     if (isHidden)
         drawAnew();
     else if (isResized)
         redrawResized();
 }
 
-/// In a row of its own: blanks over the whole width end in the next row unless they began at the left edge.
+/// Starts a new row unless the cursor is at the left edge: blanks over the whole width end in the next row then.
 void KIT_LineEditor::drawAnew() {
     if (!OSL_Terminal::enterEditMode())
         return;
     if (!isSearching)
-        refreshPrompt();   // runs what the prompt holds, which may write
+        refreshPrompt();   // evaluates the text of the prompt, which may write
     std::cout.flush();
     isHidden = false;
     suspectRows = 0;
     OSL_Terminal::getSize(columnCount, rowCount);
     output.append(static_cast<std::size_t>(columnCount), ' ').append("\r\x1b[J");
-    engine->takeOutput();
+    engine->extractOutput();
     engine->resize();
     engine->draw();
     flush();
 }
 
-/// Most terminals wrap their rows anew, and some do not: of a line that now takes fewer rows those leave some above. Where
-/// the cursor was before it is drawn anew tells them apart, as soon as the terminal answers.
+/// Most terminals wrap their rows again. The others leave some rows above a line that now needs fewer. The position of
+/// the cursor before the line is drawn again distinguishes them, once the terminal has reported it.
 void KIT_LineEditor::redrawResized() {
     const KIT_EditPosition before = getCursorPosition();
     OSL_Terminal::getSize(columnCount, rowCount);
@@ -168,7 +168,7 @@ void KIT_LineEditor::eraseRest() {
     redraw(getCursorPosition().row + rows);
 }
 
-/// With the cursor so many rows below the start of what is there.
+/// The cursor is `above` rows below the start of the present drawing.
 void KIT_LineEditor::redraw(std::size_t above) {
     erase(above);
     engine->resize();
@@ -176,7 +176,7 @@ void KIT_LineEditor::redraw(std::size_t above) {
     flush();
 }
 
-/// Leaves the cursor at the start of what it erases.
+/// Moves the cursor to the start of what it erases.
 void KIT_LineEditor::erase(std::size_t above) {
     above = std::min(above, static_cast<std::size_t>(rowCount - 1));
     output += '\r';
@@ -192,7 +192,7 @@ KIT_EditPosition KIT_LineEditor::getCursorPosition() const {
     return position;
 }
 
-/// Goes behind the drawing, to the next row.
+/// Moves the cursor to the row after the drawing.
 void KIT_LineEditor::leaveRow() {
     engine->run(EDL_Command::LineEnd);
     flush();
@@ -204,8 +204,8 @@ void KIT_LineEditor::leaveRow() {
 }
 
 void KIT_LineEditor::flush() {
-    std::string drawing = engine->takeOutput();
-    places.translate(drawing);
+    std::string drawing = engine->extractOutput();
+    codec.translate(drawing);
     output += drawing;
     OSLwriteAll(STDOUT_FILENO, output.data(), output.size());
     output.clear();
@@ -216,20 +216,20 @@ void KIT_LineEditor::refreshPrompt() {
     std::string shown = text ? text : "";
     if (!shown.empty() && shown.find('\x1b') == shown.npos && OSL_Terminal::hasColour())
         shown = "\x1b[1;32m" + shown + "\x1b[0m";
-    prompt = places.encodeStyled(shown);
+    prompt = codec.encodeStyled(shown);
     engine->setPrompt(prompt);
 }
 
 std::string KIT_LineEditor::getTextBeforeCursor() const {
-    return places.decode(engine->getText().substr(0, engine->getCursor()));
+    return codec.decode(engine->getText().substr(0, engine->getCursor()));
 }
 
 void KIT_LineEditor::setLine(std::string_view text) {
     setLine(text, text.size());
 }
 
-/// The cursor is given in bytes of the text.
+/// The cursor is an offset in bytes.
 void KIT_LineEditor::setLine(std::string_view text, std::size_t cursor) {
-    engine->replace(0, engine->getText().size(), places.encode(text),
-                    places.encode(text.substr(0, cursor)).size());
+    engine->replace(0, engine->getText().size(), codec.encode(text),
+                    codec.encode(text.substr(0, cursor)).size());
 }

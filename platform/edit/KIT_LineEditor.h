@@ -6,43 +6,43 @@
 #include <string_view>
 
 #include <orvlang/platform/edit/EDL_Line.h>
+#include <orvlang/platform/edit/KIT_ClusterCodec.h>
 #include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/edit/KIT_EditPosition.h>
 #include <orvlang/platform/edit/KIT_KeyDecoder.h>
-#include <orvlang/platform/edit/KIT_Places.h>
 #include <orvlang/platform/edit/KIT_Recall.h>
 
-/// Edits lines on the terminal of the process, key by key and without ever waiting for one. Between `begin` and `end` the
-/// terminal is in its mode for editing, the prompt and the half-typed line stand on it, and whoever wants to write there
-/// says so (`yield`): the line is taken away, and `show` draws it again below what was written.
+/// Edits lines on the terminal of the process, key by key, and never waits for a key. Between `begin` and `end` the
+/// terminal is in its mode for editing and shows the prompt and the half-typed line. `yield`, which comes before any
+/// other output, removes the line, and `show` draws it again below that output.
 ///
-/// The line itself and its drawing are libedit's. What the keys are, the recall, the search, the completion and pasted
-/// text are dealt with here, since libedit waits in the middle of those or does not know them.
+/// libedit keeps and draws the line. The decoding of keys, the recall, the search, the completion and pasted text are
+/// implemented here, since libedit would wait during those or does not have them.
 class KIT_LineEditor {
 public:
     enum class State { Editing, Entered, Ended };
 
-    /// Null when the terminal or the system does not allow for it. The callbacks are those of the reader; that of the
-    /// prompt is not null.
+    /// Returns null when the terminal or the system does not support editing. The callbacks are those of the reader;
+    /// that of the prompt must not be null.
     static std::unique_ptr<KIT_LineEditor> make(KIT_CmdLineReader::PromptCallback prompt,
                                                 KIT_CmdLineReader::CompletionCallback completion);
     ~KIT_LineEditor();
     KIT_LineEditor(const KIT_LineEditor &) = delete;
     KIT_LineEditor &operator=(const KIT_LineEditor &) = delete;
 
-    /// A line that another editor has begun waits until this one ends.
+    /// Starts a line. The half-typed line of another editor waits until this one ends.
     void begin();
     void end();
-    /// Acts on the keys that have arrived, up to the end of the line.
+    /// Handles the keys that have arrived, up to the end of the line.
     State readKeys();
-    /// Brings the terminal up to date; costs next to nothing when it is.
+    /// Updates the terminal; cheap when nothing has changed.
     void show();
 
-    /// The line so far; the first one of several that were entered together.
-    std::string getText() const { return places.decode(engine->getText()); }
+    /// Returns the line so far; of several lines that were entered together the first one.
+    std::string getText() const { return codec.decode(engine->getText()); }
     KIT_Recall &getRecall() { return recall; }
 
-    /// For anything that is about to write to the terminal, read from it or hand it to a child process.
+    /// Must be called before anything else writes to the terminal, reads from it or passes it to a child process.
     static void yield() {
         if (theActive && !theActive->isHidden)
             theActive->hide();
@@ -77,8 +77,8 @@ private:
     void typeText();
     void paste();
     void enter();
-    void takeConfirmedLine();
-    void recallAt(std::size_t place);
+    void enterConfirmedLine();
+    void recallAt(std::size_t index);
     void recallAlike(KIT_Key key);
     void insertLastWord();
     void insert(std::wstring_view text);
@@ -90,28 +90,30 @@ private:
     void showSearch();
     void endSearch(bool accept);
 
-    static KIT_LineEditor *theActive;   // the innermost between its begin and its end
+    static KIT_LineEditor *theActive;   // the innermost one between its begin and end
 
     const KIT_CmdLineReader::PromptCallback promptCallback;
     const KIT_CmdLineReader::CompletionCallback completionCallback;
     const std::unique_ptr<EDL_Line> engine;
     KIT_LineEditor *around = nullptr;
-    std::unique_ptr<Streams> streams;   // of the outermost
+    std::unique_ptr<Streams> streams;   // of the outermost editor
     State state = State::Ended;
     bool isHidden = true;
     int columnCount = 80, rowCount = 24;   // of the terminal
-    std::size_t suspectRows = 0;   // above the drawing: still there if the terminal has not wrapped it anew,
-    int suspectColumn = 0;         // which it has not when its cursor was here
+    // Rows above the drawing that are left over if the terminal did not wrap it again. It did not if its cursor was in
+    // that column.
+    std::size_t suspectRows = 0;
+    int suspectColumn = 0;
 
     KIT_KeyDecoder decoder;
-    KIT_Places places;
+    KIT_ClusterCodec codec;
     std::wstring prompt;
-    std::wstring cut;     // by the latest key that cuts
-    std::string output;   // for the terminal, besides what the engine has
+    std::wstring cut;     // what the latest key that cuts removed
+    std::string output;   // for the terminal, before the output of the engine
 
     KIT_Recall recall;
-    std::size_t recallPlace = 0;   // the size of the recall: the line that is being typed
-    std::string typed;             // that line, while another one is looked at
+    std::size_t recallIndex = 0;   // the size of the recall for the line that is being typed
+    std::string typed;             // that line, while a past line is shown
     KIT_Key lastKey = KIT_Key::Unknown;
     std::string alikeStart;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Tab: what all candidates have in common is typed in; when that is nothing new, they are listed below the line.
+// Tab inserts the common start of all candidates; when that adds nothing, they are listed below the line.
 #include <orvlang/platform/edit/KIT_LineEditor.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr int theGap = 2;   // columns between two candidates
 
-/// In whole characters.
+/// Returns what all candidates start with, in whole characters.
 std::string_view commonStart(const KIT_StringArray &candidates) {
     std::string_view common = candidates[0];
     for (int i = 1; i < candidates.entries(); ++i) {
@@ -29,7 +29,7 @@ int columnsOf(std::string_view text) {
     int columns = 0;
     while (!text.empty()) {
         columns += KITcolumnsOf(KITfirstCharacter(text).code);
-        text.remove_prefix(KITfirstPlace(text));
+        text.remove_prefix(KITfirstClusterLength(text));
     }
     return columns;
 }
@@ -48,12 +48,12 @@ void KIT_LineEditor::complete() {
     const std::string common(commonStart(candidates));
     if (candidates.entries() > 1 && common.size() <= present.size())
         return listCandidates(candidates);
-    const std::size_t from = places.encode(before.substr(0, before.size() - present.size())).size();
-    const std::wstring text = places.encode(common);
+    const std::size_t from = codec.encode(before.substr(0, before.size() - present.size())).size();
+    const std::wstring text = codec.encode(common);
     engine->replace(from, engine->getCursor(), text, from + text.size());
 }
 
-/// Without the folders that all of them share, in columns, as many as the terminal has rows for.
+/// Lists as many as the terminal has rows for, in columns, without the folders that all of them share.
 void KIT_LineEditor::listCandidates(const KIT_StringArray &candidates) {
     const std::string_view common = commonStart(candidates);
     const std::size_t slash = common.rfind('/');

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the keys do, those of the search apart.
+// Implements the keys, except those of the search.
 #include <orvlang/platform/edit/KIT_LineEditor.h>
 
 #include <algorithm>
@@ -13,9 +13,9 @@ KIT_LineEditor::State KIT_LineEditor::readKeys() {
     show();
     KIT_StandardInput &input = KIT_StandardInput::inst();
     if (input.holdsConfirmed())
-        takeConfirmedLine();
-    for (char byte; state == State::Editing && input.takeByte(byte);)
-        if (decoder.take(byte))
+        enterConfirmedLine();
+    for (char byte; state == State::Editing && input.readByte(byte);)
+        if (decoder.addByte(byte))
             act(decoder.getKey());
     if (state == State::Editing && input.isAtEnd())
         state = State::Ended;
@@ -34,7 +34,7 @@ void KIT_LineEditor::act(KIT_Key key) {
     lastKey = key;
 }
 
-/// What libedit does not do.
+/// Handles the keys that libedit does not implement.
 void KIT_LineEditor::changeLine(KIT_Key key) {
     switch (key) {
     case KIT_Key::Text:
@@ -47,10 +47,10 @@ void KIT_LineEditor::changeLine(KIT_Key key) {
         enter();
         break;
     case KIT_Key::Older:
-        recallAt(recallPlace - 1);
+        recallAt(recallIndex - 1);
         break;
     case KIT_Key::Newer:
-        recallAt(recallPlace + 1);
+        recallAt(recallIndex + 1);
         break;
     case KIT_Key::Oldest:
         recallAt(0);
@@ -80,7 +80,7 @@ void KIT_LineEditor::changeLine(KIT_Key key) {
     }
 }
 
-/// False when the key is no command of libedit's.
+/// Returns false when libedit does not implement the key.
 bool KIT_LineEditor::runCommand(KIT_Key key) {
     static constexpr struct {
         KIT_Key key;
@@ -116,7 +116,7 @@ bool KIT_LineEditor::runCommand(KIT_Key key) {
     return true;
 }
 
-/// libedit's own memory of what was cut does not serve: everything that it deletes goes there.
+/// libedit's own cut buffer is not usable: it receives everything that is deleted.
 void KIT_LineEditor::runCut(EDL_Command command) {
     const std::wstring before(engine->getText());
     engine->run(command);
@@ -136,28 +136,28 @@ bool KIT_LineEditor::fitsScreen() const {
     return position.row + 1 < static_cast<std::size_t>(rowCount);
 }
 
-/// libedit's own typing crashes at the end of a line that the screen cannot hold. A mark that combines goes into the
-/// place before it.
+/// libedit's own typing crashes at the end of a line that does not fit on the screen. A combining mark becomes part of
+/// the cluster before it.
 void KIT_LineEditor::typeText() {
     const std::string &text = decoder.getText();
     const std::size_t cursor = engine->getCursor();
     const bool isMark = cursor > 0 && KITcolumnsOf(KITfirstCharacter(text).code) == 0;
     if (!isMark)
-        return fitsScreen() ? engine->type(places.encode(text)[0]) : insert(places.encode(text));
-    const std::wstring whole = places.encode(places.decode(engine->getText().substr(cursor - 1, 1)) + text);
+        return fitsScreen() ? engine->type(codec.encode(text)[0]) : insert(codec.encode(text));
+    const std::wstring whole = codec.encode(codec.decode(engine->getText().substr(cursor - 1, 1)) + text);
     engine->replace(cursor - 1, cursor, whole, cursor - 1 + whole.size());
 }
 
-/// Pasted text is nothing but text: its line ends do not enter anything, and the last ones are dropped.
+/// Pasted text is inserted as text: its line ends do not enter the line, and those at its end are dropped.
 void KIT_LineEditor::paste() {
     std::string &text = decoder.getText();
     std::replace(text.begin(), text.end(), '\r', '\n');
     while (text.ends_with('\n'))
         text.pop_back();
-    insert(places.encode(text));
+    insert(codec.encode(text));
 }
 
-/// Of several lines the first is entered; the others are there to be read by whoever wants a line, and are shown then.
+/// Enters the first of several lines. The others become input, and are shown when they are read.
 void KIT_LineEditor::enter() {
     const std::string text = getText();
     const std::size_t end = text.find('\n');
@@ -171,22 +171,22 @@ void KIT_LineEditor::enter() {
     state = State::Entered;
 }
 
-void KIT_LineEditor::takeConfirmedLine() {
+void KIT_LineEditor::enterConfirmedLine() {
     std::string text;
     KIT_StandardInput::inst().readLine(text);
     setLine(text);
     enter();
 }
 
-/// Beyond both ends nothing happens. A past line that was changed becomes the line that is being typed.
-void KIT_LineEditor::recallAt(std::size_t place) {
-    if (place > recall.size() || place == recallPlace)
+/// Does nothing beyond both ends. A past line that was changed becomes the line that is being typed.
+void KIT_LineEditor::recallAt(std::size_t index) {
+    if (index > recall.size() || index == recallIndex)
         return;
     std::string text = getText();
-    if (recallPlace == recall.size() || text != recall[recallPlace])
+    if (recallIndex == recall.size() || text != recall[recallIndex])
         typed = std::move(text);
-    recallPlace = place;
-    setLine(place == recall.size() ? typed : recall[place]);
+    recallIndex = index;
+    setLine(index == recall.size() ? typed : recall[index]);
 }
 
 void KIT_LineEditor::recallAlike(KIT_Key key) {
@@ -194,15 +194,15 @@ void KIT_LineEditor::recallAlike(KIT_Key key) {
         alikeStart = getTextBeforeCursor();
     const bool isOlder = key == KIT_Key::OlderAlike;
     const std::string shown = getText();
-    const std::size_t place = isOlder ? recall.findOlderAlike(alikeStart, shown, recallPlace)
-                                      : recall.findNewerAlike(alikeStart, shown, recallPlace);
-    if (place != KIT_Recall::None)
-        recallAt(place);
+    const std::size_t index = isOlder ? recall.findOlderAlike(alikeStart, shown, recallIndex)
+                                      : recall.findNewerAlike(alikeStart, shown, recallIndex);
+    if (index != KIT_Recall::None)
+        recallAt(index);
     else if (!isOlder)
         recallAt(recall.size());
 }
 
-/// Of the latest line.
+/// Inserts the last word of the latest line.
 void KIT_LineEditor::insertLastWord() {
     if (recall.size() == 0)
         return;
@@ -211,5 +211,5 @@ void KIT_LineEditor::insertLastWord() {
     if (end == latest.npos)
         return;
     const std::size_t start = latest.find_last_of(" \t\n", end) + 1;
-    insert(places.encode(latest.substr(start, end + 1 - start)));
+    insert(codec.encode(latest.substr(start, end + 1 - start)));
 }

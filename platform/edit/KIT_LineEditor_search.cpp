@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Ctrl-R: while it is on, what is typed is looked for in the past lines, and each key that is none of the search's own
-// ends it and then does what it always does.
+// Ctrl-R starts a search: typed text is looked up in the past lines. A key that does not belong to the search ends it
+// and then has its usual effect.
 #include <orvlang/platform/edit/KIT_LineEditor.h>
 
 void KIT_LineEditor::beginSearch() {
@@ -12,7 +12,7 @@ void KIT_LineEditor::beginSearch() {
     showSearch();
 }
 
-/// False when the key is for the line.
+/// Returns false when the key is meant for the line.
 bool KIT_LineEditor::actInSearch(KIT_Key key) {
     switch (key) {
     case KIT_Key::Text:
@@ -20,10 +20,10 @@ bool KIT_LineEditor::actInSearch(KIT_Key key) {
         search(KIT_Key::SearchOlder, false);
         return true;
     case KIT_Key::DeleteLeft: {
-        std::wstring shorter = places.encode(query);
+        std::wstring shorter = codec.encode(query);
         if (!shorter.empty())
             shorter.pop_back();
-        query = places.decode(shorter);
+        query = codec.decode(shorter);
         found = KIT_Recall::None;
         search(KIT_Key::SearchOlder, false);
         return true;
@@ -41,8 +41,8 @@ bool KIT_LineEditor::actInSearch(KIT_Key key) {
     }
 }
 
-/// Looks from the line that was found last, or past it, or from the newest one. When nothing is found further on, the line
-/// stays.
+/// Searches from the line that was found last (or after it, if isFurther) or else from the newest one. The line stays
+/// when no further one is found.
 void KIT_LineEditor::search(KIT_Key direction, bool isFurther) {
     const bool isFromFound = found != KIT_Recall::None;
     std::size_t from = isFromFound ? found : recall.size() - 1;
@@ -62,7 +62,7 @@ void KIT_LineEditor::search(KIT_Key direction, bool isFurther) {
 void KIT_LineEditor::showSearch() {
     const bool isFound = found != KIT_Recall::None;
     const bool isMissing = !isFound && !query.empty();
-    prompt = places.encode((isMissing ? "(no match)`" : "(search)`") + query + "': ");
+    prompt = codec.encode((isMissing ? "(no match)`" : "(search)`") + query + "': ");
     engine->setPrompt(prompt);
     if (isFound)
         setLine(recall[found], recall[found].find(query));

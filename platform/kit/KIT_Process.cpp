@@ -42,7 +42,7 @@ int KITspawnvp(const char *const *argv, int detached, bool discardOutput) {
     }
     KIT_StandardInput &input = KIT_StandardInput::inst();
     if (!detached && input.holdsInput())
-        input.giveBack();
+        input.seekBack();
     OSLyieldTerminal();
     OSL_SpawnOptions options;
     options.ownSession = options.nullInput = detached != 0;

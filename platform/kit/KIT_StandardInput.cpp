@@ -37,17 +37,17 @@ KIT_StandardInput &KIT_StandardInput::inst() {
 }
 
 bool KIT_StandardInput::readLine(KIT_WorkBuffer &line) {
-    return takeLine(line);
+    return extractLine(line);
 }
 
 bool KIT_StandardInput::readLine(std::string &line) {
-    return takeLine(line);
+    return extractLine(line);
 }
 
 template <typename Line>
-bool KIT_StandardInput::takeLine(Line &line) {
+bool KIT_StandardInput::extractLine(Line &line) {
     assign(line, {});
-    partTaken = cutOff = false;
+    partRead = cutOff = false;
     size_t length = 0;
     size_t terminator = 1;
     if (!std::exchange(endPending, false)) {
@@ -55,7 +55,7 @@ bool KIT_StandardInput::takeLine(Line &line) {
             if (!fill()) {
                 if (!ended || !holdsInput())
                     return false;
-                // The end came behind a line without a newline: that line first.
+                // A line without a newline is returned before the end.
                 endPending = true;
                 length = filled - next;
                 terminator = 0;
@@ -63,7 +63,7 @@ bool KIT_StandardInput::takeLine(Line &line) {
             }
         const std::string_view text(buffer.get() + next, length);
         assign(line, withoutMark(text.substr(0, text.find('\0'))));
-        passOver(length + terminator);
+        consume(length + terminator);
         return true;
     }
     return false;
@@ -76,7 +76,7 @@ bool KIT_StandardInput::readPart(KIT_WorkBuffer &line, bool &done) {
         if (!ended)
             return true;
         cutOff = false;
-        done = endPending = std::exchange(partTaken, false);
+        done = endPending = std::exchange(partRead, false);
         if (done)
             line.strcpy(withoutMark(line.view()));
         return done;
@@ -84,18 +84,18 @@ bool KIT_StandardInput::readPart(KIT_WorkBuffer &line, bool &done) {
     size_t length = 0;
     done = findNewline(length);
     const std::string_view text(buffer.get() + next, done ? length : filled - next);
-    passOver(text.size() + done);
+    consume(text.size() + done);
     const size_t end = text.find('\0');
     if (!cutOff)
         line.strcat(text.substr(0, end));
     cutOff = !done && (cutOff || end != std::string_view::npos);
-    partTaken = !done;
+    partRead = !done;
     if (done && atStart)
         line.strcpy(withoutMark(line.view()));
     return true;
 }
 
-std::string_view KIT_StandardInput::take(size_t limit) {
+std::string_view KIT_StandardInput::readPiece(size_t limit) {
     if (std::exchange(endPending, false))
         return {};
     for (;;) {
@@ -108,31 +108,31 @@ std::string_view KIT_StandardInput::take(size_t limit) {
             length = ended ? held.size() : 0;
             endPending = length > 0;
         }
-        passOver(length);
+        consume(length);
         return withoutMark(held.substr(0, length));
     }
 }
 
-bool KIT_StandardInput::takeByte(char &byte) {
+bool KIT_StandardInput::readByte(char &byte) {
     endPending = false;
     if (!holdsInput() && !fillAtOnce(1))
         return false;
     byte = buffer[next];
-    passOver(1);
+    consume(1);
     return true;
 }
 
 void KIT_StandardInput::confirm(std::string_view lines) {
-    const std::string behind(buffer.get() + next, filled - next);
+    const std::string rest(buffer.get() + next, filled - next);
     discard();
-    makeRoom(lines.size() + behind.size());
+    makeRoom(lines.size() + rest.size());
     lines.copy(buffer.get(), lines.size());
-    behind.copy(buffer.get() + lines.size(), behind.size());
-    filled = lines.size() + behind.size();
+    rest.copy(buffer.get() + lines.size(), rest.size());
+    filled = lines.size() + rest.size();
     confirmed = lines.size();
 }
 
-void KIT_StandardInput::passOver(size_t count) {
+void KIT_StandardInput::consume(size_t count) {
     next += count;
     scanned = next;
     confirmed -= std::min(confirmed, count);
@@ -153,15 +153,15 @@ bool KIT_StandardInput::findNewline(size_t &length) {
     return true;
 }
 
-/// Reads what there is, waiting for the first byte. False at the end, on an error and at an interrupt; `ended`
-/// tells the first two.
+/// Reads what is available, and waits for the first byte. Returns false at the end, after an error (`ended` is set for
+/// both) and after an interrupt.
 bool KIT_StandardInput::fill() {
     OSLyieldTerminal();
     while (!KITgetInterrupt()->isInterrupted()) {
         const bool got = readOnce(theWholeRoom);
         if (got || ended)
             return got;
-        // Somebody with whom the terminal is shared may have set it so that a read does not wait.
+        // Another process on the same terminal may have set it non-blocking.
         if (errno == EAGAIN)
             OSLsystem().waitReadable(STDIN_FILENO, -1);
     }
@@ -169,7 +169,7 @@ bool KIT_StandardInput::fill() {
     return false;
 }
 
-/// Reads what there is, if anything.
+/// Reads what is available, if anything.
 bool KIT_StandardInput::fillAtOnce(size_t limit) {
     ended = false;
     return OSLsystem().waitReadable(STDIN_FILENO, 0) > 0 && readOnce(limit);
@@ -205,7 +205,7 @@ void KIT_StandardInput::makeRoom(size_t least) {
     next = 0;
 }
 
-bool KIT_StandardInput::giveBack() {
+bool KIT_StandardInput::seekBack() {
     const off_t held = static_cast<off_t>(filled - next);
     if (OSLsystem().seek(STDIN_FILENO, -held, SEEK_CUR) < 0)
         return false;
@@ -215,5 +215,5 @@ bool KIT_StandardInput::giveBack() {
 
 void KIT_StandardInput::discard() {
     next = filled = scanned = confirmed = 0;
-    ended = endPending = partTaken = cutOff = false;
+    ended = endPending = partRead = cutOff = false;
 }

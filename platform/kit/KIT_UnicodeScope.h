@@ -3,8 +3,8 @@
 
 #include <locale.h>
 
-/// Has the character classes of the calling thread be those of Unicode for as long as it lives, whatever locale a host has
-/// set. On a system without such a locale nothing changes.
+/// Gives the calling thread the character classes of Unicode during its lifetime, in any locale of the host. Does
+/// nothing on a system without such a locale.
 class KIT_UnicodeScope {
 public:
     KIT_UnicodeScope() : before(uselocale(unicode())) {}

@@ -59,14 +59,14 @@ int KITcolumnsOf(char32_t code) {
     return code >= 0x1F000 && code < 0x20000 ? 2 : 1;   // pictures that are newer than the system's list
 }
 
-bool KIThasPlace(char32_t code) {
+bool KIThasColumns(char32_t code) {
     if (code <= 0x7F)
         return true;
     const KIT_UnicodeScope scope;
     return code != theReplacement && wcwidth(static_cast<wchar_t>(code)) > 0;
 }
 
-std::size_t KITfirstPlace(std::string_view text) {
+std::size_t KITfirstClusterLength(std::string_view text) {
     if (text.empty())
         return 0;
     std::size_t length = KITfirstCharacter(text).length;

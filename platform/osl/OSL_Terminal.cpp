@@ -17,29 +17,29 @@ namespace {
 constexpr std::string_view theBracketsOn = "\x1b[?2004h";   // pasted text comes in brackets
 constexpr std::string_view theBracketsOff = "\x1b[?2004l";
 
-// Written while no handler looks: before theEditing is set.
+// Written before theEditing is set, so that no signal handler reads them meanwhile.
 termios theModeBefore, theEditMode;
 
 std::atomic<bool> theEditing{ false };    // between enterEditMode and leaveEditMode
-std::atomic<bool> theReleased{ false };   // and handed to somebody else meanwhile
+std::atomic<bool> theReleased{ false };   // and in its usual mode meanwhile
 std::atomic<bool> theStale{ false };
 std::atomic<bool> theResized{ false };
 static_assert(std::atomic<bool>::is_always_lock_free);
 
 void (*theYield)() = nullptr;
 
-void put(const termios &mode, std::string_view sequence) {
+void send(const termios &mode, std::string_view sequence) {
     tcsetattr(STDIN_FILENO, TCSADRAIN, &mode);
     [[maybe_unused]] const ssize_t n = ::write(STDOUT_FILENO, sequence.data(), sequence.size());
 }
 
-/// A process that does not own the terminal would be stopped for changing its mode.
+/// In the background, a change of the mode would stop the process.
 bool isInForeground() {
     return tcgetpgrp(STDIN_FILENO) == getpgrp();
 }
 
-/// No read waits: an interrupt takes away what a poll has just seen. Flow control would swallow Ctrl-S; the carriage
-/// return of the enter key comes as a newline, as it does otherwise.
+/// No read waits, since an interrupt drops input that a poll has just reported. Flow control, which would consume
+/// Ctrl-S, is off. The carriage return of the enter key arrives as a newline, as it does in the usual mode.
 termios makeEditMode(termios mode) {
     mode.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | IEXTEN);
     mode.c_iflag &= ~static_cast<tcflag_t>(IXON | ISTRIP | INLCR | IGNCR);
@@ -60,7 +60,7 @@ bool OSL_Terminal::canEdit() {
 
 bool OSL_Terminal::awaitForeground() {
     if (!isInForeground())
-        tcdrain(STDIN_FILENO);   // does next to nothing, but stops a process in the background
+        tcdrain(STDIN_FILENO);   // has almost no effect but to stop a process in the background
     return isInForeground();
 }
 
@@ -94,7 +94,7 @@ bool OSL_Terminal::enterEditMode() {
         theEditing = true;
     }
     theReleased = false;
-    put(theEditMode, theBracketsOn);
+    send(theEditMode, theBracketsOn);
     return true;
 }
 
@@ -111,28 +111,28 @@ bool OSL_Terminal::mayReadNothing() {
 
 void OSL_Terminal::release() {
     if (theEditing && !theReleased.exchange(true) && isInForeground())
-        put(theModeBefore, theBracketsOff);
+        send(theModeBefore, theBracketsOff);
 }
 
-void OSL_Terminal::retake() {
+void OSL_Terminal::resume() {
     if (!theEditing)
         return;
     theStale = true;
     if (!isInForeground())
         return;
     theReleased = false;
-    put(theEditMode, theBracketsOn);
+    send(theEditMode, theBracketsOn);
 }
 
 void OSL_Terminal::noteResize() {
     theResized = true;
 }
 
-bool OSL_Terminal::takeStale() {
+bool OSL_Terminal::clearStale() {
     return theStale.exchange(false);
 }
 
-bool OSL_Terminal::takeResized() {
+bool OSL_Terminal::clearResized() {
     return theResized.exchange(false);
 }
 

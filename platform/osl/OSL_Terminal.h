@@ -3,21 +3,21 @@
 
 #include <termios.h>
 
-/// The terminal that standard input and standard output are, and its mode. In the mode for editing each key arrives as it
-/// is typed and none is shown; the keys for signals go on sending them.
+/// The terminal of standard input and standard output, and its mode. In the mode for editing each key arrives as it is
+/// typed and is not shown; the keys for signals still send them.
 class OSL_Terminal {
 public:
-    /// Whether there is a terminal on both, of a kind that understands control sequences.
+    /// Returns true when both are a terminal that understands control sequences.
     static bool canEdit();
-    /// Has a process in the background stopped until it is brought to the foreground. False when it still is in the
-    /// background: a signal came, or there is no shell that could bring it.
+    /// Stops a process in the background until it is brought to the foreground. Returns false when it still is in the
+    /// background: a signal arrived, or no shell can bring it to the foreground.
     static bool awaitForeground();
-    /// Whether colours are welcome on it: $NO_COLOR is not set.
+    /// Returns true unless $NO_COLOR is set.
     static bool hasColour();
-    /// 80 and 24 when it does not tell.
+    /// Stores 80 and 24 when the size is not known.
     static void getSize(int &columnCount, int &rowCount);
 
-    /// Has the terminal's mode the same behind it as before.
+    /// Restores the mode of the terminal at its end.
     class ModeKeeper {
     public:
         ModeKeeper();
@@ -30,30 +30,33 @@ public:
         const bool isKnown;
     };
 
-    /// The mode before the first call is the one to come back to, which the end of the process does too. False when the
-    /// terminal cannot be had, in the background for instance.
+    /// Sets the mode for editing. leaveEditMode, and the end of the process, restore the mode before the first call.
+    /// Returns false when the mode cannot be set, in the background for instance.
     static bool enterEditMode();
     static void leaveEditMode();
-    /// Whether a read that gave nothing has not met an end: in the mode for editing it does not wait.
+    /// Returns true when a read that returned 0 bytes need not mean the end of input: in the mode for editing it does
+    /// not wait.
     static bool mayReadNothing();
 
     // For signal handlers, too.
 
-    /// Puts the mode of before back for somebody else, until enterEditMode or retake.
+    /// Restores the usual mode until enterEditMode or resume, for another user of the terminal.
     static void release();
-    /// Sets the mode for editing again, unless it was left, and has takeStale give true: to be called when the process
-    /// goes on after a stop.
-    static void retake();
-    /// Has takeResized give true.
+    /// Sets the mode for editing again, unless it was left, and marks the terminal as stale. To be called when the
+    /// process continues after a stop.
+    static void resume();
+    /// Marks the terminal as resized.
     static void noteResize();
 
-    /// Whether what is on the terminal is unknown; asked once.
-    static bool takeStale();
-    static bool takeResized();
+    // Return the mark and remove it.
+
+    /// The content of the terminal is unknown.
+    static bool clearStale();
+    static bool clearResized();
 };
 
-/// Sets what takes a half-typed line off the terminal: null when no line is edited.
+/// Sets the function that removes a half-typed line from the terminal; null when no line is edited.
 void OSLsetTerminalYield(void (*yield)());
-/// Takes a half-typed line off the terminal, if there is one. To be called before anything else writes to the terminal,
-/// reads from it or passes it to a child process.
+/// Removes a half-typed line, if there is one, from the terminal. Must be called before anything else writes to the
+/// terminal, reads from it or passes it to a child process.
 void OSLyieldTerminal();

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <orvlang/platform/edit/KIT_ClusterCodec.h>
 #include <orvlang/platform/edit/KIT_EditPosition.h>
 #include <orvlang/platform/edit/KIT_KeyDecoder.h>
-#include <orvlang/platform/edit/KIT_Places.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
 
 namespace {
@@ -35,7 +35,7 @@ std::vector<std::string> keysOf(const std::string &bytes) {
     KIT_KeyDecoder decoder;
     std::vector<std::string> keys;
     for (const char byte : bytes)
-        if (decoder.take(byte)) {
+        if (decoder.addByte(byte)) {
             const bool hasText = decoder.getKey() == KIT_Key::Text || decoder.getKey() == KIT_Key::Paste;
             keys.push_back(std::to_string(int(decoder.getKey())) + (hasText ? decoder.getText() : ""));
         }
@@ -59,19 +59,19 @@ TEST(KIT_KeyDecoder, PastedTextIsTakenAsItIs) {
               std::vector<std::string>{ std::to_string(int(KIT_Key::Paste)) + "a\x03\x1b[A\nb" });
 }
 
-TEST(KIT_Places, KeepsEveryByteAndTakesRoomForEachPlace) {
+TEST(KIT_ClusterCodec, KeepsEveryByteAndTakesRoomForEachPlace) {
     std::mt19937 generator(2);
-    KIT_Places places;
+    KIT_ClusterCodec places;
     for (int i = 0; i < 20000; ++i) {
         const std::string text = randomBytes(generator);
         const std::wstring encoded = places.encode(text);
         ASSERT_EQ(places.decode(encoded), text);
         for (const wchar_t place : encoded)
-            ASSERT_TRUE(place <= 0x7F || KIThasPlace(char32_t(place))) << testing::PrintToString(text);
+            ASSERT_TRUE(place <= 0x7F || KIThasColumns(char32_t(place))) << testing::PrintToString(text);
     }
 }
 
-TEST(KIT_Places, ShowsNothingThatWouldConfuseATerminal) {
+TEST(KIT_ClusterCodec, ShowsNothingThatWouldConfuseATerminal) {
     static const struct {
         std::string text, shown;
     } theCases[] = {
@@ -81,7 +81,7 @@ TEST(KIT_Places, ShowsNothingThatWouldConfuseATerminal) {
         { "\xFF\xC2\x85", "\xEF\xBF\xBD\xEF\xBF\xBD" },   // no character; a control character of Latin-1
         { "\xF0\xA0\x80\x81\xF3\xB0\x80\x81", "\xF0\xA0\x80\x81\xF3\xB0\x80\x81" },   // would be stand-ins
     };
-    KIT_Places places;
+    KIT_ClusterCodec places;
     for (const auto &c : theCases) {
         std::string drawn;
         for (const wchar_t place : places.encode(c.text))
@@ -91,8 +91,8 @@ TEST(KIT_Places, ShowsNothingThatWouldConfuseATerminal) {
     }
 }
 
-TEST(KIT_Places, StylesStayWithTheirPlaces) {
-    KIT_Places places;
+TEST(KIT_ClusterCodec, StylesStayWithTheirPlaces) {
+    KIT_ClusterCodec places;
     const std::wstring prompt = places.encodeStyled("a\x1b[1;32mbc\x1b[0m\x1b[2Jd\x1b[31m");
     ASSERT_EQ(prompt.size(), 4u);
     const auto drawn = [&](std::wstring_view part) {

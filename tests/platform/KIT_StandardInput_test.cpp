@@ -129,7 +129,7 @@ TEST_F(StandardInputTest, StopsAtAnInterruptAndKeepsThePart) {
 TEST_F(StandardInputTest, GivesBackWhatNobodyTook) {
     readFrom("one\ntwo\nthree\n");
     EXPECT_EQ(line(), "one");
-    ASSERT_TRUE(input.giveBack());
+    ASSERT_TRUE(input.seekBack());
     EXPECT_FALSE(input.holdsInput());
     char taken[4] = "";   // as a child process would
     ASSERT_EQ(read(0, taken, 3), 3);
@@ -140,7 +140,7 @@ TEST_F(StandardInputTest, GivesBackWhatNobodyTook) {
     readFromPipe();
     send("x\ny\n");
     EXPECT_EQ(line(), "x");
-    EXPECT_FALSE(input.giveBack());
+    EXPECT_FALSE(input.seekBack());
     EXPECT_EQ(line(), "y");
 }
 
@@ -169,18 +169,18 @@ TEST_F(StandardInputTest, GivesPartsBytesAndConfirmedLines) {
 
     // A child that is started behind the first byte finds the others.
     char byte = '?';
-    EXPECT_TRUE(input.takeByte(byte));
+    EXPECT_TRUE(input.readByte(byte));
     EXPECT_EQ(byte, 'a');
     input.discard();
     send("def");
-    EXPECT_TRUE(input.takeByte(byte));
+    EXPECT_TRUE(input.readByte(byte));
     EXPECT_EQ(byte, 'd');
     EXPECT_FALSE(input.holdsInput());
 
     input.confirm("first\nsecond\n");
     EXPECT_TRUE(input.holdsConfirmed());
     EXPECT_EQ(line(), "first");
-    EXPECT_EQ(input.take(100), "second\n");
+    EXPECT_EQ(input.readPiece(100), "second\n");
     EXPECT_FALSE(input.holdsConfirmed());
     send("\n");
     EXPECT_EQ(line(), "ef");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// libedit with the reading taken out of it: it gets keys that only this file makes, one by one, and so never waits. Its
-// unbuffered mode gives back control behind each of them. What it draws goes into a buffer.
+// libedit without its reading: it gets keys that only this file makes, one by one, and so never waits. In its
+// unbuffered mode it returns after each of them. What it draws goes into a buffer.
 #include <cstdio>
 #include <cwchar>
 #include <functional>
@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr wchar_t theApplyKey = L'\x1f';   // runs what is not a command of libedit's
+constexpr wchar_t theApplyKey = L'\x1f';   // runs `pending`
 constexpr const char *theFallbackTerminal = "xterm";
 
 /// libedit's names of the commands, in the order of EDL_Command. Their keys are 1, 2, 3...
@@ -41,12 +41,12 @@ public:
     void setPrompt(std::wstring_view text) override { prompt = text; }
     void draw() override;
     void run(EDL_Command command) override { press(keyOf(command)); }
-    void type(wchar_t place) override;
+    void type(wchar_t character) override;
     void replace(std::size_t from, std::size_t to, std::wstring_view text, std::size_t cursor) override;
     void resize() override;
     std::wstring_view getText() const override;
     std::size_t getCursor() const override;
-    std::string takeOutput() override;
+    std::string extractOutput() override;
 
 private:
     void bindKeys();
@@ -54,16 +54,16 @@ private:
 
     static LibeditLine &of(EditLine *editor);
     static int readKey(EditLine *editor, wchar_t *key);
-    static wchar_t *givePrompt(EditLine *editor);
+    static wchar_t *getPrompt(EditLine *editor);
     static unsigned char apply(EditLine *editor, wint_t key);
     static ssize_t write(void *line, const char *bytes, std::size_t count);
 
-    std::FILE *stream = nullptr;   // owned; libedit's way into `output`
+    std::FILE *stream = nullptr;   // owned; appends to `output` what libedit writes
     EditLine *editor = nullptr;    // owned
     std::wstring prompt;
     std::string output;
     wchar_t key = L'\0';
-    std::function<void()> pending;   // what theApplyKey stands for at the moment
+    std::function<void()> pending;   // what theApplyKey runs
 };
 
 LibeditLine::LibeditLine() {
@@ -74,25 +74,26 @@ LibeditLine::LibeditLine() {
     editor = el_init_fd("orvlang", stdin, stream, stream, STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO);
     if (!editor)
         return;
-    // It has complained about a terminal that it does not know. Such are mostly newer than its list.
-    if (!takeOutput().empty())
+    // It complained about an unknown terminal, which mostly is newer than its list.
+    if (!extractOutput().empty())
         el_set(editor, EL_TERMINAL, theFallbackTerminal);
-    // So that it draws anew what moves: it would shift the rest of a row by half a wide character.
+    // Without these abilities of the terminal it draws again what moves. With them it would shift the rest of a row by
+    // half a wide character.
     for (const char *shift : { "ic", "IC", "im", "dc", "DC", "dm" })
         el_set(editor, EL_SETTC, shift, "", nullptr);
     el_set(editor, EL_CLIENTDATA, this);
     el_set(editor, EL_EDITOR, "emacs");
     el_wset(editor, EL_GETCFN, readKey);
-    el_wset(editor, EL_PROMPT, givePrompt);
+    el_wset(editor, EL_PROMPT, getPrompt);
     bindKeys();
     el_set(editor, EL_UNBUFFERED, 1);
-    takeOutput();   // a first prompt
+    extractOutput();   // drops a first prompt
 }
 
 LibeditLine::~LibeditLine() {
     const KIT_UnicodeScope scope;
     if (editor) {
-        el_set(editor, EL_EDITMODE, 0);   // so that it leaves the mode of the terminal alone
+        el_set(editor, EL_EDITMODE, 0);   // so that it does not change the mode of the terminal
         el_end(editor);
     }
     if (stream)
@@ -129,7 +130,7 @@ int LibeditLine::readKey(EditLine *editor, wchar_t *key) {
     return 1;
 }
 
-wchar_t *LibeditLine::givePrompt(EditLine *editor) {
+wchar_t *LibeditLine::getPrompt(EditLine *editor) {
     return of(editor).prompt.data();
 }
 
@@ -138,21 +139,21 @@ unsigned char LibeditLine::apply(EditLine *editor, wint_t) {
     return CC_REFRESH;
 }
 
-/// As a key it would stand for a command if it were a control character or one of Latin-1, which libedit takes for keys
-/// that are pressed together with the meta key.
-void LibeditLine::type(wchar_t place) {
-    const bool isPlainKey = (place >= L' ' && place <= L'~') || place > L'\xFF';
+/// Pressed as a key, a control character would run a command, and so would one of Latin-1, which libedit treats as a
+/// key with the meta key.
+void LibeditLine::type(wchar_t character) {
+    const bool isPlainKey = (character >= L' ' && character <= L'~') || character > L'\xFF';
     if (isPlainKey)
-        press(place);
+        press(character);
     else
-        replace(getCursor(), getCursor(), { &place, 1 }, getCursor() + 1);
+        replace(getCursor(), getCursor(), { &character, 1 }, getCursor() + 1);
 }
 
 void LibeditLine::replace(std::size_t from, std::size_t to, std::wstring_view text, std::size_t cursor) {
     const std::wstring inserted(text);
     pending = [&] {
-        const auto moveTo = [this](std::size_t place) {
-            el_cursor(editor, static_cast<int>(place) - static_cast<int>(getCursor()));
+        const auto moveTo = [this](std::size_t offset) {
+            el_cursor(editor, static_cast<int>(offset) - static_cast<int>(getCursor()));
         };
         moveTo(to);
         el_deletestr(editor, static_cast<int>(to - from));
@@ -171,7 +172,7 @@ void LibeditLine::draw() {
 void LibeditLine::resize() {
     const KIT_UnicodeScope scope;
     el_resize(editor);
-    takeOutput();
+    extractOutput();
 }
 
 std::wstring_view LibeditLine::getText() const {
@@ -184,7 +185,7 @@ std::size_t LibeditLine::getCursor() const {
     return static_cast<std::size_t>(line->cursor - line->buffer);
 }
 
-std::string LibeditLine::takeOutput() {
+std::string LibeditLine::extractOutput() {
     std::fflush(stream);
     return std::exchange(output, {});
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <orvlang/platform/edit/KIT_Places.h>
+#include <orvlang/platform/edit/KIT_ClusterCodec.h>
 
 #include <algorithm>
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-// Ranges of characters that are seldom used and all have that width: a plane for private use, rare ideographs.
+// Ranges of rarely used characters of one width each: a plane for private use, rare ideographs.
 constexpr char32_t theNarrowStart = 0xF0000, theNarrowEnd = 0xFFFFE;
 constexpr char32_t theWideStart = 0x20000, theWideEnd = 0x2A6DF;
 constexpr char32_t theReplacement = 0xFFFD;
@@ -19,7 +19,7 @@ constexpr bool isInRange(char32_t code) {
 
 constexpr std::string_view thePlainStyle = "\x1b[0m";
 
-/// The length of the escape sequence at the start of a text; 0 when there is none.
+/// Returns the length of the escape sequence at the start of a text; 0 when there is none.
 std::size_t escapeLength(std::string_view text) {
     if (text.size() < 2 || text[0] != '\x1b')
         return 0;
@@ -38,37 +38,37 @@ void addToStyle(std::string &style, std::string_view escape) {
 
 }   // namespace
 
-std::wstring KIT_Places::encode(std::string_view text) {
-    std::wstring places;
+std::wstring KIT_ClusterCodec::encode(std::string_view text) {
+    std::wstring encoded;
     while (!text.empty()) {
         const KIT_Character first = KITfirstCharacter(text);
-        const std::size_t length = KITfirstPlace(text);
-        const bool isSimple = length == first.length && KIThasPlace(first.code) && !isInRange(first.code);
-        places += isSimple ? static_cast<wchar_t>(first.code) : standFor(text.substr(0, length), {});
+        const std::size_t length = KITfirstClusterLength(text);
+        const bool isSimple = length == first.length && KIThasColumns(first.code) && !isInRange(first.code);
+        encoded += isSimple ? static_cast<wchar_t>(first.code) : findOrAddStandIn(text.substr(0, length), {});
         text.remove_prefix(length);
     }
-    return places;
+    return encoded;
 }
 
-std::wstring KIT_Places::encodeStyled(std::string_view text) {
-    std::wstring places;
+std::wstring KIT_ClusterCodec::encodeStyled(std::string_view text) {
+    std::wstring encoded;
     for (std::string style; !text.empty();) {
         std::size_t length = escapeLength(text);
         if (length > 0) {
             addToStyle(style, text.substr(0, length));
         } else {
-            length = KITfirstPlace(text);
-            const std::string_view place = text.substr(0, length);
-            places += style.empty() ? encode(place) : std::wstring(1, standFor(place, style));
+            length = KITfirstClusterLength(text);
+            const std::string_view cluster = text.substr(0, length);
+            encoded += style.empty() ? encode(cluster) : std::wstring(1, findOrAddStandIn(cluster, style));
         }
         text.remove_prefix(length);
     }
-    return places;
+    return encoded;
 }
 
-/// For the text of one place.
-wchar_t KIT_Places::standFor(std::string_view text, const std::string &style) {
-    const auto [entry, isNew] = known.try_emplace(style + std::string(text), L'\0');
+/// The text is that of one cluster.
+wchar_t KIT_ClusterCodec::findOrAddStandIn(std::string_view text, const std::string &style) {
+    const auto [entry, isNew] = codes.try_emplace(style + std::string(text), L'\0');
     if (!isNew)
         return entry->second;
     const KIT_Character first = KITfirstCharacter(text);
@@ -85,7 +85,7 @@ wchar_t KIT_Places::standFor(std::string_view text, const std::string &style) {
     return entry->second = static_cast<wchar_t>(start + table.size() - 1);
 }
 
-const KIT_Places::StandIn *KIT_Places::find(char32_t code) const {
+const KIT_ClusterCodec::StandIn *KIT_ClusterCodec::find(char32_t code) const {
     if (!isInRange(code))
         return nullptr;
     const bool isWide = code < theNarrowStart;
@@ -94,10 +94,10 @@ const KIT_Places::StandIn *KIT_Places::find(char32_t code) const {
     return index < table.size() ? &table[index] : nullptr;
 }
 
-std::string KIT_Places::decode(std::wstring_view places) const {
+std::string KIT_ClusterCodec::decode(std::wstring_view encoded) const {
     std::string text;
-    for (const wchar_t place : places) {
-        const char32_t code = static_cast<char32_t>(place);
+    for (const wchar_t character : encoded) {
+        const char32_t code = static_cast<char32_t>(character);
         if (const StandIn *standIn = find(code))
             text += standIn->text;
         else
@@ -106,8 +106,8 @@ std::string KIT_Places::decode(std::wstring_view places) const {
     return text;
 }
 
-void KIT_Places::translate(std::string &drawing) const {
-    if (known.empty())
+void KIT_ClusterCodec::translate(std::string &drawing) const {
+    if (codes.empty())
         return;
     std::string translated;
     std::string_view style;
