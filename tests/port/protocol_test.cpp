@@ -176,6 +176,7 @@ TEST_F(ProtocolTest, HTTP) {
               httpReply("x\n") },
             { start + "content-length: 6\r\n\r\necho x", theHTTPFailure },
             { start + "\r\n", theHTTPFailure },
+            { start + "Content-Length: 6\r\nX: \0\r\n\r\necho x\r\n"s, theHTTPFailure },
             { start + " Content-Length: 6\r\n\r\necho x", theHTTPFailure },
             { start + "Content-Length : 6\r\n\r\necho x", theHTTPFailure },
             { start + "\r\nContent-Length: 6\r\n\r\n", theHTTPFailure },
