@@ -3,6 +3,7 @@
 #include <orvlang/platform/edit/KIT_LineEditor.h>
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 #include <orvlang/platform/kit/KIT_StringArray.h>
@@ -34,6 +35,17 @@ int columnsOf(std::string_view text) {
     return columns;
 }
 
+/// The name of a file may contain what must not be sent to a terminal.
+std::string makeShowable(std::string_view text) {
+    std::string shown;
+    while (!text.empty()) {
+        const KIT_Character first = KITfirstCharacter(text);
+        KITappendCharacter(shown, KITisUnshowable(first.code) ? U'\uFFFD' : first.code);
+        text.remove_prefix(first.length);
+    }
+    return shown;
+}
+
 }   // namespace
 
 void KIT_LineEditor::complete() {
@@ -60,7 +72,7 @@ void KIT_LineEditor::listCandidates(const KIT_StringArray &candidates) {
     const std::size_t shared = slash == common.npos ? 0 : slash + 1;
     const auto shown = [&](int i) {
         const std::string_view text = std::string_view(candidates[i]).substr(shared);
-        return text.substr(0, text.find_last_not_of(' ') + 1);
+        return makeShowable(text.substr(0, text.find_last_not_of(' ') + 1));
     };
     int width = 1;
     for (int i = 0; i < candidates.entries(); ++i)
