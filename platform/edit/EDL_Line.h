@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -57,6 +56,3 @@ public:
 using EDL_MakeFunction = EDL_Line *();
 /// The name by which the component exports it. The number changes with the declarations above.
 #define EDL_MAKE_FUNCTION EDLmakeLine3
-
-/// As EDL_MakeFunction; null also when the component is missing.
-std::unique_ptr<EDL_Line> EDLmakeLine();

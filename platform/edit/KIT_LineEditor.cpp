@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <orvlang/platform/edit/KIT_EditPosition.h>
+#include <orvlang/platform/kit/KIT_Component.h>
 #include <orvlang/platform/osl/OSL_File.h>
 #include <orvlang/platform/osl/OSL_Terminal.h>
 
@@ -50,6 +51,14 @@ private:
     std::streambuf *const target;
 };
 
+/// Returns null when the component is missing, or libedit cannot work on this terminal.
+std::unique_ptr<EDL_Line> makeEngine() {
+    std::string failure;   // not reported: lines are read without editing then
+    static EDL_MakeFunction *const make = reinterpret_cast<EDL_MakeFunction *>(
+        KIT_Component::load("liborvlang_edit.so", KIT_NAME_OF(EDL_MAKE_FUNCTION), nullptr, failure));
+    return std::unique_ptr<EDL_Line>(make ? make() : nullptr);
+}
+
 }   // namespace
 
 class KIT_LineEditor::Streams {
@@ -61,7 +70,7 @@ std::unique_ptr<KIT_LineEditor> KIT_LineEditor::make(KIT_CmdLineReader::PromptCa
     if (!OSL_Terminal::canEdit())
         return nullptr;
     const OSL_Terminal::ModeKeeper keeper;   // libedit sets its own mode when it starts, and only then
-    std::unique_ptr<EDL_Line> engine = EDLmakeLine();
+    std::unique_ptr<EDL_Line> engine = makeEngine();
     if (!engine)
         return nullptr;
     return std::unique_ptr<KIT_LineEditor>(new KIT_LineEditor(prompt, completion, std::move(engine)));

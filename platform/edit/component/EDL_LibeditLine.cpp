@@ -5,6 +5,7 @@
 #include <cwchar>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 #include <histedit.h>
