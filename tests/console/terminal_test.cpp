@@ -23,11 +23,6 @@ protected:
         terminal.waitFor(line + "\r\n");
         return terminal.waitFor(prompt);
     }
-    void expectEnd(Terminal &terminal, int expected) const {
-        int status = -1;
-        const std::string rest = terminal.waitForEnd(status);
-        EXPECT_EQ(status, expected) << rest;
-    }
 
     TemporaryFolder folder;
 };
@@ -50,7 +45,7 @@ TEST_F(TerminalTest, PromptsFollowTheStateOfTheLanguage) {
     EXPECT_EQ(answer(terminal, "prompt '$x> '", "not $run> "), "");
     EXPECT_EQ(answer(terminal, "prompt 'frame `FRAME + 1`: '", "frame 2: "), "");
     terminal.type(theControlD);
-    expectEnd(terminal, 0);
+    terminal.waitForEnd(0);
 }
 
 TEST_F(TerminalTest, History) {
@@ -65,7 +60,7 @@ TEST_F(TerminalTest, History) {
               "1  echo one\r\n2  echo one two\r\n3  echo 1 two three\r\n4  echo one\r\n"
               "5  echo '!!' !x\r\n6  history\r\n");
     terminal.type("quit 3\n");
-    expectEnd(terminal, 3);
+    terminal.waitForEnd(3);
 }
 
 TEST_F(TerminalTest, InterruptDropsTheLine) {
@@ -89,7 +84,7 @@ TEST_F(TerminalTest, InterruptDropsTheLine) {
     }
     EXPECT_EQ(answer(terminal, "exit 4"), "");
     terminal.type(theControlD);
-    expectEnd(terminal, 4);
+    terminal.waitForEnd(4);
 }
 
 TEST_F(TerminalTest, InterruptStopsTheStatement) {
@@ -102,7 +97,7 @@ TEST_F(TerminalTest, InterruptStopsTheStatement) {
     EXPECT_EQ(terminal.waitFor("orvlang -> ").find("never"), std::string::npos);
     EXPECT_EQ(answer(terminal, "echo on"), "on\r\n");
     terminal.type(theControlD);
-    expectEnd(terminal, 0);
+    terminal.waitForEnd(0);
 }
 
 TEST_F(TerminalTest, InterruptEndsAScript) {
@@ -112,7 +107,7 @@ TEST_F(TerminalTest, InterruptEndsAScript) {
         Terminal terminal(program({ script }));
         terminal.waitFor("ing\r\n");
         terminal.type(theControlC);
-        expectEnd(terminal, 130);
+        terminal.waitForEnd(130);
     }
 }
 
@@ -132,7 +127,7 @@ TEST_F(TerminalTest, InterruptEndsWhatUnixStartedAlone) {
     terminal.type(theControlD);
     terminal.waitFor("orvlang -> ");
     terminal.type(theControlD);
-    expectEnd(terminal, 0);
+    terminal.waitForEnd(0);
 }
 
 TEST_F(TerminalTest, EndOfInputWithSomethingOpen) {
@@ -141,7 +136,7 @@ TEST_F(TerminalTest, EndOfInputWithSomethingOpen) {
     EXPECT_EQ(answer(terminal, "while 1 == 2", "> "), "");
     terminal.type(theControlD);
     terminal.waitFor("`end` is missing");
-    expectEnd(terminal, 1);
+    terminal.waitForEnd(1);
 }
 
 TEST_F(TerminalTest, InterruptReachesPython) {
@@ -168,7 +163,7 @@ TEST_F(TerminalTest, InterruptReachesPython) {
     EXPECT_EQ(answer(terminal, "python -c 'print(input(\"? \"))'", "? "), "");
     EXPECT_EQ(answer(terminal, "an answer"), "an answer\r\n");
     terminal.type("quit\n");
-    expectEnd(terminal, 0);
+    terminal.waitForEnd(0);
 }
 
 }   // namespace

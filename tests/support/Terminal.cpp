@@ -71,6 +71,13 @@ void Terminal::waitForRows(const std::string &expected) {
     shown.clear();
 }
 
+void Terminal::follow(const std::vector<std::pair<std::string, std::string>> &steps) {
+    for (const auto &[keys, rows] : steps) {
+        type(keys);
+        waitForRows(rows);
+    }
+}
+
 void Terminal::resize(int columnCount, int rowCount) {
     screen.resize(columnCount, rowCount);
     const winsize size = { static_cast<unsigned short>(rowCount), static_cast<unsigned short>(columnCount), 0,
@@ -87,13 +94,13 @@ bool Terminal::echoes() const {
     return tcgetattr(descriptor, &mode) == 0 && (mode.c_lflag & ECHO);
 }
 
-std::string Terminal::waitForEnd(int &status) {
+std::string Terminal::waitForEnd(int status) {
     while (readMore()) {
     }
     int ended = 0;
     waitpid(child, &ended, 0);
     child = -1;
-    status = WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
+    EXPECT_EQ(WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended), status) << shown;
     return shown;
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -23,12 +25,14 @@ public:
     std::string waitFor(const std::string &text);
     /// Waits until the last rows on the screen are these, as Screen::lastRows gives them. Fails as waitFor does.
     void waitForRows(const std::string &expected);
+    /// Types the keys of each step and waits for the last rows that they lead to.
+    void follow(const std::vector<std::pair<std::string, std::string>> &steps);
     void resize(int columnCount, int rowCount);
     void sendSignal(int number) const;
     /// Whether the terminal itself shows what is typed, as it does when nobody has changed its mode.
     bool echoes() const;
-    /// Waits for the end; gives what was still shown and sets the status as Outcome has it.
-    std::string waitForEnd(int &status);
+    /// Waits for the end, which must have that status, as Outcome has it; returns what was still shown.
+    std::string waitForEnd(int status);
 
 private:
     bool readMore();
