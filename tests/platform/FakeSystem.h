@@ -5,16 +5,13 @@
 #include <deque>
 #include <functional>
 
-#include <orvlang/platform/osl/OSL_System.h>
+#include "TestSystem.h"
 
 /// The real system with planned results in front: each read or write takes the next planned one, if any.
-/// A result below 0 is an errno, another one the largest number of bytes that the call may move. It is in
-/// place as long as it lives and counts the calls that matter for speed.
-class FakeSystem : public OSL_System {
+/// A result below 0 is an errno, another one the largest number of bytes that the call may move. It counts
+/// the calls that matter for speed.
+class FakeSystem : public TestSystem {
 public:
-    FakeSystem() : before(OSLsetSystem(this)) {}
-    ~FakeSystem() override { OSLsetSystem(before); }
-
     std::deque<int> planned;
     int closeError = 0;
     int calls = 0;
@@ -66,6 +63,4 @@ private:
         errno = -plan;
         return -1;
     }
-
-    OSL_System *const before;
 };

@@ -15,14 +15,9 @@
 
 namespace {
 
-/// Works in a folder of its own.
 class DirectoryTest : public testing::Test {
 protected:
-    DirectoryTest() { std::filesystem::current_path(folder.path()); }
-    ~DirectoryTest() override { std::filesystem::current_path(before); }
-
-    const std::filesystem::path before = std::filesystem::current_path();
-    const TemporaryFolder folder;
+    const WorkingFolder folder;
     const std::string &root = folder.path();
 };
 

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <orvlang/platform/edit/KIT_ClusterCodec.h>
-#include <orvlang/platform/edit/KIT_EditPosition.h>
 #include <orvlang/platform/edit/KIT_KeyDecoder.h>
 #include <orvlang/platform/kit/KIT_Utf8.h>
 
@@ -104,27 +103,4 @@ TEST(KIT_ClusterCodec, StylesStayWithTheirPlaces) {
     };
     EXPECT_EQ(drawn(prompt), "a\x1b[1;32mbc\x1b[0md");
     EXPECT_EQ(drawn(std::wstring_view(prompt).substr(2)), "\x1b[1;32mc\x1b[0md");
-}
-
-TEST(KIT_EditPosition, WrapsAsTheTerminalDoes) {
-    static const struct {
-        const wchar_t *text;
-        size_t row;
-        int column;
-    } theCases[] = {
-        { L"", 0, 0 },
-        { L"1234567", 0, 7 },
-        { L"12345678", 1, 0 },
-        { L"1234567\x4E2D", 1, 2 },
-        { L"a\nb", 1, 1 },
-        { L"a\tb", 1, 1 },
-        { L"1234567\x01", 1, 1 },
-        { L"\x4E2D\x4E2D\x4E2D\x4E2D", 1, 0 },
-    };
-    for (const auto &c : theCases) {
-        KIT_EditPosition position(8);
-        position.advance(std::wstring_view(c.text));
-        EXPECT_EQ(position.row, c.row) << c.text;
-        EXPECT_EQ(position.column, c.column) << c.text;
-    }
 }

@@ -7,21 +7,20 @@
 
 #include <orvlang/platform/kit/KIT_Exit.h>
 #include <orvlang/platform/kit/KIT_Performance.h>
-#include <orvlang/platform/osl/OSL_System.h>
+
+#include "TestSystem.h"
 
 namespace {
 
 constexpr long long theMillisecond = 1000000;
 
 /// A log whose time the test tells, and whose table comes into a text.
-class PerformanceTest : public testing::Test, private OSL_System {
+class PerformanceTest : public testing::Test, private TestSystem {
 protected:
     PerformanceTest() {
-        OSLsetSystem(this);
         log.setWindow([](const char *table, void *text) { static_cast<std::string *>(text)->append(table); },
                       &shown);
     }
-    ~PerformanceTest() override { OSLsetSystem(nullptr); }
 
     void piece(long long duration, const char *name, const char *file, int line) {
         log.begin();

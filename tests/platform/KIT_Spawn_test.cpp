@@ -11,12 +11,10 @@
 #include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_Process.h>
-#include <orvlang/platform/kit/KIT_StandardInput.h>
 #include <orvlang/platform/osl/KIT_Signal.h>
 #include <orvlang/platform/osl/OSL_File.h>
-#include <orvlang/platform/osl/OSL_System.h>
 
-#include "Program.h"
+#include "TestSystem.h"
 
 namespace {
 
@@ -24,9 +22,9 @@ constexpr int theInterrupts[] = { SIGINT, SIGTERM, 0 };
 constexpr int theChildSignal[] = { SIGCHLD, 0 };
 
 /// Starts a line of sh; `word` is its $0.
-int startShell(const std::string &line, const std::string &word = "sh", int detached = 0) {
+int startShell(const std::string &line, const std::string &word = "sh") {
     const char *const argv[] = { "sh", "-c", line.c_str(), word.c_str(), nullptr };
-    return KITspawnvp(argv, detached, false);
+    return KITspawnvp(argv, false, false);
 }
 
 /// A detached one writes into nothing as well.
@@ -90,10 +88,8 @@ TEST(Spawn, TakesNoNumberForSeveralChildren) {
 }
 
 TEST(Spawn, GoesOnWaitingWhenInterrupted) {
-    class Interrupted : public OSL_System {
+    class Interrupted : public TestSystem {
     public:
-        Interrupted() { OSLsetSystem(this); }
-        ~Interrupted() override { OSLsetSystem(nullptr); }
         pid_t waitProcess(pid_t pid, int *status, int options) override {
             if (--remaining < 0)
                 return OSL_System::waitProcess(pid, status, options);
@@ -144,27 +140,6 @@ TEST(Spawn, ADetachedChildHasItsOwnSessionAndStreams) {
         kill(pid, SIGKILL);
         EXPECT_EQ(KITwait(pid), 128 + SIGKILL);
     }
-}
-
-TEST(Spawn, AChildReadsOnBehindTheLastLine) {
-    const TemporaryFolder folder;
-    folder.write("input", "ours\nchild\nours again\n");
-    const int saved = fcntl(0, F_DUPFD_CLOEXEC, 3);
-    const int file = open((folder.path() + "/input").c_str(), O_RDONLY | O_CLOEXEC);
-    dup2(file, 0);
-    close(file);
-    KIT_StandardInput &input = KIT_StandardInput::inst();
-    input.discard();
-    std::string line;
-    EXPECT_TRUE(input.readLine(line));
-    EXPECT_EQ(KITwait(startShell("read line; test \"$line\" = ''", "sh", 1)), 0)
-        << "a detached one leaves it alone";
-    EXPECT_EQ(KITwait(startShell("read line; test \"$line\" = child")), 0);
-    EXPECT_TRUE(input.readLine(line));
-    EXPECT_EQ(line, "ours again");
-    dup2(saved, 0);
-    close(saved);
-    input.discard();
 }
 
 TEST(Signal, PutsBackExactlyWhatWasThere) {

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSystem.h"
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_EnvControl.h>
@@ -19,7 +20,6 @@
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/platform/net/VIO_EventGenerator.h>
 #include <orvlang/platform/osl/KIT_Interrupt.h>
-#include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/osl/OrvaneEnvironment.h>
 
 using namespace std::string_literals;
@@ -29,11 +29,8 @@ namespace {
 constexpr long long theEnd = 1LL << 50;   // microseconds; a time that never comes
 
 /// A clock and descriptors that have something to read from a planned time on. Microseconds.
-class FakeWorld : public OSL_System {
+class FakeWorld : public TestSystem {
 public:
-    FakeWorld() : before(OSLsetSystem(this)) {}
-    ~FakeWorld() override { OSLsetSystem(before); }
-
     struct Piece {
         long long time;
         std::string text;   // empty for the end
@@ -102,8 +99,6 @@ private:
         const auto found = readable.find(descriptor);
         return found == readable.end() ? theEnd : found->second;
     }
-
-    OSL_System *const before;
 };
 
 class Generator : public VIO_EventGenerator {
@@ -146,6 +141,12 @@ protected:
     void runFor(long long milliseconds) {
         world.inputAt(milliseconds, "\n");
         EXPECT_EQ(getline(), "");
+    }
+    /// How long a nap lasts, in microseconds.
+    long long nap(int milliseconds) const {
+        const long long start = world.now;
+        KITnap(milliseconds);
+        return world.now - start;
     }
     static void poll() { CMD_EvtMonitoringReader::pollEventGeneratorsCallback(false); }
 
@@ -318,10 +319,8 @@ TEST_F(EventReaderTest, ADueDescriptorEndsANap) {
         world.now += 1000000;
         world.readable.erase(7);
         poll();
-        const long long start = world.now;
-        world.readable[7] = start + c.readable * 1000;
-        KITnap(c.nap);
-        EXPECT_EQ(world.now - start, c.lasts) << c.readable << " " << c.nap;
+        world.readable[7] = world.now + c.readable * 1000;
+        EXPECT_EQ(nap(c.nap), c.lasts) << c.readable << " " << c.nap;
         const int turns = generator.turns;
         poll();
         EXPECT_EQ(generator.turns - turns, c.lasts > 4000) << "an early end without a turn would be a spin";
@@ -335,22 +334,15 @@ TEST_F(EventReaderTest, NobodyEndsTheNapsOfHisOwnTurn) {
     std::vector<long long> naps;
     generator.turn = [&] {
         generator.turn = nullptr;
-        for (int i = 0; i < 4; ++i) {
-            const long long start = world.now;
-            KITnap(10);
-            naps.push_back(world.now - start);
-        }
+        for (int i = 0; i < 4; ++i)
+            naps.push_back(nap(10));
     };
     poll();
     // The other one has had no turn at all yet, so it is due; the first one is not in its way.
     EXPECT_EQ(naps.size(), 4u);
     EXPECT_EQ(naps[0], 0);
     poll();
-    generator.turn = [&] {
-        const long long start = world.now;
-        KITnap(10);
-        naps.push_back(world.now - start);
-    };
+    generator.turn = [&] { naps.push_back(nap(10)); };
     world.now += 2000;
     poll();
     EXPECT_EQ(naps.back(), 10000);

@@ -73,6 +73,6 @@ protected:
     /// The descriptors of the process, in order.
     static std::vector<int> listDescriptors();
 
-    TemporaryFolder folder;
+    WorkingFolder folder;
     CMD_Manager manager;
 };

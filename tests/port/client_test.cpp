@@ -247,8 +247,6 @@ protected:
 
 TEST_F(PortGuide, ExamplesWriteWhatTheyShow) {
     const std::vector<Fence> fences = fencesOf(std::filesystem::path(ORVLANG_TREE) / "docs/port.md");
-    const std::filesystem::path before = std::filesystem::current_path();
-    std::filesystem::current_path(folder.path());
     int examples = 0;
     for (size_t i = 0; i < fences.size(); ++i) {
         const Fence &fence = fences[i];
@@ -264,7 +262,6 @@ TEST_F(PortGuide, ExamplesWriteWhatTheyShow) {
         ++examples;
     }
     EXPECT_GE(examples, 8);
-    std::filesystem::current_path(before);
 }
 
 // What the guide says that safe mode does not keep from anybody.
@@ -315,13 +312,11 @@ TEST_F(PortGuide, SafeModeIsNoWall) {
 
     folder.write("bin/lamp", "#!/bin/sh\ntouch \"$1\"\n");
     std::filesystem::permissions(folder.path() + "/bin/lamp", std::filesystem::perms::owner_all);
-    const std::filesystem::path start = std::filesystem::current_path();
     ask(safe, "set -g path = $PATH; setenv PATH = " + folder.path() + "/bin:$PATH");
     run("unix lamp " + folder.path() + "/lit; setenv PATH = $path");
     EXPECT_TRUE(std::filesystem::exists(folder.path() + "/lit"));
     ask(safe, "ucd " + folder.path() + "/bin");
     run("unix ./lamp ../beside");
-    std::filesystem::current_path(start);
     EXPECT_TRUE(std::filesystem::exists(folder.path() + "/beside"));
 }
 

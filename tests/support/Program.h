@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,16 @@ public:
 
 private:
     std::string folder;
+};
+
+/// One that is the current folder as long as it lives.
+class WorkingFolder : public TemporaryFolder {
+public:
+    WorkingFolder() { std::filesystem::current_path(path()); }
+    ~WorkingFolder() { std::filesystem::current_path(before); }
+
+private:
+    const std::filesystem::path before = std::filesystem::current_path();
 };
 
 /// Fails the test with the difference when the lines are not the same.
