@@ -2,8 +2,6 @@
 // The program from outside: its options, where its lines come from, its exit status, plug-ins.
 #include "Program.h"
 
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
 namespace {
@@ -206,25 +204,6 @@ TEST_F(ConsoleTest, KnowsHowItsChildrenEndWhoeverStartsIt) {
                               "",
                               {} };
     EXPECT_EQ(program.run().out, "3\n");
-}
-
-TEST_F(ConsoleTest, PluginsComeFromTrustedFoldersAlone) {
-    const std::filesystem::path place = folder.path();
-    std::filesystem::create_directory(place / "foreign");
-    std::filesystem::create_directory_symlink(ORVLANG_PLUGIN_PATH "/dso", place / "foreign/dso");
-    const std::string foreign = place / "foreign";
-    EXPECT_EQ(run({ "-c", "echo a" }, "", { "JOB=" + foreign, "ORP=" + foreign }).out, "a\n");
-    EXPECT_EQ(run({ "-c", "echo a" }, "", { "ORVANE_PATH=/nowhere:" + foreign }).out, "first: second: a\n");
-    std::filesystem::create_directory_symlink(foreign, place / ".orvane");
-    EXPECT_EQ(run({ "-c", "echo a" }).out, "first: second: a\n");
-}
-
-TEST_F(ConsoleTest, PluginThatDoesNotLoadIsNamedOnce) {
-    folder.write("path/dso/broken.so", "no library\n");
-    const Outcome outcome = run({ "-c", "echo a" }, "", { "ORVANE_PATH=" + folder.path() + "/path" });
-    EXPECT_EQ(outcome.out, "a\n");
-    EXPECT_NE(outcome.err.find("broken.so"), std::string::npos) << outcome.err;
-    EXPECT_EQ(outcome.status, 0);
 }
 
 TEST_F(ConsoleTest, TheReadmeShowsWhatHappens) {

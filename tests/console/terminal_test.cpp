@@ -31,36 +31,18 @@ TEST_F(TerminalTest, PromptsFollowTheStateOfTheLanguage) {
     Terminal terminal(program());
     terminal.waitFor("orvlang -> ");
     EXPECT_EQ(answer(terminal, "echo a; echo b"), "a\r\nb\r\n");
+    EXPECT_EQ(answer(terminal, "!! c"), "echo b c\r\nb c\r\n");
     EXPECT_EQ(answer(terminal, "echo a \\", "? "), "");
     EXPECT_EQ(answer(terminal, "b"), "a b\r\n");
     EXPECT_EQ(answer(terminal, "for i = 1 to 2", "> "), "");
     EXPECT_EQ(answer(terminal, "echo $i", "> "), "");
     EXPECT_EQ(answer(terminal, "end"), "1\r\n2\r\n");
-    EXPECT_EQ(answer(terminal, "if 1 == 2", "? "), "");
-    EXPECT_EQ(answer(terminal, "echo skipped", "? "), "");
-    EXPECT_EQ(answer(terminal, "endif"), "");
     EXPECT_EQ(answer(terminal, "read x", ""), "");
     EXPECT_EQ(answer(terminal, "not $run"), "");
     EXPECT_EQ(answer(terminal, "echo '<'$x'>'"), "<not $run>\r\n");
     EXPECT_EQ(answer(terminal, "prompt '$x> '", "not $run> "), "");
-    EXPECT_EQ(answer(terminal, "prompt 'frame `FRAME + 1`: '", "frame 2: "), "");
     terminal.type(theControlD);
     terminal.waitForEnd(0);
-}
-
-TEST_F(TerminalTest, History) {
-    Terminal terminal(program());
-    terminal.waitFor("orvlang -> ");
-    EXPECT_EQ(answer(terminal, "echo one"), "one\r\n");
-    EXPECT_EQ(answer(terminal, "!! two"), "echo one two\r\none two\r\n");
-    EXPECT_EQ(answer(terminal, "^one^1^ three"), "echo 1 two three\r\n1 two three\r\n");
-    EXPECT_EQ(answer(terminal, "!1"), "echo one\r\none\r\n");
-    EXPECT_EQ(answer(terminal, "echo '!!' \\!x"), "!! !x\r\n");
-    EXPECT_EQ(answer(terminal, "history"),
-              "1  echo one\r\n2  echo one two\r\n3  echo 1 two three\r\n4  echo one\r\n"
-              "5  echo '!!' !x\r\n6  history\r\n");
-    terminal.type("quit 3\n");
-    terminal.waitForEnd(3);
 }
 
 TEST_F(TerminalTest, InterruptDropsTheLine) {
@@ -87,19 +69,6 @@ TEST_F(TerminalTest, InterruptDropsTheLine) {
     terminal.waitForEnd(4);
 }
 
-TEST_F(TerminalTest, InterruptStopsTheStatement) {
-    folder.write("endless.cmd", "while 1 == 1\necho turning\nend\necho never\n");
-    Terminal terminal(program());
-    terminal.waitFor("orvlang -> ");
-    terminal.type("source endless.cmd; echo never\n");
-    terminal.waitFor("turning\r\nturning\r\n");
-    terminal.type(theControlC);
-    EXPECT_EQ(terminal.waitFor("orvlang -> ").find("never"), std::string::npos);
-    EXPECT_EQ(answer(terminal, "echo on"), "on\r\n");
-    terminal.type(theControlD);
-    terminal.waitForEnd(0);
-}
-
 TEST_F(TerminalTest, InterruptEndsAScript) {
     folder.write("endless.cmd", "while 1 == 1\necho turning\nend\n");
     folder.write("ask.cmd", "echo asking\nread x\necho never\n");
@@ -119,24 +88,6 @@ TEST_F(TerminalTest, InterruptEndsWhatUnixStartedAlone) {
     terminal.waitFor("begun\r\n");
     terminal.type(theControlC);
     terminal.waitFor("reached 1\r\n");
-    terminal.waitFor("orvlang -> ");
-    terminal.type("unix cat\n");
-    terminal.waitFor("unix cat\r\n");
-    terminal.type("to cat\n");
-    terminal.waitFor("to cat\r\nto cat\r\n");
-    terminal.type(theControlD);
-    terminal.waitFor("orvlang -> ");
-    terminal.type(theControlD);
-    terminal.waitForEnd(0);
-}
-
-TEST_F(TerminalTest, EndOfInputWithSomethingOpen) {
-    Terminal terminal(program());
-    terminal.waitFor("orvlang -> ");
-    EXPECT_EQ(answer(terminal, "while 1 == 2", "> "), "");
-    terminal.type(theControlD);
-    terminal.waitFor("`end` is missing");
-    terminal.waitForEnd(1);
 }
 
 TEST_F(TerminalTest, InterruptReachesPython) {
