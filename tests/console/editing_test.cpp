@@ -490,6 +490,8 @@ TEST_F(EditingTest, TheRecallStaysWithinBounds) {
     const std::string kept = folder.read("state/orvlang/history");
     EXPECT_EQ(kept.substr(0, 11), "echo 10002\n");
     EXPECT_TRUE(kept.ends_with("echo 20001\necho new\n"));
+    EXPECT_EQ(std::filesystem::status(folder.path() + "/state/orvlang/history").permissions(),
+              std::filesystem::perms(0600));
 }
 
 TEST_F(EditingTest, OddRecallFilesDoNotMatter) {

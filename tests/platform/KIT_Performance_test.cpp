@@ -74,15 +74,19 @@ TEST_F(PerformanceTest, TellsEachPieceAsItEnds) {
     nestedPieces();
     log.logEnable(1);
     nestedPieces();
-    log.timeFilter = KIT_Performance::filterMilliseconds;
-    piece(theMillisecond - 1, "short", "", 0);
-    piece(theMillisecond, "long", "", 0);
+    for (const auto &[filter, least] : { std::pair{ KIT_Performance::filterMilliseconds, theMillisecond },
+                                         std::pair{ KIT_Performance::filterSeconds, 1000 * theMillisecond } }) {
+        log.timeFilter = filter;
+        piece(least - 1, "short", "", 0);
+        piece(least, "long", "", 0);
+    }
     log.begin();
     log.logEnable(0);
     log.end("switched off", "", 0);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "a.cmd (2): inner 0.004000 s, own 0.004000 s\n"
                                                       "a.cmd (1): outer 0.008000 s, own 0.003000 s\n"
-                                                      "long 0.001000 s, own 0.001000 s\n");
+                                                      "long 0.001000 s, own 0.001000 s\n"
+                                                      "long 1.000000 s, own 1.000000 s\n");
 }
 
 TEST(Performance, ShowsWhatIsLeftWhenTheProcessEnds) {
