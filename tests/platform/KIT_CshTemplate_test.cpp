@@ -4,7 +4,6 @@
 #include <orvlang/platform/kit/KIT_CshTemplate.h>
 #include <orvlang/platform/kit/KIT_StringCshIO.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
-#include <orvlang/platform/kit/KIT_WorkBuffer.h>
 
 #include <map>
 #include <string>
@@ -138,29 +137,6 @@ TEST(KIT_CshTemplate, IsLinearInLongTexts) {
     for (const auto &c : theCases) {
         scratch.parse(repeated(c.piece), false);
         EXPECT_EQ(scratch.expand(words, lookup, lookup, nullptr), c.words) << c.piece;
-    }
-}
-
-TEST(KIT_WorkBuffer, ProtectsWords) {
-    static const struct {
-        const char *text;
-        bool always;
-        const char *result;
-    } theCases[] = {
-        { "a_-./,:+@%9Z", false, "a_-./,:+@%9Z" },
-        { "abc", true, "'abc'" },
-        { "", false, "''" },
-        { nullptr, false, "''" },
-        { "it's", false, "'it\\'s'" },
-        { "a\\", false, "'a'\\\\" },
-        { "\\\\", false, "''\\\\\\\\" },
-        { "a\nb", false, "'a\\nb'" },
-        { "\xc3\xa4", false, "'\xc3\xa4'" },
-    };
-    for (const auto &c : theCases) {
-        KIT_WorkBuffer buffer;
-        buffer.protectedStrcat(c.text, c.always);
-        EXPECT_EQ(buffer.view(), c.result);
     }
 }
 
