@@ -202,6 +202,7 @@ TEST_F(EditingTest, TabCompletes) {
         { "ucd \"my\t", "ucd \"my dir\"/|" },
         { "set onlyo\t", "set onlyone |" },
         { "alias -u al\t", "alias -u alone |" },
+        { "alone -\t", "alone -n |" },
         { "echo um\t", "echo uml|" },   // both go on with the same first byte of another character
     };
     Terminal terminal(program());

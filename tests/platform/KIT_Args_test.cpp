@@ -74,7 +74,8 @@ TEST(KIT_Args, KeepsAnyNumberOfWords) {
     EXPECT_EQ(copy.argc(), 1001);
     EXPECT_EQ(show(copy).substr(0, 31), "front x script -t value a b c m");
     copy.setArgument(1003, "gap");
-    EXPECT_EQ(copy.argv(1002), nullptr);
+    assigned = copy;
+    EXPECT_EQ(assigned.argv(1002), nullptr);
 
     KIT_WorkBuffer buffer;
     copy.clear();

@@ -115,7 +115,7 @@ TEST_F(ClientTest, WithoutAStatus) {
         const char *input, *rest, *open;
     } theCases[] = {
         { "read x", "answer\necho $x", "while `read` waits" },
-        { "for i = 1 to 2\nread x; echo never", "end\na\nanswer\necho $x", "in a loop" },
+        { "end\nfor i = 1 to 2\nread x; echo never", "end\na\nanswer\necho $x", "in a loop" },
         { "echo \"; for\"; if 0 # ; for", "endif\necho answer", "in an if block" },
         { "echo \\", "answer", "in a continued line" },
     };

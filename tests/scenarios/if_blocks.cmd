@@ -24,6 +24,10 @@ if 0
 else if
     echo plain else    # expect: plain else
 endif ignored words
+if 0
+else if `execute("echo 1")`
+    echo a command is asked    # expect: a command is asked
+endif
 if then
     echo an empty condition is false
 endif
