@@ -11,5 +11,7 @@ end
 # expect: 1 3
 # expect: 2 1
 # expect: 2 3
+endif
+# expect err: %s (14): Syntax Error:  endif without matching if
 continue
-# expect err: %s (14): Error:  continue outside of loop construct
+# expect err: %s (16): Error:  continue outside of loop construct
