@@ -113,6 +113,8 @@ TEST(KIT_String, OwnsBorrowsAndGivesUp) {
     KIT_String late = KIT_String::borrow("a");
     late.append("").append("b");
     EXPECT_EQ(late, "ab");
+    late = moved;
+    EXPECT_TRUE(late.isNull());
 }
 
 TEST(KIT_String, CutsAndReplaces) {
