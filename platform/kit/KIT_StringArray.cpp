@@ -2,23 +2,7 @@
 #include <orvlang/platform/kit/KIT_StringArray.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-
-KIT_StringArray::KIT_StringArray(const KIT_StringArray &other) {
-    merge(other);
-}
-
-KIT_StringArray &KIT_StringArray::operator=(const KIT_StringArray &other) {
-    KIT_StringArray copy(other);
-    texts.swap(copy.texts);
-    return *this;
-}
-
-KIT_StringArray &KIT_StringArray::operator=(KIT_StringArray &&other) noexcept {
-    texts.swap(other.texts);
-    return *this;
-}
 
 void KIT_StringArray::merge(const KIT_StringArray &other) {
     const int count = other.entries();   // other may be this one
@@ -28,11 +12,11 @@ void KIT_StringArray::merge(const KIT_StringArray &other) {
 }
 
 int KIT_StringArray::find(const char *text) const {
-    const auto same = [text](const char *entry) {
-        return text && entry ? std::strcmp(entry, text) == 0 : text == entry;
+    const auto same = [text](const KIT_String &entry) {
+        return text && !entry.isNull() ? std::strcmp(entry.c_str(), text) == 0 : !text && entry.isNull();
     };
-    const auto place = std::find_if(texts.begin(), texts.end(), same);
-    return place == texts.end() ? -1 : static_cast<int>(place - texts.begin());
+    const auto found = std::find_if(texts.begin(), texts.end(), same);
+    return found == texts.end() ? -1 : static_cast<int>(found - texts.begin());
 }
 
 bool KIT_StringArray::remove(const char *text) {
@@ -42,36 +26,28 @@ bool KIT_StringArray::remove(const char *text) {
 }
 
 void KIT_StringArray::removeAt(int i) {
-    if (i < 0 || i >= entries())
-        return;
-    std::free(texts[static_cast<unsigned>(i)]);
-    texts.erase(texts.begin() + i);
+    if (i >= 0 && i < entries())
+        texts.erase(texts.begin() + i);
 }
 
 void KIT_StringArray::resize(int count) {
-    const std::size_t size = static_cast<std::size_t>(std::max(count, 0));
-    for (std::size_t i = size; i < texts.size(); ++i)
-        std::free(texts[i]);
-    texts.resize(size, nullptr);
+    texts.resize(static_cast<std::size_t>(std::max(count, 0)));
 }
 
 void KIT_StringArray::collapse() {
-    std::erase(texts, nullptr);
-}
-
-void KIT_StringArray::clear() {
-    resize(0);
+    std::erase_if(texts, [](const KIT_String &text) { return text.isNull(); });
 }
 
 void KIT_StringArray::sort(bool ascending, bool numbered) {
-    const auto before = [numbered](const char *a, const char *b) {
-        if (!a || !b)
-            return !a && b;
-        return (numbered ? KIT_String::compareNumberedString(a, b, true) : std::strcmp(a, b)) < 0;
+    const auto before = [numbered](const KIT_String &a, const KIT_String &b) {
+        if (a.isNull() || b.isNull())
+            return a.isNull() && !b.isNull();
+        return (numbered ? KIT_String::compareNumberedString(a.c_str(), b.c_str(), true)
+                         : std::strcmp(a.c_str(), b.c_str())) < 0;
     };
     if (ascending)
         std::stable_sort(texts.begin(), texts.end(), before);
     else
         std::stable_sort(texts.begin(), texts.end(),
-                         [&](const char *a, const char *b) { return before(b, a); });
+                         [&](const KIT_String &a, const KIT_String &b) { return before(b, a); });
 }
