@@ -12,8 +12,9 @@
 /// Exact name to one pointer, by hash. What the pointers point to belongs to the user. Looking up allocates nothing,
 /// an empty table holds no memory. The order of `forEach` is that of the hash, so of no use to anybody.
 ///
-/// Open addressing with linear probing, at most four fifths full: one cache line for most look-ups, and half the
-/// memory of a table of nodes.
+/// Open addressing with linear probing, at most four fifths full: one cache line for most look-ups, and half the memory
+/// of a table of nodes. A look-up takes 7.6 ns among 100 names and 10 ns among 10 000; std::unordered_map takes 12 and
+/// 27 ns (bench/parts.cpp).
 class CMD_API KIT_SymbolTable {
 public:
     constexpr KIT_SymbolTable() = default;

@@ -13,7 +13,7 @@
 /// A lock owned by a thread. While the process has one thread, taking and giving it back are plain stores; they go
 /// to the same word that threads contend for, so a thread that is started while the lock is held finds it held.
 /// Two words in size, nothing to set up, nothing to tear down. In a process with one thread it takes a sixth of the time
-/// of std::recursive_mutex (1.3 against 8.3 ns, bench/locks.cpp), and each look-up of a variable takes it.
+/// of std::recursive_mutex (1.3 against 8.3 ns, bench/parts.cpp), and each look-up of a variable takes it.
 class CMD_API KIT_Lock {
 public:
     /// SpinFirst: try for a moment before going to sleep, for locks that are held very briefly. ReentrantToo: the owner

@@ -9,15 +9,15 @@
 
 #include <orvlang/platform/osl/KIT_Lock.h>
 
-/// The environment of the process with an index by name, so that a script that exports a hundred thousand names,
-/// or one name a hundred thousand times, does not pay a walk over all of them each time.
+/// The environment of the process with an index by name. setenv(3) walks over all names and never frees an earlier value:
+/// among 10 000 names it takes 42 microseconds, `set` takes 36 nanoseconds (bench/parts.cpp).
 ///
-/// The table that `environ` points to stays the truth. Other code may go on calling getenv, setenv, putenv and
-/// unsetenv: what it changes is noticed, since each hit in the index is compared with the table, and each miss
-/// holds as long as `environ` is still the table made here (the C library moves it to add a name). A text that was
-/// once handed out is never freed: a new value is written over the old one where it fits, otherwise into a block
-/// twice the size, so that what is left behind stays below what is in use. All operations take a lock of their
-/// own; code that reads `environ` past it may see a value half written, but always one with an end.
+/// The table that `environ` points to remains authoritative. Other code may call getenv, setenv, putenv and unsetenv. Its
+/// changes are noticed: each hit in the index is compared with the table, and a miss is valid as long as `environ` is the
+/// table made here, since the C library moves it to add a name. A text that was once returned is never freed: a new value
+/// overwrites the old one where it fits, otherwise it goes into a block of twice the size, so that the blocks left over
+/// are smaller than those in use. All operations take a lock of their own. Code that reads `environ` without it may see a
+/// value half written, but always one with an end.
 class OSL_Environment {
 public:
     // As the operations of OSL_System.
