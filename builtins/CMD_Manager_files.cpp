@@ -22,11 +22,6 @@ namespace {
 constexpr int theDirectoryMode = 0775;
 constexpr int theKeyboardSignals[] = { SIGINT, SIGQUIT, 0 };
 
-KIT_String currentDirectory() {
-    char buffer[8192];
-    return getUnixCwd(buffer, sizeof buffer);
-}
-
 /// Removes what matches the last part of an absolute path.
 void removeFiles(const KIT_String &path, CMD_Args &args) {
     const size_t slash = path.view().rfind('/');
@@ -59,7 +54,7 @@ void CMD_Manager::cmd_ucd(CMD_Args &args) {
 }
 
 void CMD_Manager::cmd_upwd(CMD_Args &args) {
-    args.out() << currentDirectory() << std::endl;
+    args.out() << KITgetCurrentDirectory() << std::endl;
 }
 
 void CMD_Manager::cmd_uls(CMD_Args &args) {
@@ -69,7 +64,7 @@ void CMD_Manager::cmd_uls(CMD_Args &args) {
         args.err(1) << "-d and -f cannot both be specified." << std::endl;
         return;
     }
-    KIT_String prefix = args.found('p') ? KIT_String(args.argp('p')) : currentDirectory();
+    KIT_String prefix = args.found('p') ? KIT_String(args.argp('p')) : KITgetCurrentDirectory();
     const KIT_Directory directory(prefix.c_str(), nullptr, 1);
     if (!prefix.isEmpty() && !prefix.view().ends_with('/'))
         prefix.append('/');

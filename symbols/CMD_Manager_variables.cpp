@@ -16,18 +16,11 @@
 
 namespace {
 
-constexpr size_t theDirectoryBufferSize = 8192;
-
-KIT_String currentDirectory() {
-    char buffer[theDirectoryBufferSize];
-    return getUnixCwd(buffer, sizeof buffer);
-}
-
 /// The directory as the system names it; the current one when it does not exist.
 KIT_String absoluteDirectory(const char *directory) {
-    const KIT_String before = currentDirectory();
+    const KIT_String before = KITgetCurrentDirectory();
     OSLsystem().changeDirectory(directory);
-    const KIT_String result = currentDirectory();
+    const KIT_String result = KITgetCurrentDirectory();
     OSLsystem().changeDirectory(before.c_str());
     return result;
 }
@@ -164,7 +157,7 @@ void CMD_Manager::setMotName(const char *path) {
     const size_t cut = slash != std::string_view::npos ? slash : whole.rfind(':');
     KIT_String directory;
     if (cut == std::string_view::npos) {
-        directory = currentDirectory();
+        directory = KITgetCurrentDirectory();
     } else {
         directory = whole.substr(0, cut == 0 ? 1 : cut);
         if (slash == std::string_view::npos)
@@ -183,7 +176,7 @@ void CMD_Manager::installBuiltIn() {
         if (!globals.hasVariable(variable))
             globals.setVariable(variable, value, exported);
     };
-    const KIT_String directory = currentDirectory();
+    const KIT_String directory = KITgetCurrentDirectory();
     const char *job = OrvaneGetenv("JOB");
     // A copy: setting the variable changes the text of the environment.
     const KIT_String jobText = job ? KIT_String(job) : directory;

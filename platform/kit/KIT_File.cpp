@@ -9,12 +9,16 @@ char *getUnixCwd(char *buffer, size_t size) {
     return buffer;
 }
 
+KIT_String KITgetCurrentDirectory() {
+    char buffer[8192];
+    return getUnixCwd(buffer, sizeof buffer);
+}
+
 KIT_String KITmakeAbsoluteFilePath(const char *path, const char *base) {
     const std::string_view name = path ? path : "";
     if (name.starts_with('/'))
         return name;
-    char current[8192];
-    KIT_String whole = base ? base : getUnixCwd(current, sizeof current);
+    KIT_String whole = base ? KIT_String(base) : KITgetCurrentDirectory();
     if (whole.isEmpty())
         whole = ".";
     if (!name.empty() && !whole.view().ends_with('/'))

@@ -8,6 +8,8 @@
 
 /// Stores the current directory and gives the buffer. When it cannot be told or does not fit, the text is empty.
 CMD_API char *getUnixCwd(char *buffer, size_t size);
+/// Returns the current directory; an empty text when it cannot be determined.
+CMD_API KIT_String KITgetCurrentDirectory();
 
 /// The path with the base, a directory, in front when it is relative; a null base means the current directory. Null and
 /// empty paths are the base itself. Nothing is tidied up: links may stand behind a `..`. When the current directory
