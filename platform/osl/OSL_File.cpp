@@ -56,8 +56,9 @@ bool OSLreadFile(const char *path, std::string &content) {
     OSL_FileStatus status;
     bool failed = !OSLsystem().getStatus(descriptor, status);
     // One byte more than the size shows the end in the same read. What has no size (a pipe, a file that the kernel
-    // makes up) comes in steps.
-    for (size_t step = static_cast<size_t>(status.size) + 1; !failed; step = 4096 + content.size()) {
+    // makes up) is read in steps.
+    size_t step = status.size > 0 ? static_cast<size_t>(status.size) + 1 : 4096;
+    for (; !failed; step = 4096 + content.size()) {
         const size_t before = content.size();
         content.resize(before + step);
         const size_t n = OSLreadAll(descriptor, content.data() + before, step, failed);

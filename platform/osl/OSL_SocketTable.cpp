@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/osl/OSL_SocketTable.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
-#include <fcntl.h>
 #include <linux/inet_diag.h>
 #include <linux/netlink.h>
 #include <linux/sock_diag.h>
 #include <netinet/in.h>
 #include <unistd.h>
 
-#include <orvlang/platform/osl/OSL_System.h>
+#include <orvlang/platform/osl/OSL_File.h>
 
 namespace {
 
@@ -99,23 +97,10 @@ std::string format(const Endpoint &end, bool asIp4) {
     return all + text;
 }
 
-std::string readFile(const char *path) {
-    OSL_System &system = OSLsystem();
-    std::string text;
-    const int descriptor = system.open(path, O_RDONLY, 0);
-    if (descriptor < 0)
-        return text;
-    char buffer[32768];
-    ssize_t n;
-    while ((n = system.read(descriptor, buffer, sizeof buffer)) > 0 || (n < 0 && errno == EINTR))
-        text.append(buffer, n > 0 ? static_cast<size_t>(n) : 0);
-    system.close(descriptor);
-    return text;
-}
-
 std::optional<OSL_SocketOwner> searchTable(const char *path, const Endpoint &own, const Endpoint &peer,
                                            bool asIp4) {
-    const std::string table = readFile(path);
+    std::string table;
+    OSLreadFile(path, table);
     const std::string key = ' ' + format(own, asIp4) + ' ' + format(peer, asIp4) + ' ';
     const size_t found = table.find(key);
     OSL_SocketOwner owner;
