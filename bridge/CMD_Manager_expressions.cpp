@@ -5,12 +5,12 @@
 // variable of the language.
 #include <orvlang/engine/CMD_Manager.h>
 
+#include <orvlang/bridge/CMD_CapturedRun.h>
 #include <orvlang/bridge/CMD_PythonLanguage.h>
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/fml/FML_Function.h>
 #include <orvlang/platform/fml/FML_Symbol.h>
 #include <orvlang/platform/fml/fml_Vector.h>
-#include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/osl/OrvaneEnvironment.h>
 #include <orvlang/platform/snk/SNK_Language.h>
@@ -57,14 +57,10 @@ void executeCommand(FML_FUNCTION *, FML_SYMBOL *result, FML_SYMBOL **arguments, 
     CMD_Manager *manager = CMD_Manager::getContext();
     if (!arguments[0]->value.text || !manager)
         return;
-    KIT_OStrStream output;
-    KIT_OStrStream errors;
-    manager->echoOff();
-    manager->execute(arguments[0]->value.text, 0, &output, &errors, 1, true);
-    manager->echoOn();
-    KIT_String text(capture == Capture::ERRORS ? errors.view() : output.view());
-    if (capture == Capture::BOTH && !errors.view().empty())
-        text.append(theErrorMarker).append(errors.view());
+    const CMD_CapturedRun run(*manager, arguments[0]->value.text);
+    KIT_String text(capture == Capture::ERRORS ? run.getErrors() : run.getOutput());
+    if (capture == Capture::BOTH && !run.getErrors().empty())
+        text.append(theErrorMarker).append(run.getErrors());
     makeOneLine(text);
     result->value.text = text.steal();
 }

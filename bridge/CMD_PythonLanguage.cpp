@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/bridge/CMD_PythonLanguage.h>
 
+#include <orvlang/bridge/CMD_CapturedRun.h>
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
-#include <orvlang/platform/kit/KIT_OStrStream.h>
 #include <orvlang/platform/osl/KIT_Interrupt.h>
 #include <orvlang/platform/snk/SNK_Language.h>
 
@@ -37,14 +37,11 @@ bool execute(const char *text, const SNK_TextTaker &output, const SNK_TextTaker 
     CMD_Manager &runner = manager();
     const int statusBefore = runner.getStatusCode();
     const unsigned refusalsBefore = KIT_Nesting::getRefusals();
-    KIT_OStrStream out, err;
-    runner.echoOff();
-    runner.execute(text, 0, &out, &err, 1, true);
-    runner.echoOn();
+    const CMD_CapturedRun run(runner, text);
     status = runner.getStatusCode();
     runner.setStatusCode(statusBefore);
-    output(out.view().data(), out.view().size());
-    errors(err.view().data(), err.view().size());
+    output(run.getOutput().data(), run.getOutput().size());
+    errors(run.getErrors().data(), run.getErrors().size());
     return refusalsBefore == KIT_Nesting::getRefusals();
 }
 
