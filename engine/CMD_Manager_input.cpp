@@ -15,7 +15,7 @@
 
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_Loop.h>
-#include <orvlang/platform/fml/FML.h>
+#include <orvlang/platform/fml/FML_ErrorScope.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
 #include <orvlang/platform/osl/KIT_Interrupt.h>
 
@@ -85,7 +85,7 @@ class CMD_Manager::ExecuteScope {
 public:
     ExecuteScope(CMD_Manager &owner, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases)
         : manager(owner), level(owner, owner.executeDepth), slots(owner.pushStreams(out, err)),
-          bits(owner.modeBits & theBits), pendingError(FML::theErrNo) {
+          bits(owner.modeBits & theBits) {
         manager.setModeBit(modeExpandAliases, (expandAliases & 1) != 0);
         manager.setModeBit(modeExpandHistory, (expandHistory & 1) != 0);
         manager.setModeBit(modeCaptureHistory, false);
@@ -93,9 +93,6 @@ public:
     ~ExecuteScope() {
         manager.modeBits = (manager.modeBits & ~theBits) | bits;
         manager.popStreams(slots);
-        // The statement that this one is nested in has yet to report its own expression error.
-        if (pendingError)
-            FML::theErrNo = pendingError;
     }
     ExecuteScope(const ExecuteScope &) = delete;
     ExecuteScope &operator=(const ExecuteScope &) = delete;
@@ -107,7 +104,8 @@ private:
     const LevelScope level;
     const StreamSlots slots;
     const unsigned bits;
-    const int pendingError;
+    // The statement that this one is nested in has yet to report its own expression error.
+    const FML_ErrorScope pendingError{ FML_ErrorScope::IfSet };
 };
 
 void CMD_Manager::execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err,

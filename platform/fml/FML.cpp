@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/fml/FML.h>
 
+#include <orvlang/platform/fml/FML_ErrorScope.h>
 #include <orvlang/platform/fml/FML_Evaluator.h>
 #include <orvlang/platform/fml/FML_Registry.h>
 
@@ -52,9 +53,9 @@ void fml_SetOptimization(int level) {
 }
 
 bool fml_Evaluate(const char *text, KIT_String &value, int thread) {
-    // A command that the expression runs clears the number, but an error before this expression is still to be told.
-    const int before = FML::theErrNo;
+    const FML_ErrorScope earlierError(
+        FML_ErrorScope::IfSet);   // a command that the expression runs clears the number
     const int error = text ? FML_Evaluator::get().evaluate(text, value, thread) : FML_SYNTAX_ERROR;
-    FML::theErrNo = before != FML_NO_ERROR ? before : error;
+    FML::theErrNo = error;
     return error == FML_NO_ERROR;
 }

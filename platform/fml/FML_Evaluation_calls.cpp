@@ -5,6 +5,7 @@
 #include <orvlang/platform/fml/FML_Evaluation.h>
 
 #include <orvlang/platform/fml/FML_Call.h>
+#include <orvlang/platform/fml/FML_ErrorScope.h>
 #include <orvlang/platform/fml/FML_Function.h>
 #include <orvlang/platform/fml/FML_Library.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
@@ -34,6 +35,17 @@ char *duplicate(std::string_view text) {
     std::copy(text.begin(), text.end(), copy);
     copy[text.size()] = '\0';
     return copy;
+}
+
+/// Returns the error that the function has left. Commands that it runs begin without one, and leave one only when it was
+/// not reported.
+int evaluateHost(FML_FUNCTION &function, FML_SYMBOL &result, FML_SYMBOL **arguments, int thread) {
+    const FML_ErrorScope earlierError(FML_ErrorScope::Always);
+    FML::theErrNo = FML_NO_ERROR;
+    const unsigned refusals = KIT_Nesting::getRefusals();
+    function.evaluate(&function, &result, arguments, thread);
+    // A recursion without end must not end as if nothing had happened.
+    return refusals != KIT_Nesting::getRefusals() ? FML_NESTING_TOO_DEEP : FML::theErrNo;
 }
 
 }   // namespace
@@ -136,16 +148,7 @@ void FML_Evaluation::callHost(FML_FUNCTION &function, std::size_t count) {
     FML_SymbolPointer result(fml_AllocSymbol(function.resultType, thread));
     if (!result)
         return fail(FML_WRONG_TYPE);
-    // Commands that the function runs begin with no error, and end with one only when nobody reported it.
-    const int before = FML::theErrNo;
-    FML::theErrNo = FML_NO_ERROR;
-    const unsigned refusals = KIT_Nesting::getRefusals();
-    function.evaluate(&function, result.get(), arguments.data(), thread);
-    // A recursion without end must not end as if nothing had happened.
-    if (refusals != KIT_Nesting::getRefusals())
-        FML::theErrNo = FML_NESTING_TOO_DEEP;
-    const int failure = FML::theErrNo;
-    FML::theErrNo = before;
+    const int failure = evaluateHost(function, *result, arguments.data(), thread);
     if (failure != FML_NO_ERROR)
         return fail(failure);
     top = values;
