@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::string_view theBlanks = " \t\n\r\f\v";
-
 /// The place in argument 0 that argument `i` tells; its nearer end when it lies outside.
 std::size_t placeIn(const FML_Call &call, std::size_t i) {
     const std::size_t length = call.text(0).size();
@@ -100,7 +98,7 @@ void replace(FML_Call &call) {
 
 void trimSides(FML_Call &call, bool atStart, bool atEnd) {
     std::string_view text = call.text(0);
-    const std::string_view what = call.textOr(1, theBlanks);
+    const std::string_view what = call.textOr(1, KITspaces);
     if (atStart)
         text.remove_prefix(std::min(text.find_first_not_of(what), text.size()));
     if (atEnd)

@@ -4,6 +4,7 @@
 // count from 0, and a negative index counts from the end.
 #include <orvlang/platform/fml/FML_Call.h>
 #include <orvlang/platform/fml/FML_Library.h>
+#include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
 #include <algorithm>
@@ -12,14 +13,12 @@
 
 namespace {
 
-constexpr std::string_view theBlanks = " \t\n\r\f\v";
-
 using Words = std::vector<std::string_view>;
 
 /// The words of argument 0, by the separators in that argument if it is given.
 Words splitWords(const FML_Call &call, std::size_t separatorArgument) {
     const std::string_view text = call.text(0);
-    const std::string_view separators = call.textOr(separatorArgument, theBlanks);
+    const std::string_view separators = call.textOr(separatorArgument, KITspaces);
     Words words;
     for (std::size_t at = text.find_first_not_of(separators); at != text.npos;) {
         const std::size_t end = std::min(text.find_first_of(separators, at), text.size());

@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/fml/fml_Vector.h>
 
+#include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 
 #include <string_view>
 
 namespace {
 
-constexpr std::string_view theBlanks = " \t\n\r\f\v";
-
 std::string_view trimBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(theBlanks);
+    const std::size_t first = text.find_first_not_of(KITspaces);
     if (first == std::string_view::npos)
         return {};
-    return text.substr(first, text.find_last_not_of(theBlanks) - first + 1);
+    return text.substr(first, text.find_last_not_of(KITspaces) - first + 1);
 }
 
 }   // namespace

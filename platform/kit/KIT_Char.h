@@ -6,6 +6,8 @@
 constexpr bool KITisSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
+/// All bytes for which it is true, to search for.
+inline constexpr char KITspaces[] = " \t\n\v\f\r";
 constexpr bool KITisDigit(char c) {
     return c >= '0' && c <= '9';
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <orvlang/platform/kit/KIT_CshTemplate.h>
 
+#include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_CshReference.h>
 #include <orvlang/platform/kit/KIT_StringCshIO.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
@@ -16,7 +17,7 @@ enum class ByteClass : unsigned char { plain, space, special };
 
 constexpr auto theByteClasses = [] {
     std::array<ByteClass, 256> classes{};
-    for (const char c : std::string_view(" \t\n\r\v\f"))
+    for (const char c : std::string_view(KITspaces))
         classes[static_cast<unsigned char>(c)] = ByteClass::space;
     for (const char c : std::string_view("'\"\\$`"))
         classes[static_cast<unsigned char>(c)] = ByteClass::special;

@@ -17,7 +17,6 @@ namespace {
 
 using Options = VIO_ListenerOptions;
 
-constexpr char theBlanks[] = " \t\r\n\v\f";
 constexpr double theShortestWait = 0.001;   // seconds
 constexpr double theLongestWait = 1000000;
 constexpr size_t theLargestCount = 1 << 30;   // a delivery has an int for its length
@@ -157,14 +156,14 @@ VIO_ListenerOptions VIO_ListenerOptions::parse(const char *text, std::ostream *c
 
 void VIO_ListenerOptions::readWords(const char *words, std::ostream *complaints) {
     const std::string_view text(words ? words : "");
-    for (size_t at = text.find_first_not_of(theBlanks); at < text.size();) {
-        const size_t end = std::min(text.find_first_of(theBlanks, at), text.size());
+    for (size_t at = text.find_first_not_of(KITspaces); at < text.size();) {
+        const size_t end = std::min(text.find_first_of(KITspaces, at), text.size());
         const std::string_view word = text.substr(at, end - at);
         const size_t sign = std::min(word.find_first_of("=:"), word.size());
         const std::string_view value = word.substr(std::min(sign + 1, word.size()));
         if (!readWord(word.substr(0, sign), value) && complaints)
             *complaints << "Wrong listener option " << word << std::endl;
-        at = text.find_first_not_of(theBlanks, end);
+        at = text.find_first_not_of(KITspaces, end);
     }
 }
 
