@@ -6,7 +6,6 @@
 
 #include <signal.h>
 
-#include <orvlang/builtins/CMD_WordLists.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_Directory.h>
 #include <orvlang/platform/kit/KIT_File.h>
@@ -109,7 +108,7 @@ void CMD_Manager::cmd_urm(CMD_Args &args) {
 
 void CMD_Manager::cmd_unix(CMD_Args &args) {
     KIT_WorkBuffer line;
-    CMDjoinArgs(args, 1, line);
+    args.fillCommandLine(line, 1, false);
     const char *const words[] = { "csh", "-f", "-c", line.c_str(), nullptr };
     // The keyboard's signals are for the child.
     const KIT_Signal ignored(theKeyboardSignals, SIG_IGN, false);

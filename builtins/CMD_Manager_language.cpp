@@ -4,7 +4,6 @@
 
 #include <ostream>
 
-#include <orvlang/builtins/CMD_WordLists.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
@@ -52,12 +51,14 @@ void CMD_Manager::cmd_alias(CMD_Args &args) {
     if (manager.findCommand(alias, 1) == commandFound)
         args.err(1) << "Warning:  alias for '" << alias << "' overrides internal command\n";
     KIT_WorkBuffer text;
-    CMDjoinArgs(args, 2, text);
+    args.fillCommandLine(text, 2, false);
     table.setAlias(alias, text.c_str());
 }
 
 void CMD_Manager::cmd_echo(CMD_Args &args) {
-    CMDprintArgs(args, 1, args.out());
+    KIT_WorkBuffer text;
+    args.fillCommandLine(text, 1, false);
+    args.out() << text.view();
     if (!args.found('n'))
         args.out() << std::endl;
 }
@@ -99,7 +100,7 @@ void CMD_Manager::cmd_prompt(CMD_Args &args) {
         return;
     }
     KIT_WorkBuffer text;
-    CMDjoinArgs(args, 1, text);
+    args.fillCommandLine(text, 1, false);
     manager.setPrompt(text.c_str());
 }
 
@@ -118,7 +119,7 @@ void CMD_Manager::cmd_source(CMD_Args &args) {
 
 void CMD_Manager::cmd_time(CMD_Args &args) {
     KIT_WorkBuffer line;
-    CMDjoinArgs(args, 1, line);
+    args.fillCommandLine(line, 1, false);
     args.quietErrors();
     KIT_StopWatch watch;
     watch.start();

@@ -7,7 +7,6 @@
 
 #include <iostream>
 
-#include <orvlang/builtins/CMD_WordLists.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_Number.h>
@@ -183,7 +182,7 @@ void CMD_Manager::cmd_message(CMD_Args &args) {
     if (args.found('b'))
         KIT_String::borrow(args.argp('b')).tokenizeInPlace(buttons, ",");
     KIT_WorkBuffer text;
-    CMDjoinArgs(args, 1, text);
+    args.fillCommandLine(text, 1, false);
     showHeader(args, text.view());
     if (buttons.argc() == 0)
         return;

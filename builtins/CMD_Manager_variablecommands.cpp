@@ -4,7 +4,6 @@
 
 #include <ostream>
 
-#include <orvlang/builtins/CMD_WordLists.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
@@ -17,14 +16,6 @@ namespace {
 /// The name of a script's argument.
 std::string argumentName(int number) {
     return "arg" + std::to_string(number);
-}
-
-void joinWords(const KIT_WorkArgs &words, int first, std::string &text) {
-    for (int i = first; i < words.argc(); ++i) {
-        if (i > first)
-            text += ' ';
-        text += words[i];
-    }
 }
 
 void listVariables(CMD_Manager &manager, std::ostream &os) {
@@ -89,7 +80,7 @@ void CMD_Manager::cmd_setCommon(CMD_Args &args, int local, int parent) {
             return;
         }
         KIT_WorkBuffer text;
-        CMDjoinArgs(args, 3, text);
+        args.fillCommandLine(text, 3, false);
         manager.setVariable(variable, text.c_str(), local, parent);
         return;
     }
@@ -102,7 +93,7 @@ void CMD_Manager::cmd_read(CMD_Args &args) {
         return args.showUsage();
     CMD_Manager &manager = *getContext();
     KIT_WorkBuffer names;
-    CMDjoinArgs(args, 1, names);
+    args.fillCommandLine(names, 1, false);
     manager.readVariables = names.c_str();
     manager.readLocal = args.found('g') ? 0 : 1;
 }
@@ -120,9 +111,7 @@ void CMD_Manager::setReadVariables(std::string_view line) {
             // A name without a word is a local one, whatever the command asked for.
             setVariable(variable, "", 1, 0);
         } else if (i + 1 == names.argc()) {
-            std::string text;
-            joinWords(values, i, text);
-            setVariable(variable, text.c_str(), readLocal, 0);
+            setVariable(variable, values.join(i).c_str(), readLocal, 0);
         } else {
             setVariable(variable, values[i], readLocal, 0);
         }

@@ -231,10 +231,8 @@ void CMD_Manager::echoStatement(const CMD_Source &source, const CMD_StatementFra
         return;
     std::ostream &out = *standardOutStack.last();
     const char *filename = source.getFilename();
-    out << (filename ? filename : "") << " (" << source.getLineNumber() << "): " << frame.words[0];
-    for (int i = 1; i < frame.words.argc(); ++i)
-        out << ' ' << frame.words[i];
-    out << std::endl;
+    out << (filename ? filename : "") << " (" << source.getLineNumber() << "): " << frame.words.join(0)
+        << std::endl;
 }
 
 CMD_Command *CMD_Manager::resolveCommand(CMD_StatementFrame &frame) {

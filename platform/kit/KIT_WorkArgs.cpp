@@ -3,6 +3,16 @@
 
 #include <algorithm>
 
+KIT_String KIT_WorkArgs::join(int first) const {
+    KIT_String text("");
+    for (int i = first; i < count; ++i) {
+        if (i > first)
+            text.append(' ');
+        text.append(std::string_view(table[i]));
+    }
+    return text;
+}
+
 void KIT_WorkArgs::appendSlowly(std::string_view word) {
     beginWord();
     appendPiece(word);

@@ -26,6 +26,9 @@ public:
         return static_cast<unsigned>(i) < static_cast<unsigned>(count) ? table[i] : nullptr;
     }
 
+    /// Returns the words from index first on, with a blank between each two; empty when there are none.
+    KIT_String join(int first) const;
+
     void clear() {
         used = 0;
         count = 0;
