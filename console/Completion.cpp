@@ -2,7 +2,6 @@
 #include "Completion.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstring>
 #include <filesystem>
 #include <set>
@@ -17,6 +16,7 @@
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/kit/KIT_StringArray.h>
+#include <orvlang/platform/kit/KIT_WorkBuffer.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
 
 #include "TypedStatement.h"
@@ -47,10 +47,8 @@ struct Found {
 };
 
 bool isBare(std::string_view name) {
-    return std::all_of(name.begin(), name.end(), [](char c) {
-        return (c & 0x80) || std::isalnum(static_cast<unsigned char>(c)) ||
-               std::string_view("_-./,:+@%").find(c) != std::string_view::npos;
-    });
+    return std::all_of(name.begin(), name.end(),
+                       [](char c) { return (c & 0x80) || KIT_WorkBuffer::isBare(c); });
 }
 
 /// The name within quotes that are open already, or after an opening one; closed unless the word continues. Backslashes

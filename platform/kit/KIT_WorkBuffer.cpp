@@ -7,17 +7,6 @@
 #include <cstdarg>
 #include <utility>
 
-namespace {
-
-bool isBareWord(std::string_view word) {
-    static constexpr std::string_view theMarks = "_-./,:+@%";
-    return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
-        return KITisAlnum(c) || theMarks.find(c) != theMarks.npos;
-    });
-}
-
-}   // namespace
-
 void KIT_WorkBuffer::prepend(std::string_view source) {
     KIT_String joined;
     joined.reserve(source.size() + text.length());
@@ -57,6 +46,11 @@ bool KIT_WorkBuffer::getline(std::FILE *file) {
     return !text.isEmpty();
 }
 
+bool KIT_WorkBuffer::isBare(char c) {
+    static constexpr std::string_view theMarks = "_-./,:+@%";
+    return KITisAlnum(c) || theMarks.find(c) != theMarks.npos;
+}
+
 char *KIT_WorkBuffer::lock(std::size_t length) {
     text.reserve(length);
     return text.data();
@@ -64,7 +58,7 @@ char *KIT_WorkBuffer::lock(std::size_t length) {
 
 void KIT_WorkBuffer::protectedStrcat(const char *source, bool always) {
     const std::string_view word = orEmpty(source);
-    if (!always && isBareWord(word)) {
+    if (!always && !word.empty() && std::all_of(word.begin(), word.end(), isBare)) {
         text.append(word);
         return;
     }

@@ -44,11 +44,13 @@ public:
 
     /// Appends source so that a line of the language reads it as exactly one word again, with nothing expanded
     /// and no part of it taken for syntax. Null counts as empty. Unless always is set, a source of nothing but
-    /// ASCII letters, digits and _-./,:+@% is not quoted.
+    /// bare bytes is not quoted.
     ///
     /// Backslashes at the end of source are the last bytes appended, outside of the quotes: nothing but a
     /// blank or a plain byte may then follow, above all not a quote, a ; or the end of the line.
     void protectedStrcat(const char *source, bool always);
+    /// Returns whether a byte means itself in a word without quotes: ASCII letters, digits and _-./,:+@%.
+    static bool isBare(char c);
 
     const char *c_str() const { return text.c_str(); }
     std::size_t length() const { return text.length(); }
