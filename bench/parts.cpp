@@ -12,7 +12,7 @@
 
 #include <orvlang/platform/kit/KIT_SymbolTable.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
-#include <orvlang/platform/osl/KIT_LockHolder.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 #include <orvlang/platform/osl/OSL_System.h>
 
 namespace {

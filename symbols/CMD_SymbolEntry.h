@@ -2,7 +2,7 @@
 #pragma once
 
 #include <orvlang/platform/kit/KIT_Export.h>
-#include <orvlang/platform/kit/KIT_LinkNode.h>
+#include <orvlang/platform/kit/KIT_LinkList.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
 /// One named text of a symbol list. The list owns it and protects it with its lock.

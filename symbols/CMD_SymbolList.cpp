@@ -5,7 +5,7 @@
 
 #include <orvlang/platform/kit/KIT_Char.h>
 #include <orvlang/platform/kit/KIT_Number.h>
-#include <orvlang/platform/osl/KIT_LockHolder.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 #include <orvlang/symbols/CMD_SymbolEntry.h>
 
 CMD_SymbolList::CMD_SymbolList() = default;

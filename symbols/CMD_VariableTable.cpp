@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include <orvlang/platform/osl/KIT_LockHolder.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 #include <orvlang/symbols/CMD_SaveLines.h>
 #include <orvlang/symbols/CMD_Variable.h>
 

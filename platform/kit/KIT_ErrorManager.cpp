@@ -6,7 +6,7 @@
 
 #include <orvlang/platform/kit/KIT_String.h>
 #include <orvlang/platform/osl/KIT_Immortal.h>
-#include <orvlang/platform/osl/KIT_LockHolder.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 
 static constinit KIT_Immortal<KIT_ErrorManager> theErrorManager;
 

@@ -4,6 +4,16 @@
 #include <ostream>
 #include <utility>
 
+KIT_LinkNode::~KIT_LinkNode() = default;
+
+const char *KIT_LinkNode::className() const {
+    return "KIT_LinkNode";
+}
+
+void KIT_LinkNode::outTo(std::ostream &os) const {
+    os << className();
+}
+
 KIT_LinkList::~KIT_LinkList() {
     destroyAll();
 }

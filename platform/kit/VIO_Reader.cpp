@@ -28,3 +28,7 @@ VIO_Reader::~VIO_Reader() {
     if (stream.descriptor >= 0)
         OSLsystem().close(stream.descriptor);
 }
+
+size_t VIO_ReaderStream::read(void *buffer, size_t count) {
+    return isGood() ? OSLreadAll(descriptor, buffer, count, failed) : 0;
+}

@@ -9,7 +9,7 @@
 
 #include <unistd.h>
 
-#include <orvlang/platform/osl/KIT_LockHolder.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 
 /// What is known of a name: its place in the table and, with room for a value, a string of our own for it.
 struct OSL_Environment::Text {

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
-#include <orvlang/platform/osl/KIT_LockHolder.h>
+#include <orvlang/platform/osl/KIT_Lock.h>
 #include <orvlang/platform/osl/KIT_Thread.h>
 
 // First, so that the lock is taken while the process has one thread.
