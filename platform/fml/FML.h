@@ -30,7 +30,7 @@ struct CMD_API FML {
     static constinit thread_local int theErrNo __attribute__((tls_model("initial-exec")));
 };
 
-/// The text for an error number, without an end of line. Empty for 0; never null.
+/// Returns the text for an error number, without an end of line. Empty for 0; never null.
 CMD_API const char *fml_GetErrorText(int number);
 
 /// For the evaluate callbacks of functions: makes the running expression fail with `number`. The first error
@@ -42,7 +42,7 @@ CMD_API void fml_setSafeMode(bool on);
 CMD_API bool fml_getSafeMode();
 
 /// 0: a call of a function is made at each evaluation, even when all its arguments are constants. Above 0, which
-/// is the state at start: a call whose function always gives the same result for them is made once, when the
+/// is the state at start: a call whose function always returns the same result for them is made once, when the
 /// expression is compiled.
 CMD_API void fml_SetOptimization(int level);
 
@@ -50,6 +50,6 @@ CMD_API void fml_SetOptimization(int level);
 /// one (null): a list of all functions, or with a `keyword` of those whose entry holds it in any case of letters.
 CMD_API void fml_PrintHelp(std::ostream &os, const char *name, const char *keyword);
 
-/// Evaluates the expression `text` and gives its result as text. When it fails the result is false, `value` is
-/// untouched and FML::theErrNo tells why. A null `text` is a syntax error.
+/// Evaluates the expression `text` and sets `value` to its result as text. On failure it returns false, `value` is
+/// unchanged and FML::theErrNo is the error. A null `text` is a syntax error.
 CMD_API bool fml_Evaluate(const char *text, KIT_String &value, int thread = 0);

@@ -4,11 +4,11 @@
 #include <algorithm>
 
 FML_Cache::Program FML_Cache::find(std::string_view text, std::size_t hash) {
-    for (Place &place : setOf(hash)) {
-        if (place.hash != hash || !place.program || place.text != text)
+    for (Slot &slot : setOf(hash)) {
+        if (slot.hash != hash || !slot.program || slot.text != text)
             continue;
-        place.lastUse = ++uses;
-        return place.program;
+        slot.lastUse = ++uses;
+        return slot.program;
     }
     return nullptr;
 }
@@ -24,9 +24,9 @@ bool FML_Cache::isWorthStoring(std::string_view text, std::size_t hash) {
 
 void FML_Cache::store(std::string_view text, std::size_t hash, Program program) {
     Set &set = setOf(hash);
-    const auto waitedLonger = [](const Place &a, const Place &b) { return a.lastUse < b.lastUse; };
-    Place &place = *std::min_element(set.begin(), set.end(), waitedLonger);
-    place = { hash, std::string(text), std::move(program), ++uses };
+    const auto usedEarlier = [](const Slot &a, const Slot &b) { return a.lastUse < b.lastUse; };
+    Slot &slot = *std::min_element(set.begin(), set.end(), usedEarlier);
+    slot = { hash, std::string(text), std::move(program), ++uses };
 }
 
 void FML_Cache::clear() {
@@ -39,6 +39,6 @@ std::size_t FML_Cache::entries() const {
     std::size_t count = 0;
     for (const Set &set : sets)
         count += static_cast<std::size_t>(
-            std::count_if(set.begin(), set.end(), [](const Place &place) { return place.program != nullptr; }));
+            std::count_if(set.begin(), set.end(), [](const Slot &slot) { return slot.program != nullptr; }));
     return count;
 }

@@ -14,7 +14,7 @@ class FML_Evaluation;
 /// `?:`, `||`, `&&`, `== !=`, `< <= > >=`, `+ -`, `* / %`, unary `- !`, `^`, which groups to the right.
 class FML_Compiler {
 public:
-    /// `evaluation` computes ahead what is constant; nothing may run in it meanwhile.
+    /// `evaluation` computes constant parts ahead; nothing else may run in it meanwhile.
     FML_Compiler(FML_Program &program, FML_Evaluation &evaluation) : program(program), evaluation(evaluation) {}
 
     /// Fills the program. After anything but FML_NO_ERROR it must not run.
@@ -33,7 +33,7 @@ private:
     void parseName();
     void parseCall(std::string_view name);
     void parseChoiceCall();
-    /// The list up to `close`, which is passed over; gives the number of values.
+    /// Parses a list up to `close` and returns the number of its values.
     unsigned parseList(FML_Token::Kind close);
 
     void addNumber(std::string_view text);
@@ -60,7 +60,7 @@ private:
     FML_Token token{ FML_Token::END, {}, false, {} };
     FML_ERROR error = FML_NO_ERROR;
     int nesting = 0;
-    std::size_t depth = 0;     // values on the stack at this place of the program
-    std::size_t landing = 0;   // no jump leads behind this place
+    std::size_t depth = 0;     // values on the stack at this instruction
+    std::size_t landing = 0;   // no jump leads to an instruction after this one
     std::string unescaped;     // of the string being read
 };

@@ -16,7 +16,7 @@
 struct FML_FUNCTION;
 
 /// Runs one program: the stack machine and everything that its values point to. A function that it calls may run
-/// commands whose expressions run in other evaluations; one that is at work serves nobody else.
+/// commands; their expressions run in other evaluations.
 class FML_Evaluation {
 public:
     FML_Evaluation() : texts(theTextBlock), scratch(theTextBlock) {}
@@ -26,7 +26,7 @@ public:
     /// An empty program, for one that is run once. Good until reset.
     FML_Program &getScratchProgram() { return scratch; }
 
-    /// True with `result` set, or false with the error that getError tells. `result` is good until reset.
+    /// Returns true with `result` set, or false with the error in getError. `result` is valid until reset.
     bool run(const FML_Program &program, int threadIndex, FML_Value &result);
     /// Runs a part of a program that takes nothing from the stack and has no jumps.
     bool runAhead(const FML_Program &program, std::size_t begin, std::size_t end, FML_Value &result);
@@ -36,15 +36,15 @@ public:
 
     // For the functions that are called.
 
-    /// The first failure stays.
+    /// Keeps the first failure.
     void fail(int number) {
         if (error == FML_NO_ERROR)
             error = number;
     }
     std::string_view textOf(FML_Value &value);
-    /// Whether a text may have that many bytes; false, and the evaluation has failed, when that is too long.
+    /// Returns whether a text may have that many bytes; if not, the evaluation has failed.
     bool allowText(std::size_t size);
-    /// Null, and the evaluation has failed, when that is too long for a text.
+    /// Returns null, and the evaluation has failed, when that is too long for a text.
     char *allocateText(std::size_t size);
     fml_Vector &newVector();
 
@@ -62,7 +62,7 @@ private:
     void callLibrary(const FML_LibraryFunction &function, std::size_t count);
     void callHost(FML_FUNCTION &function, std::size_t count);
     void convert(FML_Value &value, char kind);
-    /// Turns a value of a host's type into one of ours; other values stay.
+    /// Converts a value of a host's type to one of ours; other values do not change.
     void settle(FML_Value &value);
     bool isTrue(FML_Value &value);
     FML_SymbolPointer makeArgument(FML_Value &value, int typeCode);
@@ -75,7 +75,7 @@ private:
     void setNumber(FML_Value &value, double number);
 
     std::vector<FML_Value> stack;
-    FML_Value *top = nullptr;   // one behind the upper value
+    FML_Value *top = nullptr;   // one after the upper value
     int error = FML_NO_ERROR;
     int thread = 0;
 

@@ -10,15 +10,15 @@
 class FML_Evaluation;
 class KIT_String;
 
-/// The road of an expression: its text comes in, is compiled or found in the cache, runs in an evaluation, and the
-/// result leaves as text. One for the process, used by one thread at a time; running expressions may call it again.
+/// Evaluates expressions: compiles a text or finds it in the cache, runs it in an evaluation, and returns the result
+/// as text. One for the process, used by one thread at a time; running expressions may call it again.
 class FML_Evaluator {
 public:
     FML_Evaluator();
     ~FML_Evaluator();
     static FML_Evaluator &get();
 
-    /// Gives an error number, or FML_NO_ERROR with `value` set.
+    /// Returns an error number, or FML_NO_ERROR with `value` set.
     int evaluate(std::string_view text, KIT_String &value, int thread);
 
     const FML_Cache &getCache() const { return cache; }

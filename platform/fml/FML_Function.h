@@ -20,7 +20,7 @@ using FML_EvaluateCallback = void (*)(FML_FUNCTION *function, FML_SYMBOL *result
 /// Called once when a function is added, and when another one takes its name.
 using FML_FunctionCallback = void (*)(FML_FUNCTION *function);
 
-/// A function of expressions that a host brings. The record must stay in place once it has been added.
+/// A function of expressions that a host adds. The record must not be moved or freed afterwards.
 struct CMD_API FML_FUNCTION {
     constexpr FML_FUNCTION(unsigned flags, const char *name, int argumentCount, int resultType,
                            const int *argumentTypes, FML_EvaluateCallback evaluate, FML_FunctionCallback added,
@@ -41,6 +41,6 @@ struct CMD_API FML_FUNCTION {
     bool openEnded;                  // a call may have more arguments, of the last one's type
 };
 
-/// Makes `function` known to expressions, in place of an older one of its name. `help` is the text that
+/// Makes `function` known to expressions, instead of an older one of its name. `help` is the text that
 /// fml_PrintHelp shows below the name: how it is called, a line end, and what it does; not copied.
 CMD_API void fml_AddFunction(FML_FUNCTION *function, const char *help = nullptr);

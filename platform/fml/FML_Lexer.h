@@ -5,11 +5,11 @@
 
 #include <string_view>
 
-/// The smallest pieces of an expression.
+/// A token: the smallest piece of an expression.
 struct FML_Token {
     enum Kind : unsigned char {
         END,
-        BAD,        // no piece of an expression begins so
+        BAD,        // not the start of a token
         NUMBER,     // text: the number as written
         STRING,     // text: between the double quotes, escapes and references still in it
         LITERAL,    // text: between the single quotes

@@ -7,8 +7,8 @@
 class FML_Call;
 
 /// The arguments that a function of the library takes, written as a text with a letter for each: `n` a number,
-/// `t` a text, `v` a vector, `a` any value. What stands behind a `|` may be left out; a `*` at the end lets the
-/// last one stand any number of times more.
+/// `t` a text, `v` a vector, `a` any value. What comes after a `|` may be left out; with a `*` at the end the
+/// last one may be repeated.
 class FML_Signature {
 public:
     consteval FML_Signature(const char *text) {

@@ -45,11 +45,11 @@ struct FML_Instruction {
     unsigned operand;
 };
 
-/// What a name in a program stands for until it runs.
+/// A name in a program, which is looked up when it runs.
 struct FML_VariableReference {
     std::string_view name;   // ends with a NUL
     bool hasFallback = false;
-    std::string_view fallback = {};   // counts when the name is unknown
+    std::string_view fallback = {};   // used when the name is unknown
 };
 
 /// What a call in a program calls: one of the two is set.
@@ -65,7 +65,7 @@ class FML_Program {
 public:
     explicit FML_Program(std::size_t textBlock) : texts(textBlock) {}
 
-    /// A copy of text that lives as long as the program, with a NUL behind it.
+    /// Returns a copy of text that lives as long as the program and ends with a NUL.
     std::string_view keep(std::string_view text);
     void clear();
 

@@ -13,15 +13,15 @@
 
 class KIT_String;
 
-/// Where expressions read names. Both tell by their result whether the name is known.
+/// The look-ups of names in expressions. Both return whether the name is known.
 struct FML_NameSource {
-    /// The names that stand before all others. May be null.
+    /// The names that are tried before all others. May be null.
     bool (*fixed)(const char *name, KIT_String &value) = nullptr;
     /// Variables. May be null.
     bool (*variable)(const char *name, KIT_String &value, int thread) = nullptr;
 };
 
-/// Gives a symbol back when it goes out of scope.
+/// Frees a symbol when it goes out of scope.
 struct FML_SymbolDeleter {
     void operator()(FML_SYMBOL *symbol) const { fml_FreeSymbol(symbol); }
 };
@@ -33,14 +33,14 @@ public:
     static FML_Registry &get();
 
     void addFunction(FML_FUNCTION *function, const char *help);
-    /// A function of a host stands before one of the library.
+    /// Finds a function of a host before one of the library.
     FML_Callee findFunction(std::string_view name);
     /// The usage and the description of each function, by name. Empty for a function that has none.
     std::map<std::string, std::string> getHelp();
 
     void addType(const FML_TYPEDEF *type, bool front);
     const FML_TYPEDEF *findType(int code) const;
-    /// The symbol of the first type that knows `name`; null when none does.
+    /// Returns the symbol of the first type that knows `name`; null when none does.
     FML_SymbolPointer resolve(const char *name, int thread) const;
 
     FML_NameSource &getNames() { return names; }

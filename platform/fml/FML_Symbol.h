@@ -6,10 +6,10 @@
 class fml_Vector;
 struct FML_TYPEDEF;
 
-/// The type codes of the values that functions take and give. Types of hosts have codes from 16 on.
+/// The type codes of the arguments and results of functions. Types of hosts have codes from 16 on.
 enum FML_TYPE { FML_FLOAT = 0, FML_STRING = 1, FML_VECTOR = 5, FML_FIRST_HOST_TYPE = 16 };
 
-/// One machine word; the type of the symbol says which member counts.
+/// One machine word; the type of the symbol decides which member is used.
 union FML_VALUE {
     void *word;
     float number;
@@ -23,13 +23,13 @@ struct FML_SYMBOL {
     FML_VALUE value;
 };
 
-/// A type of values. The record must stay in place once it has been added.
+/// A type of values. The record must not be moved or freed once it has been added.
 struct FML_TYPEDEF {
     using Reserved = void (*)();
 
     int code;
     const char *name;
-    /// Gives a new symbol its first value; null: a value of zeros.
+    /// Sets the first value of a new symbol; null: a value of zeros.
     void (*allocate)(FML_SYMBOL *symbol);
     /// Frees what the value owns; null: nothing.
     void (*release)(FML_SYMBOL *symbol);
@@ -43,11 +43,11 @@ struct FML_TYPEDEF {
 };
 
 /// Lets the names that `type` resolves be used in expressions. Names known to the time line come first, then the
-/// types in the order in which they were added; with `front` not 0 this one stands before the others. A type
+/// types in the order in which they were added; with `front` not 0 this one is tried before the others. A type
 /// that is null, or whose code is taken, changes nothing.
 CMD_API void fml_AddVariableType(const FML_TYPEDEF *type, int front);
 
-/// A new symbol of a type, with its first value; null when there is no such type. Give it back with
-/// fml_FreeSymbol, or by returning it from a resolver.
+/// Returns a new symbol of a type, with its first value; null when there is no such type. It is freed by
+/// fml_FreeSymbol, or returned from a resolver.
 CMD_API FML_SYMBOL *fml_AllocSymbol(int typeCode, int thread);
 CMD_API void fml_FreeSymbol(FML_SYMBOL *symbol);

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-/// Memory for the texts that one evaluation makes. All of it is given back at once, by clear.
+/// Memory for the texts that one evaluation makes. All of it is freed at once, by clear.
 class FML_TextArena {
 public:
     explicit FML_TextArena(std::size_t blockSize) : blockSize(blockSize) {}
 
-    /// Room for `size` bytes, good until clear. Throws std::bad_alloc.
+    /// Returns room for `size` bytes, valid until clear. Throws std::bad_alloc.
     char *allocate(std::size_t size) {
         if (size > static_cast<std::size_t>(limit - cursor))
             addBlock(size);
@@ -22,11 +22,11 @@ public:
 
     std::string_view copy(std::string_view text);
 
-    /// `left` with `right` behind it. When `left` is the last text that was made here it grows in place, so that
-    /// putting a text together piece by piece takes linear time.
+    /// Returns `left` followed by `right`. When `left` is the last text that was made here it grows in place, so that
+    /// building a text piece by piece takes linear time.
     std::string_view join(std::string_view left, std::string_view right);
 
-    /// Forgets all texts; the first block is kept for the next ones.
+    /// Frees all texts; the first block is kept for the next ones.
     void clear();
 
 private:

@@ -116,7 +116,7 @@ void repeat(FML_Call &call) {
     if (!room || size == 0)
         return;
     std::copy(text.begin(), text.end(), room);
-    // What is there is copied behind itself, so that the number of steps grows with the logarithm only.
+    // Each step doubles the text by a copy of it, so that there are few steps.
     for (std::size_t done = text.size(); done < size; done *= 2)
         std::memcpy(room + done, room, std::min(done, size - done));
 }
@@ -127,7 +127,8 @@ void reverse(FML_Call &call) {
         std::reverse_copy(text.begin(), text.end(), room);
 }
 
-/// Fills up to the width in argument 1 with argument 2; `before` of two such fillings stand in front.
+/// Pads the text to the width in argument 1 with argument 2. `before` halves of the padding come before the text: 0 for
+/// none of it, 1 for half, 2 for all.
 void pad(FML_Call &call, int before) {
     const std::string_view text = call.text(0);
     const std::string_view fill = call.textOr(2, " ");

@@ -20,7 +20,7 @@ struct FML_Value {
     enum Numeric : unsigned char { UNKNOWN, YES, NO };
 
     Kind kind = NUMBER;
-    Numeric numeric = YES;   // of a text: whether it is a number, once somebody asked
+    Numeric numeric = YES;   // of a text: whether it is a number, once that was asked
     double number = 0;       // when numeric is YES
     std::string_view text;   // of a text; a null one has no data
     union {
@@ -40,7 +40,7 @@ struct FML_Value {
         value.text = text;
         return value;
     }
-    /// A text of which it is known that it is that number.
+    /// Returns a text that is known to be that number.
     static FML_Value ofNumberText(std::string_view text, double number) {
         FML_Value value;
         value.kind = TEXT;
@@ -63,7 +63,7 @@ struct FML_Value {
         return value;
     }
 
-    /// Whether it counts as a number, which is then in `number`.
+    /// Returns whether it counts as a number, which is then in `number`.
     bool isNumber() {
         if (numeric == UNKNOWN)
             numeric = KITisNumber(text, &number) ? YES : NO;

@@ -11,22 +11,22 @@
 class CMD_API fml_Vector {
 public:
     /// Replaces the entries by the numbers in `text`: numbers with blanks or commas between them, with or without
-    /// one pair of square brackets around them all. Gives non-zero on success; 0, with the entries untouched, when
-    /// `text` is null or anything else. Nothing but blanks is no vector, while `[]` is the empty one.
+    /// one pair of square brackets around them all. Returns non-zero on success; 0, with the entries unchanged, when
+    /// `text` is null or anything else. Nothing but blanks is not a vector, while `[]` is the empty one.
     int scan(std::string_view text);
     int scan(const char *text) { return scan(std::string_view(text ? text : "")); }
 
     int entries() const { return static_cast<int>(values.size()); }
-    /// Makes it hold at least `count` entries; new ones are 0.
+    /// Grows to at least `count` entries; new ones are 0.
     void grow(int count);
     /// Stores at `index`; an index outside the vector is ignored.
     void setValue(int index, double value);
-    /// The entry at `index`; 0 outside the vector.
+    /// Returns the entry at `index`; 0 outside the vector.
     double getValue(int index) const;
     void append(double value) { values.push_back(value); }
     void clear() { values.clear(); }
 
-    /// The text that scan reads back: `[1, 2, 3]`. Appended to `out`.
+    /// Appends the text that scan reads back: `[1, 2, 3]`.
     void appendText(std::string &out) const;
 
     std::vector<double>::const_iterator begin() const { return values.begin(); }

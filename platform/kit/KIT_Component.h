@@ -4,13 +4,13 @@
 #include <string>
 
 /// A part of the library that needs another, large library: a shared object of its own in the folder `orvlang` beside
-/// this one, loaded when it is first asked for, so that nobody else pays for it. The two know of each other tables of
-/// plain functions and no symbols.
+/// this one. It is loaded at its first use, so that programs without that use do not pay for it. The two call each other
+/// through tables of plain functions and share no symbols.
 class KIT_Component {
 public:
-    /// Loads the shared object `fileName` and gives the address of `function` in it; it stays loaded for good.
-    /// `globalLibrary` is loaded in front of it with its symbols visible to all; null for none. Null when anything is
-    /// missing: `failure` then tells why.
+    /// Loads the shared object `fileName`, which remains loaded, and returns the address of `function` in it.
+    /// `globalLibrary` is loaded before it, with its symbols visible to all; null for none. Returns null, with the reason
+    /// in `failure`, when anything is missing.
     static void *load(const char *fileName, const char *function, const char *globalLibrary,
                       std::string &failure);
 };

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
-/// Reads the references to variables of one text, $name, ${name} and ${name:-text}, in the order of their
-/// places. A name is a letter or _ and then letters, digits and _, in ASCII.
+/// Reads the references to variables of one text, $name, ${name} and ${name:-text}, from its start to its
+/// end. A name is a letter or _ and then letters, digits and _, in ASCII.
 class KIT_CshReference {
 public:
     enum class Form { plain, braced, withFallback };
@@ -13,15 +13,15 @@ public:
     /// whole must outlive this object.
     explicit KIT_CshReference(std::string_view whole) : text(whole) {}
 
-    /// Reads the reference at the $ that stands at place at; places only go up from call to call. False when
-    /// there is none. Inside double quotes, which quoted says, a reference has to end before the next one.
+    /// Reads the reference that begins with the $ at an offset, which only grows from call to call. Returns false when
+    /// there is none. Inside double quotes (`quoted`) a reference has to end before the next one.
     bool read(std::size_t at, bool quoted);
 
     // What read has found, as parts of the text.
     std::string_view name() const { return foundName; }
-    /// The text behind :- or nothing.
+    /// Returns the text after :- or nothing.
     std::string_view fallback() const { return foundFallback; }
-    /// From the $ to the end of the reference, in bytes.
+    /// Returns the bytes from the $ to the end of the reference.
     std::size_t length() const { return foundLength; }
     Form form() const { return foundForm; }
 

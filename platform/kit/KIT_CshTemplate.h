@@ -15,12 +15,12 @@ class KIT_WorkArgs;
 /// A statement taken apart: its words, made of literal text and of references that each expansion looks up
 /// anew. parse depends on the text alone, so a template may be kept with a text that runs again.
 ///
-/// Words stand between white space.
+/// Words are separated by white space.
 /// - '...' is literal; \' \\ and \n in it are a quote, a backslash and a newline, any other backslash stays.
 /// - "..." keeps what it holds in one word; a backslash in it makes " \ $ or a backquote literal and
 ///   otherwise stays.
 /// - Outside of quotes a backslash makes the next byte literal; at the end of the text it is itself.
-/// - $name, ${name} and ${name:-text} are a variable; text, up to the }, stands in when it is undefined or
+/// - $name, ${name} and ${name:-text} are a variable; text, up to the }, replaces it when it is undefined or
 ///   empty, and is not expanded. A $ before anything else is itself.
 /// - `...` is an expression, up to the next backquote that has no backslash right before it; a backslash
 ///   before a backquote is dropped, and inside double quotes also one before a double quote. All other bytes
@@ -39,7 +39,7 @@ public:
     /// The same for a text in which $ and backquotes are bytes like others, and nothing is redirected.
     void parseQuotesOnly(std::string_view text);
 
-    /// Makes the words and gives their number; what stood in words and io before is lost.
+    /// Replaces the content of words and io, and returns the number of words.
     ///
     /// With a null lookup its references are literal text, as written, save that a \" in a backquoted text
     /// inside double quotes is a " already; so that a second parse of the word finds the same expression.
@@ -58,9 +58,9 @@ private:
     };
     enum class Redirect : std::uint8_t { none, out, appendOut, err, appendErr, in };
     struct Segment {
-        std::uint32_t start;   // in the arena; a NUL stands behind all but literal text
+        std::uint32_t start;   // in the arena; all but literal text ends with a NUL
         std::uint32_t length;
-        std::uint32_t defaultLength;   // of the text that stands behind the NUL of a defaultName
+        std::uint32_t defaultLength;   // of the text after the NUL of a defaultName
         Kind kind;
         bool quoted;
     };

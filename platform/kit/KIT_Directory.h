@@ -6,14 +6,14 @@
 
 class KIT_StringArray;
 
-/// The names in one directory. Each question reads it anew.
+/// The names in one directory. Each call reads it anew.
 class CMD_API KIT_Directory {
 public:
-    /// A relative path starts at the base, or at what is the current directory now when base is null. With a non-zero
-    /// `hidesPoints` names with a point in front match only a pattern that begins with one, as in a shell.
+    /// A relative path starts at the base; with a null base at what is the current directory now. With a non-zero
+    /// `hidesPoints` names that begin with a point match only a pattern that begins with one, as in a shell.
     KIT_Directory(const char *path, const char *base, int hidesPoints);
 
-    /// Appends the names that match, in no order, and gives how many; 0 when the directory cannot be read. Patterns are
+    /// Appends the names that match, in no order, and returns how many; 0 when the directory cannot be read. Patterns are
     /// those of fnmatch(3): `*`, `?`, `[...]`, and a backslash for the next character itself. A null pattern matches
     /// every name. `.` and `..` are never among them.
     int getFiles(const char *pattern, KIT_StringArray &names) const;

@@ -10,7 +10,7 @@ public:
 
     /// Runs the exit callbacks, the last registered first, flushes the standard streams and ends the process.
     [[noreturn]] static void exit(int code = 0);
-    /// The same; for a code that somebody asked for, while `exit` is told of success or failure.
+    /// The same, with any code: `exit` is for success or failure.
     [[noreturn]] static void exitWithSpecificCode(int code);
 
     /// A callback with the same data counts once. It runs once, and may itself register others or end the process.

@@ -18,14 +18,14 @@ public:
     KIT_IStream(const KIT_IStream &) = delete;
     KIT_IStream &operator=(const KIT_IStream &) = delete;
 
-    /// Gives the next line without its terminator. The last line needs none. False at the end, and the line is empty.
+    /// Reads the next line without its terminator. The last line needs none. At the end false, and the line is empty.
     bool getLine(KIT_WorkBuffer &line, char terminator);
-    /// The same without a copy: the view lies in the memory of the stream.
+    /// The same without a copy: the view points into the memory of the stream.
     bool getLine(std::string_view &line, char terminator);
-    /// Copies up to count bytes and gives how many; 0 at the end.
+    /// Copies up to count bytes and returns how many; 0 at the end.
     size_t bread(void *buffer, size_t count);
 
-    /// Bytes not read yet.
+    /// Returns the number of bytes not read yet.
     size_t remaining() const { return static_cast<size_t>(end - next); }
 
 protected:

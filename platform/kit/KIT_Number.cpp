@@ -20,36 +20,36 @@ const char *skipSpace(const char *at, const char *end) {
     return at;
 }
 
-/// Steps over a sign; true for a minus.
-bool takeSign(const char *&at, const char *end) {
+/// Skips a sign; returns true for a minus.
+bool skipSign(const char *&at, const char *end) {
     if (at == end || (*at != '-' && *at != '+'))
         return false;
     return *at++ == '-';
 }
 
-/// Whether the decimal number between at and end, which no double holds, is too small and not too large.
+/// Returns whether a decimal number that std::from_chars found out of range is too near to 0; if not, it is too large.
 bool isTooSmall(const char *at, const char *end) {
-    long scale = 0;   // of the first digit that is not 0, above the point
-    bool behindPoint = false;
+    long scale = 0;   // the digits are 0.ddd times ten to this power
+    bool afterPoint = false;
     bool significant = false;
     for (; at != end && *at != 'e' && *at != 'E'; ++at) {
         significant = significant || (*at != '0' && *at != '.');
         if (*at == '.')
-            behindPoint = true;
-        else if (significant != behindPoint)
+            afterPoint = true;
+        else if (significant != afterPoint)
             scale += significant ? 1 : -1;
     }
     if (at == end)
         return scale <= 0;
     ++at;
-    const bool negative = takeSign(at, end);
+    const bool negative = skipSign(at, end);
     long exponent = 0;
     if (std::from_chars(at, end, exponent).ec != std::errc())
         return negative;
     return scale + (negative ? -exponent : exponent) <= 0;
 }
 
-/// Reads what std::from_chars takes for a number without a sign. The place behind it, at itself for none.
+/// Reads a number without a sign, as std::from_chars does. Returns the end of it, at itself when there is none.
 const char *readUnsigned(const char *at, const char *end, double &value) {
     // Most numbers are short and whole.
     const char *digit = at;
@@ -60,10 +60,10 @@ const char *readUnsigned(const char *at, const char *end, double &value) {
         value = static_cast<double>(whole);
         return digit;
     }
-    const auto [behind, error] = std::from_chars(at, end, value);
+    const auto [after, error] = std::from_chars(at, end, value);
     if (error == std::errc::result_out_of_range)
-        value = isTooSmall(at, behind) ? 0.0 : std::numeric_limits<double>::infinity();
-    return behind;
+        value = isTooSmall(at, after) ? 0.0 : std::numeric_limits<double>::infinity();
+    return after;
 }
 
 bool isHexDigit(char c) {
@@ -78,10 +78,10 @@ bool beginsHexadecimal(const char *at, const char *end) {
 
 double readHexadecimal(const char *at, const char *end) {
     double value = 0;
-    const auto [behind, error] = std::from_chars(at, end, value, std::chars_format::hex);
+    const auto [after, error] = std::from_chars(at, end, value, std::chars_format::hex);
     if (error != std::errc::result_out_of_range)
         return value;
-    const std::string_view number(at, static_cast<std::size_t>(behind - at));
+    const std::string_view number(at, static_cast<std::size_t>(after - at));
     const bool tooSmall = number.find("p-") != number.npos || number.find("P-") != number.npos;
     return tooSmall ? 0.0 : std::numeric_limits<double>::infinity();
 }
@@ -91,7 +91,7 @@ double readHexadecimal(const char *at, const char *end) {
 double KITatof(std::string_view text) {
     const char *end = text.data() + text.size();
     const char *at = skipSpace(text.data(), end);
-    const bool negative = takeSign(at, end);
+    const bool negative = skipSign(at, end);
     double value = 0;
     if (at == end || *at == '-')
         return 0;
@@ -113,17 +113,17 @@ int KITatoi(std::string_view text) {
 std::size_t KITscanNumber(std::string_view text, double *value) {
     const char *end = text.data() + text.size();
     const char *at = text.data();
-    const bool negative = takeSign(at, end);
+    const bool negative = skipSign(at, end);
     // Only these may begin a number here: std::from_chars also reads a sign, inf and nan.
     if (at == end || (!KITisDigit(*at) && *at != '.'))
         return 0;
     double result = 0;
-    const char *behind = readUnsigned(at, end, result);
-    if (behind == at)
+    const char *after = readUnsigned(at, end, result);
+    if (after == at)
         return 0;
     if (value)
         *value = negative ? -result : result;
-    return static_cast<std::size_t>(behind - text.data());
+    return static_cast<std::size_t>(after - text.data());
 }
 
 bool KITisNumber(std::string_view text, double *value) {
@@ -138,7 +138,7 @@ bool KITisNumber(std::string_view text, double *value) {
 std::size_t KITscanInteger(std::string_view text, int *value) {
     const char *end = text.data() + text.size();
     const char *at = text.data();
-    const bool negative = takeSign(at, end);
+    const bool negative = skipSign(at, end);
     const char *first = at;
     std::int64_t result = 0;
     for (; at != end && KITisDigit(*at); ++at) {
@@ -158,9 +158,9 @@ std::size_t KITscanInteger(std::string_view text, int *value) {
 
 namespace {
 
-std::string_view finish(KIT_NumberText &room, char *behind) {
-    *behind = 0;
-    return { room.text, static_cast<std::size_t>(behind - room.text) };
+std::string_view finish(KIT_NumberText &room, char *after) {
+    *after = 0;
+    return { room.text, static_cast<std::size_t>(after - room.text) };
 }
 
 /// At most so many significant digits, without zeros at the end: %g with that precision.

@@ -13,34 +13,34 @@ struct KIT_NumberText {
 
 // Numbers are read and written in the form of the C locale, whatever locale the host has set.
 
-/// The number that text begins with, by the rules of atof: leading white space, a sign, then a decimal or
+/// Returns the number that text begins with, by the rules of atof: leading white space, a sign, then a decimal or
 /// hexadecimal number, inf or nan; what follows is ignored. 0 without a number, an infinity for what is too
 /// large, 0 for what is too small.
 CMD_API double KITatof(std::string_view text);
 
-/// The whole number that text begins with, by the rules of atoi: leading white space, a sign, digits; what
+/// Returns the whole number that text begins with, by the rules of atoi: leading white space, a sign, digits; what
 /// follows is ignored. 0 without a digit; what does not fit becomes the nearest int.
 CMD_API int KITatoi(std::string_view text);
 
-/// How many bytes of text make up the number that it begins with: a sign, digits with at most one point, an
+/// Returns how many bytes of text are the number that it begins with: a sign, digits with at most one point, an
 /// exponent. No blanks, hexadecimal digits, inf or nan. 0 when text does not begin with a number; otherwise
 /// *value, unless value is null, is that number.
 CMD_API std::size_t KITscanNumber(std::string_view text, double *value);
 
-/// True when the whole of text is one number for KITscanNumber; then *value is set unless value is null.
+/// Returns true when all of text is one number for KITscanNumber; then *value is set unless value is null.
 CMD_API bool KITisNumber(std::string_view text, double *value);
 
-/// How many bytes of text make up the whole number that it begins with: a sign and digits. 0 when there is
+/// Returns how many bytes of text are the whole number that it begins with: a sign and digits. 0 when there is
 /// none; otherwise *value, unless value is null, is the number, or the nearest int.
 CMD_API std::size_t KITscanInteger(std::string_view text, int *value);
 
-/// The text that printf makes with %g: up to six significant digits. The result lies in room.
+/// Returns the text that printf writes with %g, up to six significant digits; it is in room.
 CMD_API std::string_view KITformatFloat(float value, KIT_NumberText &room);
 
-/// A whole number of up to 15 digits without point or exponent, any other number with up to 15 significant
-/// digits and no trailing zeros, as printf makes it with %.15g. There is no negative zero. The result lies in
+/// Returns a whole number of up to 15 digits without point or exponent, any other number with up to 15 significant
+/// digits and no trailing zeros, as printf writes it with %.15g. There is no negative zero. The result is in
 /// room.
 CMD_API std::string_view KITformatNumber(double value, KIT_NumberText &room);
 
-/// Decimal digits, with a sign when negative. The result lies in room.
+/// Returns decimal digits, with a sign when negative; they are in room.
 CMD_API std::string_view KITformatInt(long long value, KIT_NumberText &room);

@@ -17,7 +17,7 @@ public:
     ~KIT_OFStream() override;
 
     bool isOpen() const { return buffer.descriptor >= 0; }
-    /// Writes what is left and closes; badbit is set when that fails. The destructor cannot tell.
+    /// Writes what is left and closes; badbit is set when that fails, which the destructor cannot report.
     void close();
 
 private:

@@ -9,11 +9,11 @@
 #include <orvlang/platform/kit/KIT_Export.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
-/// Texts by name: the header of a request, settings. A name that is given again has the later text.
+/// Texts by name: the header of a request, settings. A later text of a name replaces the earlier one.
 class CMD_API KIT_Options {
 public:
     void setString(std::string_view name, std::string_view value);
-    /// Null when the name was never given. Good until the next change.
+    /// Returns null for an unknown name. Valid until the next change.
     const KIT_String *findString(std::string_view name) const;
     std::size_t entries() const { return values.size(); }
 

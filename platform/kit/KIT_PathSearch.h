@@ -10,38 +10,38 @@
 class KIT_String;
 class KIT_StringArray;
 
-/// Looks files up by name in the directories of a known path.
+/// Looks up files by name in the directories of a path.
 ///
 /// The general path: the directories of $ORVANE_PATH (separated by colons), $ORP, $JOB, $HOME/.orvane, then the
-/// share folder of the installation, which is found from where the library lies. The script path: the same with
-/// /scripts behind each. A directory that comes twice counts once. The list is put together when it is first
-/// needed, and again when it is needed after rehashAll: a change of those variables alone does nothing.
-/// A file or directory that is found by two ways, through a link for instance, counts once, too.
+/// share folder of the installation, which is found from the folder of the library. The script path: the same with
+/// /scripts after each. A directory that comes twice counts once. The list is made when it is first needed, and
+/// again when it is needed after rehashAll: a change of those variables alone has no effect.
+/// A file or directory that is found in two ways, through a link for instance, counts once, too.
 /// Not for several threads at a time.
 class CMD_API KIT_PathSearch {
 public:
     /// 0 is the general path, 7 the path of scripts; any other number is the general path.
     static KIT_PathSearch *getInstance(int path);
     static void rehashAll();
-    /// $HOME/.orvane, the folder of the user's own files; `.orvane` when there is no $HOME. Valid until the next call.
+    /// Returns $HOME/.orvane, the folder of the user's own files; `.orvane` without $HOME. Valid until the next call.
     static const char *getHomeOrvane();
-    /// The folder that the library was loaded from, or that of the program which has it inside; no slash at its end.
+    /// Returns the folder of the library, or of the program that it is linked into; without a slash at its end.
     static const std::string &getCodeFolder();
 
-    /// Looks for a readable file that is no directory. Non-zero when there is one: found is its name with the
-    /// directory in front; otherwise found is left alone. An absolute name is tested as it is. The name may be the
-    /// text of found. A null or empty name is nowhere.
+    /// Looks for a readable file that is not a directory. Returns non-zero when there is one, with its path in `found`;
+    /// otherwise `found` is unchanged. An absolute name is tested as it is. The name may be the text of `found`. A null
+    /// or empty name is never found.
     int orvaneFindFile(const char *name, KIT_String &found);
     /// The same for a directory.
     int orvaneFindDirectory(const char *name, KIT_String &found);
-    /// Appends every file of that name, in the order of the path, and gives how many.
+    /// Appends every file of that name, in the order of the path, and returns how many.
     int findAllFiles(const char *name, KIT_StringArray &files);
     int findAllDirectories(const char *name, KIT_StringArray &found);
 
-    /// The directories of the path in order, whether they exist or not. Valid until rehashAll.
+    /// Returns the directories of the path in order, whether they exist or not. Valid until rehashAll.
     const std::vector<std::string> &getDirectories();
-    /// The same without $ORP and $JOB: those follow the user's working folder, which may be anybody's, so nothing
-    /// that runs as code is taken from there.
+    /// The same without $ORP and $JOB: those follow the working folder, which may belong to another user, so no code
+    /// is loaded from there.
     const std::vector<std::string> &getTrustedDirectories();
 
     explicit constexpr KIT_PathSearch(const char *below) : subfolder(below) {}
@@ -56,7 +56,7 @@ private:
     void refresh();
     void add(std::string_view directory, bool trusted);
 
-    const char *subfolder;   // put behind each directory; borrowed
+    const char *subfolder;   // appended to each directory; borrowed
     unsigned int generation = 0;
     std::vector<std::string> directories;
     std::vector<std::string> trustedDirectories;

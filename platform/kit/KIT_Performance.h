@@ -11,16 +11,16 @@
 /// Measures how long pieces of work take, such as the statements of a language. Pieces nest. Of each there is the total
 /// time and its own, which is the total without the pieces inside. Not for several threads at a time.
 ///
-/// Where the log goes is its type: with the type "stdout" each piece that ends is told on the standard output; with the
-/// type "window" they are counted, and a table is shown when that type is left, logging is switched off or the process
-/// ends.
+/// The type of the log is its destination. With the type "stdout" each piece is reported on standard output at its end;
+/// with the type "window" they are counted, and a table is shown when that type is left, logging is switched off or the
+/// process ends.
 class CMD_API KIT_Performance {
 public:
     enum : int { logOff = 0, logWindow = 1, logStdout = 2 };
     enum : int { filterNone = 0, filterMilliseconds = 1, filterSeconds = 2 };
     enum : unsigned { flagEnabled = 1 };
 
-    // To be read, and the filter also to be set, by whoever controls the log.
+    // For the caller that controls the log: to be read, the filter also to be set.
 
     int type = logOff;
     /// Pieces that took less than that unit, all together in a row of the table, are left out.
@@ -31,14 +31,14 @@ public:
     void logEnable(int on);
     bool isEnabled() const { return flags & flagEnabled; }
 
-    /// Brackets a piece of work; an end must follow each begin, whether logging is still on or not. At the end the piece
-    /// gets the name of what was done and a place in a script. Without a place (empty) it counts for its name alone, and
+    /// Brackets a piece of work; an end must follow each begin, whether logging is still on or not. The end has
+    /// the name of the piece and its line in a script. Without a script (an empty file) it counts for its name alone, and
     /// without a name only as time that passed inside of another piece.
     void begin();
     void end(std::string_view name, std::string_view file, int line);
 
-    /// Has a host show the table in a window of its own; otherwise, and with null, it goes to standard error. So it does
-    /// at the end of a process that does not end through KIT_Exit.
+    /// Sets a function of the host that shows the table in a window of its own. With null, and at the end of a process that
+    /// does not end through KIT_Exit, the table goes to standard error.
     using ShowFunction = void (*)(const char *table, void *data);
     void setWindow(ShowFunction function, void *functionData);
     /// Shows the table, unless it is empty, and begins a new one.

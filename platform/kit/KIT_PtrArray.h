@@ -6,15 +6,15 @@
 #include <type_traits>
 #include <vector>
 
-/// A list of pointers, of which each may be null. What they point to is not touched: it belongs to whoever
-/// the field's comment names.
+/// A list of pointers, of which each may be null. The list does not own what they point to; the comment at each
+/// field of this type says what does.
 template <class T>
 class KIT_PtrArray {
     static_assert(std::is_pointer_v<T>);
 
 public:
     int entries() const { return static_cast<int>(pointers.size()); }
-    /// i must lie inside the count.
+    /// i must be inside the count.
     T &operator[](int i) {
         assert(i >= 0 && i < entries());
         return pointers[static_cast<unsigned>(i)];
@@ -23,7 +23,7 @@ public:
         assert(i >= 0 && i < entries());
         return pointers[static_cast<unsigned>(i)];
     }
-    /// Null when the list is empty.
+    /// Returns null when the list is empty.
     T last() const { return pointers.empty() ? nullptr : pointers.back(); }
     auto begin() { return pointers.begin(); }
     auto end() { return pointers.end(); }
@@ -31,10 +31,10 @@ public:
     auto end() const { return pointers.end(); }
 
     void append(T pointer) { pointers.push_back(pointer); }
-    /// The first place of pointer; -1 when it is not in the list.
+    /// Returns the index of the first entry that is pointer; -1 when there is none.
     int find(T pointer) const {
-        const auto place = std::find(pointers.begin(), pointers.end(), pointer);
-        return place == pointers.end() ? -1 : static_cast<int>(place - pointers.begin());
+        const auto found = std::find(pointers.begin(), pointers.end(), pointer);
+        return found == pointers.end() ? -1 : static_cast<int>(found - pointers.begin());
     }
     /// Removes the first entry that is pointer and closes the gap; false when there is none.
     bool remove(T pointer) {
@@ -53,8 +53,8 @@ public:
     void collapse() { std::erase(pointers, nullptr); }
     void clear() { pointers.clear(); }
 
-    /// Orders the entries by a function of two of them whose result stands to 0 as the first to the second.
-    /// Entries that it calls equal keep their order.
+    /// Orders the entries by a function of two of them, whose result is negative, 0 or positive as for strcmp.
+    /// Entries for which it is 0 keep their order.
     template <class Compare>
     void sort(Compare compare) {
         std::stable_sort(pointers.begin(), pointers.end(), [&](T a, T b) { return compare(a, b) < 0; });

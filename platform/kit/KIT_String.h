@@ -13,19 +13,19 @@ class KIT_String;
 class KIT_StringCshIO;
 class KIT_WorkArgs;
 
-/// Looks something up by its text: a variable by its name, or the value of an expression. True when there is
-/// a value, which then stands in value; value comes in empty. It may borrow a text that stays as it is until
-/// the caller has copied it, which happens before anything else is looked up.
+/// Looks something up by its text: a variable by its name, or the value of an expression. Returns true when there is
+/// one, and sets value, which is empty before. The value may borrow a text that does not change until the caller has
+/// copied it, which happens before the next look-up.
 using KIT_CshLookup = bool (*)(const char *text, KIT_String &value);
 
 /// The environment of the process as a lookup; the value is a copy.
 CMD_API bool KITlookupEnvironment(const char *name, KIT_String &value);
 
-/// A text, null until it is given one.
+/// A text, null until one is set.
 ///
-/// The text is a private copy, made with malloc, or borrowed from somebody who keeps it alive. Whatever
-/// changes the text copies it first. A copy of a KIT_String has a text of its own, also of a borrowed one;
-/// a move hands on what the other had. Null and empty compare as equal; only isNull tells them apart.
+/// The text is a private copy, made with malloc, or borrowed from an owner that keeps it alive. A borrowed text is
+/// copied before it is changed. A copy of a KIT_String has a text of its own, also of a borrowed one; a move
+/// transfers the text as it is. Null and empty compare as equal; only isNull distinguishes them.
 class CMD_API KIT_String {
 public:
     KIT_String() = default;
@@ -37,8 +37,8 @@ public:
     KIT_String(KIT_String &&other) noexcept;
     ~KIT_String();
 
-    /// A KIT_String that uses text without copying it. The caller keeps text alive and unchanged for as long
-    /// as it is used; null gives null.
+    /// Returns a KIT_String that uses text without copying it. The caller keeps text alive and unchanged for as long
+    /// as it is used; null remains null.
     static KIT_String borrow(const char *text);
     /// The same for a text of known length; text.data()[text.size()] must be 0.
     static KIT_String borrowTerminated(std::string_view text);
@@ -56,8 +56,8 @@ public:
 
     /// Makes a borrowed text a private copy.
     void harden();
-    /// Hands out the text, in memory from malloc that the caller frees, and is null from then on. A null text
-    /// gives null.
+    /// Returns the text, in memory from malloc that the caller frees, and is null from then on. Returns null for a
+    /// null text.
     char *steal();
     /// Empty from now on, not null; keeps its memory.
     void clear() {
@@ -68,7 +68,7 @@ public:
             chars = const_cast<char *>("");   // with no capacity it is never written to
     }
 
-    /// Never null; ends with a NUL.
+    /// Never returns null; the text ends with a NUL.
     const char *c_str() const { return chars ? chars : ""; }
     std::size_t length() const { return used; }
     bool isNull() const { return !chars; }
@@ -78,7 +78,7 @@ public:
     operator std::string_view() const { return view(); }
     char operator[](std::size_t i) const { return c_str()[i]; }
 
-    /// The bytes, to be changed in place; never null. Good until the text changes its length.
+    /// Returns the bytes, to be changed in place; never null. Valid until the text changes its length.
     char *data();
     /// Makes room for capacity bytes in all, so that growing up to there moves nothing.
     void reserve(std::size_t capacity);
@@ -94,51 +94,51 @@ public:
         return *this;
     }
 
-    /// The whole number that the text begins with, as KITatoi has it.
+    /// Returns the whole number that the text begins with, as KITatoi does.
     int toInt() const;
     static KIT_String itoa(int value);
     /// ASCII letters only.
     void toLower();
-    /// The part that begins at start; both arguments are cut to what there is, and negative ones count as 0.
+    /// Returns the part that begins at start; both arguments are limited to the text, and negative ones count as 0.
     KIT_String substr(long start, long length) const;
-    /// Replaces what by with, the first time or each time that it occurs, and tells how often that was.
-    /// An empty what occurs nowhere.
+    /// Replaces what by with, the first time or each time that it occurs, and returns how often it did.
+    /// An empty what is never found.
     int substitute(std::string_view what, std::string_view with, bool all);
 
-    /// True when the text is a number: sign, digits, point, exponent; no blanks, hexadecimal, inf or nan.
+    /// Returns true when the text is a number: sign, digits, point, exponent; no blanks, hexadecimal, inf or nan.
     /// Then *value is set unless value is null. With a non-null end the text need only begin with a number,
-    /// and *end is the place behind it.
+    /// and *end points to the first byte after it.
     bool isFloat(double *value = nullptr, const char **end = nullptr) const;
-    /// True when the text is a sign, if any, and digits. *value is the nearest int, unless value is null.
+    /// Returns true when the text is a sign, if any, and digits. *value is the nearest int, unless value is null.
     bool isInteger(int *value = nullptr) const;
 
-    /// Replaces \n \t \r \a \b \f \v \e \\ \" \', \0 with up to three octal digits behind it and \x with one or
-    /// two hexadecimal digits by the byte that they name. Any other backslash stays.
+    /// Replaces \n \t \r \a \b \f \v \e \\ \" \', \0 with up to three octal digits after it and \x with one or
+    /// two hexadecimal digits by the byte that they mean. Any other backslash is kept.
     void expandControlSequences();
-    /// Replaces $name, ${name} and ${name:-text} by what the lookup gives, or by nothing. Quotes and
+    /// Replaces $name, ${name} and ${name:-text} by the result of the lookup, or by nothing. Quotes and
     /// backslashes are bytes like others.
     void expandVariables(KIT_CshLookup variable = KITlookupEnvironment);
 
-    /// Less than, equal to or greater than 0, as a stands to b. Runs of digits, of any length, order by their
+    /// Returns a number below, equal to or above 0, as strcmp. Runs of digits, of any length, order by their
     /// value; everything else by bytes, ASCII letters as lower-case ones unless caseSensitive. Texts that
     /// differ only in leading zeros: the first such difference decides, fewer zeros first.
     static int compareNumberedString(const char *a, const char *b, bool caseSensitive);
     /// The same for qsort over a table of const char *, case-sensitive. No entry is null.
     static int qsortCmpNumberedString(const void *a, const void *b);
 
-    /// Expands the text as a statement of the language and splits it into words; gives their number.
+    /// Expands the text as a statement of the language and splits it into words. Returns their number.
     ///
     /// A null lookup leaves its references in the words as they are written. With io, redirections go there
     /// instead of into the words; with none they are words. scratch, unless null, is used for the work, so
-    /// that no memory is needed for it; it must not be in use by an expansion under way. What stood in words
-    /// and io is lost. KIT_CshTemplate has the rules.
+    /// that no memory is needed for it; it must not be in use by a running expansion. What was in words and io
+    /// is lost. KIT_CshTemplate has the rules.
     int cshParse(KIT_WorkArgs &words, KIT_CshLookup variable, KIT_CshLookup expression,
                  KIT_CshTemplate *scratch, KIT_StringCshIO *io) const;
-    /// Splits the text at white space into words and gives their number. Quotes and backslashes work as in a
-    /// statement, but $ and backquotes are bytes like others. What stood in words is lost.
+    /// Splits the text at white space into words and returns their number. Quotes and backslashes work as in a
+    /// statement, but $ and backquotes are bytes like others. What was in words is lost.
     int parseInPlace(KIT_WorkArgs &words) const;
-    /// Splits the text at each run of separators into words, none of them empty, and gives their number.
-    /// Quotes mean nothing. What stood in words is lost.
+    /// Splits the text at each run of separators into words, none of them empty, and returns their number.
+    /// Quotes mean nothing. What was in words is lost.
     int tokenizeInPlace(KIT_WorkArgs &words, const char *separators) const;
 
     // Found only where a KIT_String takes part: every std::string would convert to one.

@@ -7,7 +7,7 @@
 /// The redirections of one statement. Of several for output the last one counts, and it alone is recorded.
 class CMD_API KIT_StringCshIO {
 public:
-    /// Back to no redirection.
+    /// Removes all redirections.
     void clear() {
         outName.clear();
         errName.clear();
@@ -17,10 +17,10 @@ public:
         missingName = false;
     }
 
-    KIT_String outName;         // behind > or >>
-    KIT_String errName;         // behind >& or >>&: output and errors
-    KIT_String inName;          // behind <
+    KIT_String outName;         // after > or >>
+    KIT_String errName;         // after >& or >>&: output and errors
+    KIT_String inName;          // after <
     bool appendOut = false;     // outName came with >>
     bool appendErr = false;     // errName came with >>&
-    bool missingName = false;   // some operator had no name behind it, or an empty one
+    bool missingName = false;   // some operator had no name after it, or an empty one
 };

@@ -3,7 +3,7 @@
 
 #include <orvlang/platform/kit/KIT_Export.h>
 
-/// One borrowed pointer to anything; the user knows to what.
+/// One borrowed pointer to anything; its user knows the type.
 class CMD_API KIT_Thing {
 public:
     KIT_Thing(void *to = nullptr) : pointer(to) {}

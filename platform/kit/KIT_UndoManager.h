@@ -9,8 +9,8 @@
 
 #include <orvlang/platform/kit/KIT_Export.h>
 
-/// One change of a host's data that can be taken back and made again. Its owner calls undo and redo by turns, undo
-/// first. Both, and the destructor, may use the manager and must not throw. What they record while they run is dropped.
+/// One change of a host's data that can be undone and redone. Its owner calls undo and redo in turn, undo first.
+/// Both, and the destructor, may use the manager and must not throw. What they record while they run is dropped.
 class CMD_API KIT_UndoStep {
 public:
     virtual ~KIT_UndoStep();
@@ -20,8 +20,8 @@ public:
     virtual std::int64_t getMemoryUsage() const = 0;
 };
 
-/// What can be taken back, in blocks: a block is what its user sees as one change, and has any number of steps. A host's
-/// commands add the steps; whoever starts something larger, such as a request from outside, puts a block around it.
+/// The changes that can be undone, in blocks: a block is one change to its user, and has any number of steps. The commands
+/// of a host add the steps; the caller that starts something larger, such as a request from outside, opens a block.
 ///
 /// Undone blocks can be made again until the next step is added. When the steps need more memory than the limit, the
 /// oldest blocks are dropped. Not for several threads at a time.
@@ -32,32 +32,32 @@ public:
     static void enableUndoCreation() { theCreationEnabled = true; }
     static void disableUndoCreation() { theCreationEnabled = false; }
     static bool isUndoCreationEnabled() { return theCreationEnabled; }
-    /// Back to the state of the start, for when the last user is gone.
+    /// Restores the state of the start. To be called when the last user is gone.
     void clearUndoFlags() { theCreationEnabled = true; }
 
     // Recording.
 
-    /// Whether a step that is added now would be kept. A command can save itself the making of one that is not.
+    /// Returns whether a step that is added now would be kept. If not, a command need not make one.
     bool isRecording() const;
     /// Adds a step to the open block, or as a block of its own with that name. When nothing is recorded now, the step
     /// is destroyed.
     void addStep(const char *name, std::unique_ptr<KIT_UndoStep> step);
-    /// Opens a block and gives its id, which is above 0. Inside another one it is part of that, and only its end is of
-    /// interest. Unless `records`, what is done inside is not recorded. The owner is anything that tells one user of
-    /// blocks from another. Null counts as an empty name.
+    /// Opens a block and returns its id, which is above 0. Inside another one it is a part of that one, and only its end
+    /// matters. Unless `records`, what is done inside is not recorded. The owner is an address that identifies the user of
+    /// the block. Null counts as an empty name.
     int beginBlock(const char *name, bool records, void *owner);
     /// Ends that block and those still open inside it. The outermost one becomes the latest block, unless no step was
-    /// added. False, and nothing happens, when no open block has the id and the owner.
+    /// added. Returns false, and does nothing, when no open block has the id and the owner.
     bool endBlock(int id, void *owner);
 
-    // Going back and forth.
+    // Undoing and redoing.
 
-    /// Takes the latest block back. Inside an open block that has steps already, these are a block of their own from
-    /// here on, and the latest. False when there is none, or while one is taken back or made again.
+    /// Undoes the latest block. Inside an open block that has steps already, these become a block of their own, the
+    /// latest one. Returns false when there is none, or while a block is being undone or redone.
     bool undo();
-    /// Makes the block that was taken back last again; false likewise.
+    /// Redoes the block that was undone last. Returns false as undo does.
     bool redo();
-    /// The name of the block that undo or redo would take; null for none. Good until something changes.
+    /// Returns the name of the block that undo or redo would use; null for none. Valid until something changes.
     const char *getUndoName() const;
     const char *getRedoName() const;
     /// Drops all blocks, and the steps of the open one.
@@ -67,7 +67,7 @@ public:
 
     std::int64_t getMemoryUsage() const { return usage; }
     std::int64_t getMemoryLimit() const { return limit; }
-    /// Drops what lies above the new limit at once. 64 MiB when never set.
+    /// Drops what exceeds the new limit at once. 64 MiB when never set.
     void setMemoryLimit(std::int64_t bytes);
 
 private:
@@ -94,7 +94,7 @@ private:
     static bool theCreationEnabled;
 
     Blocks done;     // the latest last
-    Blocks undone;   // the one to be made again next last
+    Blocks undone;   // the next one to redo last
     Block current;   // what the outermost open block has recorded
     std::vector<OpenBlock> open;
     std::int64_t usage = 0;   // of all blocks above and of one that is being replayed
@@ -105,9 +105,9 @@ private:
     bool tooLarge = false;           // the open block alone did not fit
 };
 
-/// The one of the process.
+/// Returns the one of the process.
 CMD_API KIT_UndoManager *KITgetUndoManager();
 
-/// The blocks of that one, for callers that need no more of it: as beginBlock and endBlock.
+/// The same as beginBlock and endBlock of that one.
 CMD_API int KITbeginUndoBlock(const char *name, int records, void *owner);
 CMD_API void KITendUndoBlock(int id, void *owner);

@@ -19,9 +19,9 @@ public:
     KIT_WorkArgs &operator=(const KIT_WorkArgs &) = delete;
 
     int argc() const { return count; }
-    /// The words and a null pointer behind them, also when there are none.
+    /// Returns the words and a null pointer after them, also when there are none.
     char **argv() { return table ? table.get() : none; }
-    /// Null outside the count.
+    /// Returns null outside the count.
     const char *operator[](int i) const {
         return static_cast<unsigned>(i) < static_cast<unsigned>(count) ? table[i] : nullptr;
     }
@@ -35,7 +35,7 @@ public:
         if (table)
             table[0] = nullptr;
     }
-    /// Appends one word, which may be one of this list. Words end at their first NUL for those who read them.
+    /// Appends one word, which may be one of this list. Its readers see it up to its first NUL.
     void append(std::string_view word) {
         if (capacity - used <= word.size() || count >= tableCapacity || word.empty())
             return appendSlowly(word);
@@ -63,12 +63,13 @@ public:
         table[count] = buffer.get() + wordStart;
         table[++count] = nullptr;
     }
-    /// The word that is being made, so far.
+    /// Returns the word that is being made, so far.
     std::string_view pieces() const { return { buffer.get() + wordStart, used - wordStart }; }
-    /// Forgets the word that is being made, in place of endWord.
+    /// Drops the word that is being made; instead of endWord.
     void cancelWord() { used = wordStart; }
 
-    /// A text for whoever fills this list: the values of lookups go through it, so that their memory is kept.
+    /// Returns a text for the caller that fills this list: values of lookups are stored there, so that it keeps their
+    /// memory.
     KIT_String &valueRoom() { return value; }
 
 private:

@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <string_view>
 
-/// A text to build another one in. It keeps its memory when it is cleared or filled anew. Texts that are
-/// handed in may be part of this one.
+/// A text to build another one in. It keeps its memory when it is cleared or filled anew. Arguments may be
+/// part of this text.
 class CMD_API KIT_WorkBuffer {
 public:
     KIT_WorkBuffer() = default;
@@ -22,21 +22,21 @@ public:
     void strcat(const char *source) { text.append(orEmpty(source)); }
     void strcat(std::string_view source) { text.append(source); }
     void append(char c) { text.append(c); }
-    /// Puts source in front; null counts as empty.
+    /// Inserts source at the start; null counts as empty.
     void prepend(const char *source) { prepend(orEmpty(source)); }
     void prepend(std::string_view source);
     /// Appends length bytes, of any value.
     void write(const char *source, std::size_t length) { text.append({ source, length }); }
-    /// Replaces the text by what printf makes, and gives its length. The arguments may point into the text.
+    /// Replaces the text by the output of printf, and returns its length. The arguments may point into the text.
     int sprintf(const char *format, ...) __attribute__((format(printf, 2, 3)));
 
-    /// Replaces the text by the next line of file, with its newline when it has one, of any length. False at
-    /// the end of the file; the text is then empty.
+    /// Replaces the text by the next line of file, with its newline when it has one, of any length. Returns false
+    /// at the end of the file; the text is then empty.
     bool getline(std::FILE *file);
 
-    /// Gives memory for at least length bytes, which begins with the text so far, for somebody else to write
-    /// to. Nothing else may be done with this buffer until release, which says how long the text now is, at
-    /// most length bytes.
+    /// Returns memory for at least length bytes, which begins with the text so far, for the caller to write to.
+    /// No other operation may be called until release, which sets the new length of the text, at most length
+    /// bytes.
     char *lock(std::size_t length);
     void release(std::size_t length) { text.resizeUninitialized(length); }
 
@@ -56,7 +56,7 @@ public:
     std::size_t length() const { return text.length(); }
     bool isEmpty() const { return text.isEmpty(); }
     std::string_view view() const { return text.view(); }
-    /// The bytes, to be changed in place.
+    /// Returns the bytes, to be changed in place.
     char *data() { return text.data(); }
     void clear() { text.clear(); }
 

@@ -5,12 +5,12 @@
 
 #include <orvlang/platform/kit/KIT_Export.h>
 
-/// Questions about the file of a name. Each asks the system anew. A null name is a file that is not there.
+/// The status of the file of a name. Each operation asks the system anew. A null name is a file that does not exist.
 class CMD_API VIO_Info {
 public:
     explicit VIO_Info(const char *name) : path(name ? name : "") {}
 
-    /// Whether this process may use the file so: 1 read, 2 write, 3 both. False when there is no file.
+    /// Returns whether this process may use the file: 1 read, 2 write, 3 both. False when there is no file.
     bool hasAccess(int mode) const;
     bool getIsDirectory() const;
 

@@ -11,9 +11,9 @@ public:
     VIO_ReaderStream(const VIO_ReaderStream &) = delete;
     VIO_ReaderStream &operator=(const VIO_ReaderStream &) = delete;
 
-    /// False when the file did not open or a read failed.
+    /// Returns false when the file did not open or a read failed.
     bool isGood() const { return descriptor >= 0 && !failed; }
-    /// Reads up to count bytes and gives how many came: fewer only at the end of the file and at a failure.
+    /// Reads up to count bytes and returns how many came: fewer only at the end of the file and at a failure.
     size_t read(void *buffer, size_t count);
 
 private:
@@ -25,8 +25,8 @@ private:
     bool failed = false;
 };
 
-/// A file opened for reading as a whole, closed with this object. It costs one open, one status, one close and the
-/// reads asked for, so that sourcing a short script is cheap. It never waits for a writer of a named pipe.
+/// A file opened for reading as a whole, closed with this object. It makes one open, one status, one close and the reads
+/// of its caller, so that sourcing a short script is cheap. It never waits for a writer of a named pipe.
 class CMD_API VIO_Reader {
 public:
     /// A null name is a file that does not open.
@@ -35,9 +35,9 @@ public:
     VIO_Reader(const VIO_Reader &) = delete;
     VIO_Reader &operator=(const VIO_Reader &) = delete;
 
-    /// Bytes in the file at the time of opening. 0 for what is no regular file or did not open.
+    /// Returns the bytes in the file at the time of opening. 0 for a file that is not regular or did not open.
     long long getLength() const { return length; }
-    /// Null when the file did not open or is a directory. Owned by the reader.
+    /// Returns null when the file did not open or is a directory. Owned by the reader.
     VIO_ReaderStream *getStream() { return stream.descriptor >= 0 ? &stream : nullptr; }
 
 private:

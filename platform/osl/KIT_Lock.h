@@ -10,14 +10,14 @@
 
 #include <orvlang/platform/kit/KIT_Export.h>
 
-/// A lock owned by a thread. While the process has one thread, taking and giving it back are plain stores; they go
-/// to the same word that threads contend for, so a thread that is started while the lock is held finds it held.
-/// Two words in size, nothing to set up, nothing to tear down. In a process with one thread it takes a sixth of the time
+/// A lock owned by a thread. While the process has one thread, locking and unlocking are plain stores. They go to the
+/// same word that threads contend for, so a thread that is started while the lock is held finds it held.
+/// It has two words and needs no set-up. In a process with one thread it takes a sixth of the time
 /// of std::recursive_mutex (1.3 against 8.3 ns, bench/parts.cpp), and each look-up of a variable takes it.
 class CMD_API KIT_Lock {
 public:
-    /// SpinFirst: try for a moment before going to sleep, for locks that are held very briefly. ReentrantToo: the owner
-    /// may take the lock again, and it is free after as many unlocks; otherwise that is an error of the program.
+    /// SpinFirst: a thread tries for a moment before it sleeps, for locks that are held very briefly. ReentrantToo: the
+    /// owner may lock it again, and it is free after as many unlocks; otherwise that is an error of the program.
     constexpr KIT_Lock(bool spinFirst, bool reentrantToo) : spin(spinFirst), reentrant(reentrantToo) {}
     KIT_Lock(const KIT_Lock &) = delete;
     KIT_Lock &operator=(const KIT_Lock &) = delete;
@@ -49,7 +49,7 @@ public:
             owner.notify_one();
     }
 
-    /// Whether the calling thread holds the lock.
+    /// Returns whether the calling thread holds the lock.
     bool isMine() const { return isOwnedBy(currentThread()); }
 
 private:

@@ -7,7 +7,7 @@
 class CMD_API KIT_StopWatch {
 public:
     void start();
-    /// Seconds since start, with fractions; the watch runs on.
+    /// Returns the seconds since start, with fractions. The watch keeps running.
     double lap() const;
 
 private:

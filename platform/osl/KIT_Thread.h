@@ -5,14 +5,14 @@
 
 #include <orvlang/platform/kit/KIT_Export.h>
 
-/// What a thread can know about itself.
+/// Facts about the calling thread.
 class CMD_API KIT_Thread {
 public:
-    /// 0 for the thread that asks first, 1 for the next one that does, and so on; the same as long as the thread
-    /// lives, and not given again when it has ended.
+    /// Returns 0 for the thread that calls this first, 1 for the next one, and so on. A thread keeps its index, and an
+    /// index is never used again.
     static int getMySequentialThreadIndex();
 
-    /// Bytes left on the stack of this thread. On a stack that is not the thread's own (a coroutine's, a signal
-    /// handler's) nothing is known: then it is the largest size_t, so that nobody is refused for it.
+    /// Returns the bytes left on the stack of this thread. On a stack that is not the thread's own (of a coroutine or a
+    /// signal handler) they are unknown: then it returns the largest size_t, so that nothing is refused for it.
     static size_t stackLeft();
 };

@@ -39,9 +39,9 @@ private:
 
     KIT_Lock lock{ false, true };
     std::unordered_map<std::string_view, Text *> index;   // the texts hold the names and are never freed
-    std::vector<Text *> outgrown;                         // what others took the place of; may still be read
+    std::vector<Text *> outgrown;                         // replaced by larger ones; may still be read
     // `environ` points to the last one while the index is in step; the older ones may still be read.
     std::vector<std::unique_ptr<char *[]>> tables;
     size_t count = 0;      // strings in the last table
-    size_t capacity = 0;   // what it can take, the null at the end included
+    size_t capacity = 0;   // its room, with that for the null at the end
 };

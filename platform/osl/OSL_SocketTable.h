@@ -5,15 +5,15 @@
 
 #include <sys/socket.h>
 
-/// Who has a socket open.
+/// The user and the inode of an open socket.
 struct OSL_SocketOwner {
-    unsigned user = 0;         // who made it
-    unsigned long inode = 0;   // 0 when no process has it any more; the user means nothing then
+    unsigned user = 0;         // who created it
+    unsigned long inode = 0;   // 0 when no process has it open any more; then the user means nothing
 };
 
-/// Asks the kernel for a TCP socket of this machine by its two addresses. Nothing when there is none: the socket is gone,
-/// or it is one of another machine.
+/// Asks the kernel for a TCP socket of this machine by its two addresses. Returns nothing when there is none: the socket
+/// is closed, or it belongs to another machine.
 std::optional<OSL_SocketOwner> OSLfindSocketOwner(const sockaddr_storage &own, const sockaddr_storage &peer);
 
-/// The same by the text of /proc/net, for a kernel that cannot be asked for one socket. Walks over all sockets.
+/// Searches the text of /proc/net instead, for a kernel that cannot be asked for one socket. Reads all sockets.
 std::optional<OSL_SocketOwner> OSLsearchSocketOwner(const sockaddr_storage &own, const sockaddr_storage &peer);

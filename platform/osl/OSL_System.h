@@ -16,34 +16,34 @@
 
 struct epoll_event;
 
-/// What is known about a file. Of one that cannot be asked, everything is 0.
+/// The status of a file. When it cannot be read, all fields are 0.
 struct OSL_FileStatus {
     bool isRegular = false;
     bool isDirectory = false;
     long long size = 0;   // in bytes
-    // Both together are the same for one file only, however it is named.
+    // Both together identify a file, whatever name it was found by.
     dev_t device = 0;
     ino_t number = 0;
 };
 
 /// How a program is started.
 struct OSL_SpawnOptions {
-    bool ownSession = false;   // it is cut off from the terminal
+    bool ownSession = false;   // without the terminal
     bool nullInput = false;
     bool nullOutput = false;   // errors too
 };
 
-/// The one door to the operating system: clock, files, directories, environment, processes. This class is the real
-/// thing; a test derives from it, overrides what shall fail and puts its object in place with OSLsetSystem.
+/// The interface to the operating system: clock, files, directories, environment, processes, loader, sockets. This class
+/// calls the system; a test derives from it, overrides what is to fail and installs its object with OSLsetSystem.
 ///
-/// Operations behave as the system calls of the same names do: a negative result or false is a failure, and
-/// errno tells which. They retry nothing: that is for the caller, who knows what an interrupt means to it.
+/// Operations behave as the system calls of the same names: a negative result or false is a failure, and errno holds the
+/// reason. They retry nothing, since only the caller knows whether to continue after a signal.
 class OSL_System {
 public:
     virtual ~OSL_System() = default;
 
     virtual int getTimeOfDay(OSL_TimeVal &now);
-    /// Nanoseconds since some fixed moment; never goes back.
+    /// Returns the nanoseconds since some fixed moment; never goes back.
     virtual long long getMonotonicTime();
 
     /// The descriptor is always close-on-exec, whatever the flags say, and never becomes the controlling terminal.
@@ -53,7 +53,7 @@ public:
     virtual int close(int descriptor);
     virtual off_t seek(int descriptor, off_t offset, int whence);
     /// Waits until there is something to read, an end or an error included. Milliseconds; negative for no limit.
-    /// Above 0 when there is, 0 when the time is over.
+    /// Returns a number above 0 when there is, 0 when the time is over.
     virtual int waitReadable(int descriptor, int milliseconds);
     /// Waits until one of the descriptors has what is wanted of it, the time (nanoseconds) is over or a signal comes.
     /// As ppoll(2) with no change of the signal mask.
@@ -61,12 +61,12 @@ public:
     virtual bool isTerminal(int descriptor);
     virtual bool getStatus(const char *path, OSL_FileStatus &status);
     virtual bool getStatus(int descriptor, OSL_FileStatus &status);
-    /// 0 when the file can be used so; mode as for access(2).
+    /// Returns 0 when the file can be used so; mode as for access(2).
     virtual int access(const char *path, int mode);
 
     virtual bool getCurrentDirectory(char *buffer, size_t size);
     virtual int changeDirectory(const char *path);
-    /// Appends the names in a directory, without `.` and `..`, in no order. False when it cannot be read.
+    /// Appends the names in a directory, without `.` and `..`, in no order. Returns false when it cannot be read.
     virtual bool listDirectory(const char *path, std::vector<std::string> &names);
     virtual int makeDirectory(const char *path, int mode);
     /// Refuses directories.
@@ -74,14 +74,14 @@ public:
     /// Returns where a symbolic link points to; empty on failure.
     virtual std::string readLink(const char *path);
 
-    /// Null when there is no such variable. The text stays readable for ever, and changes when the variable does.
+    /// Returns null when there is no such variable. The text is never freed, and changes when the variable does.
     virtual const char *getEnvironment(std::string_view name);
-    /// An empty name, or one that holds `=` or a NUL, is refused. Readers see the value up to its first NUL.
+    /// Refuses an empty name and one that holds `=` or a NUL. Readers see the value up to its first NUL.
     virtual bool setEnvironment(std::string_view name, std::string_view value);
     virtual bool unsetEnvironment(std::string_view name);
 
-    /// Starts a program that is looked for on $PATH, with the environment of this process, default signal dispositions
-    /// and no signal blocked. The words end with a null. Gives the process id.
+    /// Starts a program, looked for on $PATH, with the environment of this process, default signal dispositions and no
+    /// signal blocked. The words end with a null. Returns the process id.
     virtual pid_t spawn(const char *const *argv, const OSL_SpawnOptions &options);
     /// As waitpid(2).
     virtual pid_t waitProcess(pid_t pid, int *status, int options);
@@ -123,11 +123,11 @@ public:
     virtual int controlPoll(int poll, int operation, int descriptor, unsigned events, unsigned long long data);
     /// Waits up to that many nanoseconds.
     virtual int waitPoll(int poll, epoll_event *events, int count, long long nanoseconds);
-    /// Lets others run who wait for this processor.
+    /// Lets other threads run that wait for this processor.
     virtual void yieldProcessor();
 };
 
 OSL_System &OSLsystem();
-/// Puts another system in place, borrowed until the next call, and gives the one before. Null puts the real one
-/// back. Not to be called while another thread works.
+/// Installs another system, borrowed until the next call, and returns the one before. Null installs the real one again.
+/// Not to be called while another thread works.
 OSL_System *OSLsetSystem(OSL_System *system);

@@ -4,32 +4,32 @@
 #include <orvlang/platform/snk/SNK_Language.h>
 
 // The seam between the library and the component around Python, a shared object that is loaded at the first use. Each
-// side knows of the other these tables of plain functions and nothing else, so that neither needs the other's symbols.
+// side knows only these tables of plain functions of the other, so that neither needs the other's symbols.
 
 /// What the component can ask of the library.
 struct SNK_ComponentHost {
-    /// Folders that modules are looked up in behind all others; ended by null.
+    /// Folders that modules are looked up in after all others; ended by null.
     const char *const *folders;
     /// Flushes the standard streams of C++.
     void (*flush)();
-    /// Whether the work of the calling thread was interrupted.
+    /// Returns whether the operation of the calling thread was interrupted.
     bool (*isInterrupted)();
-    /// A line of standard input with its newline; false at the end, and when an interrupt stopped the waiting.
+    /// Reads a line of standard input with its newline; false at the end, and when an interrupt stopped the wait.
     bool (*readLine)(const SNK_TextTaker &line);
-    /// The language offered at present, or null.
+    /// Returns the language offered at present, or null.
     const SNK_Language *(*language)();
 };
 
-/// What the library can ask of the component. Those that run code take the interpreter lock themselves. The runs give
-/// the kind of the result (SNK_Result::Type), and hand out its texts: the value, the entries, or the exception in
+/// What the library can ask of the component. Those that run code take the interpreter lock themselves. They return
+/// the kind of the result (SNK_Result::Type), and pass on its texts: the value, the entries, or the exception in
 /// short and in full.
 struct SNK_ComponentTable {
     int (*runExpression)(const char *code, int wanted, double &number, const SNK_TextTaker &texts);
     int (*runStatements)(const char *code, const SNK_TextTaker &texts);
     int (*runFile)(int argc, char **argv, const SNK_TextTaker &texts);
-    /// Whether the interpreter is gone for good; then only this one and finish may be called.
+    /// Returns whether the interpreter has ended; then only this one and finish may be called.
     bool (*hasEnded)();
-    /// Whether the code that runs on the calling thread, if any does, has come close to Python's own limit of depth.
+    /// Returns whether the code that runs on the calling thread, if any, is close to Python's own limit of depth.
     bool (*isDeep)();
     int (*lock)();
     void (*unlock)(int state);
@@ -40,7 +40,7 @@ struct SNK_ComponentTable {
     int (*finish)();
 };
 
-/// Starts the interpreter and gives the table; null, with the reason, when that fails. The host stays for good.
+/// Starts the interpreter and returns the table; null, with the reason, when that fails. The host is borrowed for ever.
 using SNK_StartFunction = const SNK_ComponentTable *(const SNK_ComponentHost &host,
                                                      const SNK_TextTaker &reason);
 

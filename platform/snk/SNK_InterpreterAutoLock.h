@@ -5,8 +5,8 @@
 
 struct SNK_ComponentTable;
 
-/// Holds Python's interpreter lock as long as it lives, for what has to be one with the calls in between. Locks of one
-/// thread nest, and end in the reverse order, on the thread that made them. Starts the interpreter when it has not run
+/// Holds Python's interpreter lock as long as it lives, so that no other thread runs Python code between its calls. Locks
+/// of one thread nest, and end in the reverse order, on the thread that made them. Starts the interpreter when it has not run
 /// yet; where Python cannot run it does nothing.
 class CMD_API SNK_InterpreterAutoLock {
 public:
@@ -17,5 +17,5 @@ public:
 
 private:
     const SNK_ComponentTable *const python;   // null when nothing is held
-    const int state;                          // what the interpreter wants back
+    const int state;                          // for the release of the lock
 };

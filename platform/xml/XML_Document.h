@@ -3,13 +3,13 @@
 
 #include <string>
 
-/// What an XML text holds at its top.
+/// The root element of an XML text.
 struct XML_Document {
-    bool isFailure = false;   // `failure` tells why the text could not be read
-    bool hasRoot = false;     // false also when the parser had nothing to say
+    bool isFailure = false;   // `failure` is the reason why the text could not be read
+    bool hasRoot = false;     // false also when the parser reported nothing
     std::string rootName;
-    /// The texts, CDATA sections, comments and processing instructions that stand directly in the root element, in
-    /// their order; elements in it are left out.
+    /// The texts, CDATA sections, comments and processing instructions directly in the root element, in their order;
+    /// elements in it are left out.
     std::string content;
     std::string failure;
 };

@@ -14,13 +14,13 @@ public:
     /// it is not to be tried again. Leaves the interpreter lock free.
     static bool start(const SNK_ComponentHost &host, std::string &reason);
 
-    /// Whether the program has ended the interpreter, which it may do with one that it has started itself.
+    /// Returns whether the program has ended the interpreter, which it may do with one that it has started itself.
     static bool hasEnded();
-    /// Whether nobody else looks after the end of the interpreter.
+    /// Returns whether the component has to end the interpreter.
     static bool endsWithProcess();
 
     static const SNK_ComponentHost &host();
-    /// The namespace of `__main__`, borrowed.
+    /// Returns the namespace of `__main__`, borrowed.
     static PyObject *mainNamespace();
     /// Calls a function of support.py; takes over its argument, if it has one. Empty, with an exception set, when it
     /// fails.
@@ -28,9 +28,9 @@ public:
 
     /// Flushes sys.stdout and sys.stderr; false, with an exception set, when one of them does not take its text.
     static bool flush();
-    /// Whether the calling thread is inside of a call that the library made.
+    /// Returns whether the calling thread is inside of a call that the library made.
     static bool isInsideCall();
-    /// Whether the calling thread has used up most of the depth that Python allows. Needs no lock.
+    /// Returns whether the calling thread has used up most of the depth that Python allows. Needs no lock.
     static bool isDeep();
     /// Raises KeyboardInterrupt in the innermost call that runs. May be called from a signal handler and by any thread.
     static void interrupt();

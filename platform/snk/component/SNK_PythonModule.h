@@ -3,8 +3,8 @@
 
 #include "SNK_PythonReference.h"
 
-/// The module `orvlang`, through which Python code reaches the command language; orvlang.py adds the rest to it. Empty,
-/// with an exception set, when that fails.
+/// Returns the module `orvlang`, through which Python code uses the command language; orvlang.py adds the rest to it.
+/// Empty, with an exception set, when that fails.
 SNK_PythonReference SNKmakePythonModule();
-/// A function that gives the next line of standard input, empty at its end.
+/// Returns a Python function that reads the next line of standard input, empty at its end.
 SNK_PythonReference SNKmakeReadLine();

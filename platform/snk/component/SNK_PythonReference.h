@@ -10,7 +10,7 @@
 class SNK_PythonReference {
 public:
     SNK_PythonReference() = default;
-    /// Takes over a new reference; null, after a failure, gives an empty one.
+    /// Takes ownership of a new reference; null, after a failure, makes an empty one.
     explicit SNK_PythonReference(PyObject *owned) : object(owned) {}
     SNK_PythonReference(SNK_PythonReference &&other) noexcept : object(other.release()) {}
     SNK_PythonReference &operator=(SNK_PythonReference &&other) noexcept {
@@ -18,7 +18,7 @@ public:
         return *this;
     }
     ~SNK_PythonReference() { Py_XDECREF(object); }
-    /// One more reference to what somebody else owns; null stays null.
+    /// Makes one more reference to a borrowed object; null remains null.
     static SNK_PythonReference share(PyObject *borrowed) { return SNK_PythonReference(Py_XNewRef(borrowed)); }
 
     explicit operator bool() const { return object != nullptr; }
