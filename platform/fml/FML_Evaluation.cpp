@@ -271,7 +271,7 @@ void FML_Evaluation::add(FML_Value &left, FML_Value &right) {
     settle(right);
     if (left.isNumber() && right.isNumber())
         return setNumber(left, left.number + right.number);
-    top++;   // both stand on the stack again
+    top++;   // both are on the stack again
     joinTexts(2);
 }
 

@@ -17,7 +17,7 @@
 
 namespace {
 
-/// The number that a person sees who looks at the float: 0.1f becomes 0.1.
+/// Returns the shortest decimal number that reads as the float: 0.1f becomes 0.1.
 double widen(float value) {
     if (!std::isfinite(value))
         return value;

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// The place in argument 0 that argument `i` tells; its nearer end when it lies outside.
+/// Returns the offset in argument 0 that argument `i` is, limited to the text.
 std::size_t placeIn(const FML_Call &call, std::size_t i) {
     const std::size_t length = call.text(0).size();
     return static_cast<std::size_t>(std::clamp(call.place(i, length), 0L, static_cast<long>(length)));
@@ -155,8 +155,8 @@ void concat(FML_Call &call) {
     call.giveText(all);
 }
 
-/// Whether `c` is in the set that `pattern` begins with, behind its `[`. The set is taken off the pattern; without an
-/// end it is none, and `[` means itself.
+/// Returns whether `c` is in the set that `pattern` begins with, after its `[`, and removes the set from the pattern.
+/// Without an end it is not a set, and `[` means itself.
 bool takeSet(std::string_view &pattern, char c) {
     const bool isNegated = !pattern.empty() && (pattern[0] == '!' || pattern[0] == '^');
     const std::size_t first = isNegated ? 1 : 0;

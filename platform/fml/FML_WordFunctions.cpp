@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Functions of the words of a text: what stands between runs of white space, or of separators that are given. Words
-// count from 0, and a negative index counts from the end.
+// Functions of the words of a text, which are separated by runs of white space or of other separators. Words count
+// from 0, and a negative index counts from the end.
 #include <orvlang/platform/fml/FML_Call.h>
 #include <orvlang/platform/fml/FML_Library.h>
 #include <orvlang/platform/kit/KIT_Char.h>
@@ -15,7 +15,7 @@ namespace {
 
 using Words = std::vector<std::string_view>;
 
-/// The words of argument 0, by the separators in that argument if it is given.
+/// Returns the words of argument 0, by the separators in that argument if there is one.
 Words splitWords(const FML_Call &call, std::size_t separatorArgument) {
     const std::string_view text = call.text(0);
     const std::string_view separators = call.textOr(separatorArgument, KITspaces);
@@ -28,7 +28,7 @@ Words splitWords(const FML_Call &call, std::size_t separatorArgument) {
     return words;
 }
 
-/// Gives the words as a text again, with the first of the separators between them.
+/// Sets the result to the words as one text, with the first of the separators between them.
 void giveWords(FML_Call &call, std::size_t separatorArgument, const Words &words) {
     const std::string_view separator = call.textOr(separatorArgument, " ").substr(0, 1);
     std::string joined;

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// What the C library tells of its allocator: some lines of XML.
+/// Returns the report of the C library on its allocator: some lines of XML.
 std::string describeAllocator() {
     char *text = nullptr;
     size_t length = 0;
@@ -35,7 +35,7 @@ long long toNumber(std::string_view text) {
     return number;
 }
 
-/// The number behind an attribute such as ` size="`; 0 when there is none.
+/// Returns the number after an attribute such as ` size="`; 0 when there is none.
 long long attribute(std::string_view line, std::string_view name) {
     const size_t place = line.find(name);
     return place == line.npos ? 0 : toNumber(line.substr(place + name.size()));

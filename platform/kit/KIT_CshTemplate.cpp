@@ -85,7 +85,7 @@ private:
         }
     }
 
-    /// The quote opens here; also when nothing stands in it, it makes a word.
+    /// Reads a quote from its opening; it makes a word also when it is empty.
     void quote(void (Parser::*inside)()) {
         const std::size_t segmentsBefore = target.segments.size();
         ++at;
@@ -330,7 +330,7 @@ private:
         return segment.kind >= Kind::expression ? expression : variable;
     }
 
-    /// What a reference stands for, good until the next one is looked up.
+    /// Returns the value of a reference, valid until the next look-up.
     std::string_view valueOf(const Segment &segment) {
         KIT_String &value = words.valueRoom();
         value.clear();

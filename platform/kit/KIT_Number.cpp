@@ -194,8 +194,8 @@ std::string_view formatShortDecimal(double value, KIT_NumberText &room) {
     const double size = std::abs(value);
     if (!(size >= 1e-4 && size < theExactLimit / scale))
         return {};
-    // The division is rounded once, as reading the digits is. So when it gives back the number, they are digits of
-    // it, and as they are no more than 15 they are those that it is shown with.
+    // The division is rounded once, as reading the digits is. So when it returns the number, they are its digits,
+    // and as they are no more than 15 they are those that it is shown with.
     const double scaled = std::nearbyint(size * scale);
     if (scaled / scale != size)
         return {};

@@ -104,7 +104,7 @@ const std::vector<std::string> &KIT_PathSearch::getTrustedDirectories() {
     return trustedDirectories;
 }
 
-/// Hands each hit with its status to found, until that gives false.
+/// Calls found with each hit and its status, until that returns false.
 template <typename Found>
 void KIT_PathSearch::search(const char *name, Kind kind, Found found) {
     if (!name || !*name)
@@ -176,7 +176,7 @@ void KIT_PathSearch::refresh() {
     add(shareFolder(), true);
 }
 
-/// An empty name is no directory, least of all the current one.
+/// An empty name is not a directory, least of all the current one.
 void KIT_PathSearch::add(std::string_view directory, bool trusted) {
     if (directory.empty())
         return;

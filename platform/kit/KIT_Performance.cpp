@@ -31,7 +31,7 @@ void appendColumn(std::string &text, const std::string &number) {
     text.append(number.size() < theWidth ? theWidth - number.size() : 1, ' ').append(number);
 }
 
-/// Seconds with six digits behind the point, whatever the host's locale is.
+/// Returns seconds with six digits after the point, whatever the host's locale is.
 std::string seconds(long long nanoseconds) {
     char text[40];
     std::snprintf(text, sizeof text, "%lld.%06lld", nanoseconds / 1000000000, nanoseconds / 1000 % 1000000);

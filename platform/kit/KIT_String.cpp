@@ -322,8 +322,8 @@ void KIT_String::expandVariables(KIT_CshLookup variable) {
 
 namespace {
 
-/// Compares the runs of digits that a and b begin with by their value, steps over both, and tells in zeros
-/// which one has more zeros in front unless that is decided already.
+/// Compares the runs of digits that a and b begin with by their value and skips both. Sets zeros to the order of
+/// their leading zeros unless that is decided already.
 int compareDigits(const char *&a, const char *&b, int &zeros) {
     const char *firstA = a;
     const char *firstB = b;

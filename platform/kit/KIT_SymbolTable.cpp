@@ -91,7 +91,7 @@ int KIT_SymbolTable::deleteSymbol(std::string_view name) {
         return 0;
     freeName(*slot);
     --count;
-    // Close the gap: each slot behind it moves there when its search would pass there.
+    // Close the gap: each slot after it moves there when its search would pass there.
     const size_t mask = capacity - 1;
     size_t gap = static_cast<size_t>(slot - slots.get());
     for (size_t i = (gap + 1) & mask; slots[i].name; i = (i + 1) & mask) {

@@ -28,7 +28,7 @@ void KIT_WorkArgs::appendAndGrow(std::string_view piece) {
         std::memcpy(larger.get(), buffer.get(), used);
     for (int i = 0; i < count; ++i)
         table[i] = larger.get() + (table[i] - buffer.get());
-    // The piece may lie in the old memory.
+    // The piece may be in the old memory.
     buffer.swap(larger);
     std::memcpy(buffer.get() + used, piece.data(), piece.size());
     used += piece.size();

@@ -62,8 +62,8 @@ void KIT_WorkBuffer::protectedStrcat(const char *source, bool always) {
         text.append(word);
         return;
     }
-    // Whoever looks for the end of a quote takes a backslash right before a quote for its escape, and does not
-    // see that the backslash is escaped itself. So none may stand before the closing one.
+    // The search for the end of a quote treats a backslash right before a quote as its escape, and does not see
+    // that the backslash is escaped itself. So there may be none before the closing quote.
     const std::size_t bodyEnd = word.find_last_not_of('\\') + 1;
     KIT_String quoted;   // apart, since source may point into the text
     quoted.append('\'');

@@ -23,7 +23,7 @@ constinit thread_local Facts theFacts __attribute__((tls_model("initial-exec")))
 std::atomic<int> theThreadCount{ 0 };
 
 bool findInitialStack(uintptr_t here, Facts &facts) {
-    // The C library would read the whole memory map for this. The name of the program lies at the very top of the
+    // The C library would read the whole memory map for this. The name of the program is at the very top of the
     // stack. However large the limit, the kernel keeps no more than 128 MiB below free of other mappings.
     constexpr rlim_t Reserved = 128UL << 20;
     rlimit limit;

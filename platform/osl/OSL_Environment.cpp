@@ -71,7 +71,7 @@ bool OSL_Environment::set(std::string_view name, std::string_view value) {
         return refuse();
     if (!text || text->room <= value.size())
         text = makeText(name, value.size() + 1, text);
-    // The value may be the text that stands there. The last byte of the room is always a NUL.
+    // The value may be the text that is there. The last byte of the room is always a NUL.
     std::memmove(text->value(), value.data(), value.size());
     text->value()[value.size()] = 0;
     show(*text);
@@ -113,8 +113,8 @@ bool OSL_Environment::isInStep() const {
     return !environ[count] && (count == 0 || environ[count - 1]);
 }
 
-/// Takes over the table that `environ` points to, which other code made or changed. Of a name that stands there
-/// twice the first counts and the others are dropped.
+/// Copies the table that `environ` points to, which other code made or changed. Of a name that is there twice the
+/// first one counts and the others are dropped.
 void OSL_Environment::readTable() {
     for (const auto &[name, text] : index)
         text->slot = Text::NoSlot;
@@ -179,8 +179,8 @@ void OSL_Environment::makeRoom(size_t slots) {
     capacity = size;
 }
 
-/// Makes a string of our own with that much room, or twice that when it takes the place of one that became too
-/// small, and enters it in the index.
+/// Makes a string of our own with that much room, or twice that when it replaces one that became too small, and
+/// enters it in the index.
 OSL_Environment::Text *OSL_Environment::makeText(std::string_view name, size_t room, Text *older) {
     if (older && older->room > 0)
         room *= 2;

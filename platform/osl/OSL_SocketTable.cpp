@@ -104,7 +104,7 @@ std::optional<OSL_SocketOwner> searchTable(const char *path, const Endpoint &own
     const std::string key = ' ' + format(own, asIp4) + ' ' + format(peer, asIp4) + ' ';
     const size_t found = table.find(key);
     OSL_SocketOwner owner;
-    // State, queues, timer and retransmissions stand in between.
+    // State, queues, timer and retransmissions are in between.
     if (found == table.npos || std::sscanf(table.c_str() + found + key.size(), "%*s %*s %*s %*s %u %*s %lu",
                                            &owner.user, &owner.inode) != 2)
         return std::nullopt;

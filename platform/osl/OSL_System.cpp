@@ -20,7 +20,7 @@
 
 namespace {
 
-/// What posix_spawn shall do in the child before the program begins.
+/// What posix_spawn does in the child before the program begins.
 class SpawnPlan {
 public:
     explicit SpawnPlan(const OSL_SpawnOptions &options) {

@@ -22,8 +22,8 @@ namespace {
 
 std::atomic<const SNK_Language *> theLanguage{ nullptr };
 
-/// Where modules are looked up behind everything else. Like plug-in libraries they are code, so that folders which
-/// follow the user's working folder are left out. The texts stay for good.
+/// Returns the folders where modules are looked up last. Like plug-in libraries they hold code, so folders that follow
+/// the user's working folder are left out. The texts are never freed.
 const char *const *moduleFolders() {
     static KIT_Immortal<std::vector<std::string>> folders;
     static KIT_Immortal<std::vector<const char *>> table;

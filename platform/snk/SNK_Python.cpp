@@ -37,7 +37,7 @@ SNK_Result refusal(const std::string &reason) {
     return result;
 }
 
-/// Has the component do it: `run` is given its table, the place of a number and the taker of the texts.
+/// Calls `run` with the table of the component, a number to set and the receiver of the texts.
 template <typename Run>
 SNK_Result runPython(Run run) {
     std::string reason;

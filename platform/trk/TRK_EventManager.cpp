@@ -41,7 +41,7 @@ void TRK_EventManager::beginHandlingEvents(HandlerFactory factory) {
 void TRK_EventManager::endHandlingEvents() {
     if (depth == 0 || --depth > 0)
         return;
-    // Gone before anybody is told: what a listener changes is an event of its own.
+    // Removed before the listener is called: what a listener changes is an event of its own.
     const std::unique_ptr<TRK_EventHandler> ended = std::move(handler);
     if (!ended)
         return;

@@ -98,7 +98,7 @@ double TRK_Manager::localValue(int id) const {
 }
 
 bool TRK_Manager::getLocalVariable(const char *name, KIT_String &value) const {
-    // Asked for every variable that anybody reads, so most names are turned down by their first letter.
+    // Called for every variable that is read, so most names are refused by their first letter.
     if (*name != 'F' && *name != 'T')
         return false;
     for (const TRK_LocalVariable *local = theLocalVariables; local->name; local++) {

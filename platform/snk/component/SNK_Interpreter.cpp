@@ -50,7 +50,7 @@ PyStatus initialize() {
     config.use_environment = 1;
     config.user_site_directory = 1;
     config.use_hash_seed = -1;   // as PYTHONHASHSEED has it
-    // Without a name of its own, another Python that stands first on PATH would lend its modules.
+    // Without a name of its own it would use the modules of another Python that is first on PATH.
     status = PyConfig_SetBytesString(&config, &config.program_name, ORVLANG_PYTHON_PROGRAM);
     if (!PyStatus_Exception(status))
         status = Py_InitializeFromConfig(&config);
@@ -60,8 +60,8 @@ PyStatus initialize() {
 
 void (*thePythonHandler)(int) = nullptr;   // of signals, as Python sets it
 
-/// Stands in for signal.signal: where the program has a handler of its own for SIGINT, that one stays. It tells Python
-/// of the signal by way of interrupt, and then what Python code has set is called.
+/// Replaces signal.signal: where the program has a handler of its own for SIGINT, that one is kept. It passes the signal
+/// to Python through interrupt, and then what Python code has set is called.
 PyObject *setSignal(PyObject *original, PyObject *arguments) {
     struct sigaction before;
     sigaction(SIGINT, nullptr, &before);
@@ -158,7 +158,7 @@ void passInterruptOn() {
     tgkill(getpid(), theThread, SIGURG);   // does nothing when the thread has ended
 }
 
-/// Handles the signals that are due now. Those that came for an earlier call, too late for it, concern nobody.
+/// Handles the signals that are due now: they came too late for an earlier call, so they mean nothing.
 void dropOldSignals() {
     isPassedOn = false;
     if (PyErr_CheckSignals() == 0)

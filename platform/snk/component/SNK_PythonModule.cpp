@@ -10,7 +10,7 @@
 
 namespace {
 
-PyTypeObject *theExecuteType = nullptr;   // what execute gives; stays for good
+PyTypeObject *theExecuteType = nullptr;   // the result of execute; never freed
 
 /// The class orvlang.Error, borrowed; null, with an exception set, when it cannot be made.
 PyObject *errorClass() {
@@ -40,7 +40,7 @@ const SNK_Language *language() {
     return nullptr;
 }
 
-/// Takes texts into a string, one behind the other.
+/// Returns a receiver that appends texts to a string.
 SNK_TextTaker into(std::string &text) {
     return { &text, [](void *target, const char *part, size_t length) {
                 static_cast<std::string *>(target)->append(part, length);
@@ -62,7 +62,7 @@ bool wasInterrupted() {
     return true;
 }
 
-/// Gives the interpreter lock away for something that can take long: other threads of Python go on meanwhile.
+/// Releases the interpreter lock for something that can take long, so that other threads of Python run meanwhile.
 class Unlocked {
 public:
     Unlocked() : thread(PyEval_SaveThread()) {}
@@ -183,7 +183,7 @@ PyObject *listNames(PyObject *, PyObject *) {
     return PyErr_Occurred() ? nullptr : list.release();
 }
 
-/// A line of standard input; empty at its end. Without a language nobody else reads, so any thread may.
+/// Returns a line of standard input; empty at its end. Without a language nothing else reads, so any thread may.
 PyObject *readLine(PyObject *, PyObject *) {
     const SNK_ComponentHost &host = SNK_Interpreter::host();
     if (host.language() && !language())

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int theFailure = -1;   // an exception is set
 
-/// The bytes of a text, for the library: UTF-8 without a NUL, which would end the text for whoever takes it.
+/// Returns the bytes of a text for the library: UTF-8 without a NUL, which would end the text for its readers.
 const char *textOf(PyObject *text, Py_ssize_t &length) {
     const char *const bytes = PyUnicode_AsUTF8AndSize(text, &length);
     if (bytes && std::memchr(bytes, '\0', static_cast<size_t>(length))) {
@@ -49,7 +49,7 @@ int giveStringArray(PyObject *value, const SNK_TextTaker &texts) {
     const SNK_PythonReference entries(PySequence_Tuple(value));
     if (!entries)
         return theFailure;
-    // None is handed out before all are known to be good.
+    // None is passed on before all are known to be good.
     std::vector<std::string_view> found;
     const Py_ssize_t count = PyTuple_GET_SIZE(static_cast<PyObject *>(entries));
     for (Py_ssize_t i = 0; i < count; ++i) {
@@ -67,8 +67,8 @@ int giveStringArray(PyObject *value, const SNK_TextTaker &texts) {
     return SNK_Result::StringArray;
 }
 
-/// An exception in short and in full, as support.py tells it. Where that fails, it is the name of the class twice: the
-/// depth or the memory that it takes may be what is missing.
+/// An exception in short and in full, as support.py describes it. Where that fails, it is the name of the class twice:
+/// support.py needs depth and memory, which may be what is missing.
 struct Description {
     explicit Description(SNK_PythonReference exception) {
         const char *const name = Py_TYPE((PyObject *)exception)->tp_name;
@@ -87,7 +87,7 @@ struct Description {
     const char *inFull = nullptr;
 };
 
-/// Clears the exception that is set and gives it, its traceback in place.
+/// Clears the exception that is set and returns it with its traceback.
 SNK_PythonReference takeException() {
     PyObject *type = nullptr, *value = nullptr, *traceback = nullptr;
     PyErr_Fetch(&type, &value, &traceback);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the component offers: each call goes through SNK_Interpreter::Call, runs its code in `__main__`, hands out what
-// came of it and flushes Python's streams. Exceptions of Python end here.
+// What the component offers: each call goes through SNK_Interpreter::Call, runs its code in `__main__`, passes on
+// the result and flushes Python's streams. Exceptions of Python end here.
 #include <cstring>
 #include <string>
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Runs one call: `work` gives a kind, or a negative number with an exception set.
+/// Runs one call: `work` returns a kind, or a negative number with an exception set.
 template <typename Work>
 int run(const SNK_TextTaker &texts, Work work) {
     const SNK_ComponentHost &host = SNK_Interpreter::host();
@@ -26,7 +26,7 @@ int run(const SNK_TextTaker &texts, Work work) {
         kind = SNKgiveException(texts);
     if (SNK_Interpreter::flush())
         return kind;
-    // What was printed is not lost silently; but the first thing that went wrong is what is told.
+    // Printed text is not lost silently; but the first failure is the one that is reported.
     if (kind != SNK_Result::None) {
         PyErr_Clear();
         return kind;
@@ -40,7 +40,7 @@ SNK_PythonReference evaluate(PyObject *code) {
 }
 
 SNK_PythonReference evaluate(const char *code, int start) {
-    // The compiler would tell nothing but that the text is wrong.
+    // The compiler would report only that the text is wrong.
     if (!SNK_PythonReference(PyUnicode_DecodeUTF8(code, static_cast<Py_ssize_t>(std::strlen(code)), nullptr)))
         return {};
     PyCompilerFlags flags = _PyCompilerFlags_INIT;
@@ -60,7 +60,7 @@ int runStatements(const char *code, const SNK_TextTaker &texts) {
     return run(texts, [&] { return evaluate(code, Py_file_input) ? int(SNK_Result::None) : -1; });
 }
 
-/// The words as a list of Python; what is no UTF-8 in them survives as Python has it with names of files.
+/// Returns the words as a list of Python; bytes that are not UTF-8 are kept as Python keeps them in names of files.
 SNK_PythonReference makeWords(int argc, char **argv) {
     SNK_PythonReference words(PyList_New(argc));
     for (int i = 0; words && i < argc; ++i) {

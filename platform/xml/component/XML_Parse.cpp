@@ -112,7 +112,7 @@ void parse(const char *text, const XML_PieceTaker &taker) {
     {
         const Isolation isolation;
         parser.parse(Glib::ustring(text));
-        // The parser itself would leave a hole in the content and go on.
+        // The parser itself would leave a gap in the content and continue.
         if (isolation.refusedAny())
             throw std::runtime_error("External entities are not read");
     }
@@ -130,7 +130,7 @@ void XML_PARSE_FUNCTION(const char *text, const XML_PieceTaker &taker) {
         parse(text, taker);
     } catch (const std::exception &exception) {
         give(taker, XML_Piece::Failure, exception.what(), std::strlen(exception.what()));
-    } catch (const Glib::Exception &exception) {   // is no std::exception
+    } catch (const Glib::Exception &exception) {   // not a std::exception
         const Glib::ustring what = exception.what();
         give(taker, XML_Piece::Failure, what.data(), what.bytes());
     }
