@@ -3,7 +3,7 @@
 // Joins the command language to the expressions, in both directions: functions through which expressions run commands
 // and Python, find files and test variables, and a type of variables through which a name in an expression is a
 // variable of the language.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <orvlang/bridge/CMD_CapturedRun.h>
 #include <orvlang/bridge/CMD_PythonLanguage.h>
@@ -235,13 +235,13 @@ const FML_TYPEDEF theGlobalVariable = { 20,          "globalVar", clearName,    
 
 }   // namespace
 
-bool CMD_Manager::theLibraryGlueNeeded = true;
+bool CMD_Engine::theLibraryGlueNeeded = true;
 
-void CMD_Manager::initLibraryGlue() {
+void CMD_Engine::initLibraryGlue() {
     if (!theLibraryGlueNeeded)
         return;
     theLibraryGlueNeeded = false;
-    setContext();
+    manager.setContext();
     TRK_Manager::initExpressionLibrary();
     fml_AddVariableType(&theGlobalVariable, 0);
     for (BridgeFunction &function : theFunctions)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a half-typed command word can become.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
 
@@ -10,13 +10,13 @@
 void CMD_Manager::matchCommands(const char *prefix, KIT_StringArray &names) const {
     const std::string_view start = prefix ? prefix : "";
     KIT_StringArray aliasNames;
-    aliases->getAliasNames(aliasNames);
+    engine->aliases->getAliasNames(aliasNames);
     for (const char *alias : aliasNames) {
         if (std::string_view(alias).starts_with(start))
             names.append(alias);
     }
-    commandList->sort();
-    for (const CMD_Command *command : *commandList) {
+    engine->commandList->sort();
+    for (const CMD_Command *command : *engine->commandList) {
         if (std::string_view(command->getName()).starts_with(start))
             names.append(command->getName());
     }

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Help: the listing of commands, and the entries of the help files. Nothing is kept: each request reads the files
 // anew, so that a file changed on disk counts at once.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
 #include <ostream>
 
 #include <orvlang/builtins/CMD_Columns.h>
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/builtins/CMD_HelpFile.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_CommandList.h>
@@ -42,7 +43,7 @@ void CMD_Manager::commandDump(std::ostream &os, const char *keyword, const char 
     const bool isSearch = keyword && *keyword;
     if (isSearch)
         searchHelp(matches, theHelpFile, keyword);
-    const KIT_PtrArray<CMD_Command *> &listed = isSearch ? matches : *commandList;
+    const KIT_PtrArray<CMD_Command *> &listed = isSearch ? matches : *engine->commandList;
     std::vector<std::string_view> names;
     for (const CMD_Command *command : listed) {
         const std::string_view commandName = command->getName();
@@ -64,7 +65,7 @@ void CMD_Manager::commandHelp(std::ostream &os, const char *word) const {
     }
     int matches = 0;
     const CMD_Command *match = nullptr;
-    for (const CMD_Command *command : *commandList) {
+    for (const CMD_Command *command : *engine->commandList) {
         const std::string_view commandName = command->getName();
         if (commandName == wanted.view()) {
             matches = 1;
@@ -98,7 +99,7 @@ void CMD_Manager::searchHelp(KIT_PtrArray<CMD_Command *> &found, const char *fil
     for (const char *path : findHelpFiles(filename)) {
         CMDsearchHelpFile(path, wanted.view(), [&](const char *heading) {
             CMD_Command *command = nullptr;
-            if (findCommand(heading, 1, &command) == commandFound)
+            if (engine->findCommand(heading, 1, &command) == CMD_Engine::commandFound)
                 found.append(command);
         });
     }
@@ -112,8 +113,8 @@ void CMD_Manager::searchHelp(KIT_PtrArray<CMD_Command *> &found, const char *fil
     found.collapse();
 }
 
-void CMD_Manager::cmd_help(CMD_Args &args) {
-    const CMD_Manager &manager = *getContext();
+void CMD_Commands::cmd_help(CMD_Args &args) {
+    const CMD_Manager &manager = *CMD_Manager::getContext();
     if (args.argc() == 1)
         manager.commandDump(args.out(), args.argp('k'), nullptr);
     for (int i = 1; i < args.argc(); ++i) {
@@ -126,7 +127,7 @@ void CMD_Manager::cmd_help(CMD_Args &args) {
     }
 }
 
-void CMD_Manager::cmd_exhelp(CMD_Args &args) {
+void CMD_Commands::cmd_exhelp(CMD_Args &args) {
     if (args.argc() == 1)
         fml_PrintHelp(args.out(), nullptr, args.argp('k'));
     for (int i = 1; i < args.argc(); ++i)

@@ -38,7 +38,7 @@ public:
     void callBaseClassCommand();
 
 private:
-    friend class CMD_Manager;
+    friend class CMD_Engine;
 
     void init(CMD_Manager &manager, const CMD_Source &source, std::ostream *out, std::ostream *err);
 

@@ -1,135 +1,195 @@
 // SPDX-License-Identifier: Apache-2.0
-// The manager's life, and the small services that have no file of their own: modes, callbacks, channel blocks.
-#include <orvlang/engine/CMD_Manager.h>
+// The manager's life, and the small services that have no file of their own: modes, callbacks, counters, channel
+// blocks. The operations that the engine itself needs have their bodies there.
+#include <orvlang/engine/CMD_Engine.h>
 
-#include <iostream>
+#include <utility>
 
-#include <orvlang/engine/CMD_Source.h>
-#include <orvlang/engine/CMD_StatementFrame.h>
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_DSO.h>
-#include <orvlang/platform/kit/KIT_SymbolTable.h>
 #include <orvlang/platform/kit/KIT_UndoManager.h>
-#include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/trk/TRK_EventManager.h>
-#include <orvlang/symbols/CMD_AliasTable.h>
-#include <orvlang/symbols/CMD_VariableTable.h>
 
-CMD_Manager *CMD_Manager::theManager = nullptr;
-int CMD_Manager::theChannelBlockCount = 0;
-TRK_AutoEventHandler *CMD_Manager::theTRKEventHandler = nullptr;
-int CMD_Manager::theManagerCount = 0;
-KIT_SymbolTable *CMD_Manager::theCommandLists = nullptr;
-
-CMD_Manager::CMD_Manager(const char *managerName, int extend)
-    : TRK_Manager(0), commandList(getCommandList(managerName ? managerName : "")),
-      commandTable(std::make_unique<KIT_SymbolTable>()), globalVariables(std::make_unique<CMD_VariableTable>()),
-      aliases(std::make_unique<CMD_AliasTable>()), name(managerName ? managerName : "") {
-    sourceStack.push_back(std::make_shared<CMD_Source>("stdin", OSLsystem().isTerminal(0) ? 1 : 0));
-    standardOutStack.append(&std::cout);
-    standardErrStack.append(&std::cerr);
-    installBuiltIn();
-    installBaseCommands();
-    addPortExtension();   // a new manager is the current one until a statement runs on another
-    initLibraryGlue();
-    pushPrompt((std::string(name.view()) + " -> ").c_str());
-    ++theManagerCount;
+CMD_Manager::CMD_Manager(const char *name, int extend)
+    : TRK_Manager(0), engine(std::make_unique<CMD_Engine>(*this, name ? name : "")) {
+    engine->installBuiltIn();
+    engine->installBaseCommands();
+    engine->addPortExtension();   // a new manager is the current one until a statement runs on another
+    engine->initLibraryGlue();
+    pushPrompt((std::string(name ? name : "") + " -> ").c_str());
+    ++CMD_Engine::theManagerCount;
     if (extend)
         KIT_DSO::runReverse("CMDextendLibrary", this, 1);
 }
 
 CMD_Manager::~CMD_Manager() {
-    // The block of a script that is not at its end; the last script that goes would have closed it.
-    if (getSourceLevel() > 0)
-        closeChannelBlocks(0);
-    closeOwnPorts();
-    globalVariables.reset();
-    aliases.reset();
-    commandTable.reset();
-    while (!sourceStack.empty())
-        sourceStack.pop_back();
-    if (--theManagerCount == 0)
+    engine->close();
+    if (--CMD_Engine::theManagerCount == 0)
         KITgetUndoManager()->clearUndoFlags();
-    if (theManager == this)
-        theManager = nullptr;
+    if (CMD_Engine::theManager == this)
+        CMD_Engine::theManager = nullptr;
+}
+
+CMD_Manager *CMD_Manager::getContext() {
+    return CMD_Engine::theManager;
+}
+
+bool CMD_Manager::getContextExists() {
+    return CMD_Engine::theManager != nullptr;
 }
 
 void CMD_Manager::setContext() {
-    theManager = this;
+    CMD_Engine::theManager = this;
     TRK_Manager::setContext();
 }
 
+std::weak_ptr<const void> CMD_Manager::getLife() const {
+    return engine->life;
+}
+
+void CMD_Manager::execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err,
+                          int expandAliases, bool asBlock) {
+    engine->execute(text, expandHistory, out, err, expandAliases, asBlock);
+}
+
+void CMD_Manager::sendInput(const char *line, bool asBlock) {
+    engine->sendInput(line, asBlock);
+}
+
+void CMD_Manager::sendMultiLineInput(const char *text, bool asBlock) {
+    engine->sendMultiLineInput(text, asBlock);
+}
+
+CMD_Manager::Pending CMD_Manager::getPendingInput() const {
+    return engine->getPendingInput();
+}
+
+void CMD_Manager::abandonInput() {
+    if (engine->framesInUse == 0)
+        engine->dropPendingInput();
+}
+
+CMD_Source *CMD_Manager::getSource() const {
+    return engine->getSource();
+}
+
+int CMD_Manager::getSourceLevel() const {
+    return static_cast<int>(engine->sourceStack.size() - engine->consoleDepth());
+}
+
+CMD_Source *CMD_Manager::pushSource(const char *filename, int echo) {
+    return engine->pushSource(filename, echo);
+}
+
+CMD_Source *CMD_Manager::popSource(int complain) {
+    return engine->popSource(complain);
+}
+
+std::ostream &CMD_Manager::getError(int prefix) {
+    return engine->getError(prefix);
+}
+
+void CMD_Manager::getPrompt(KIT_String &out) {
+    engine->getPrompt(out);
+}
+
 void CMD_Manager::setVerbose(int on) {
-    stateBits = on ? stateBits | stateVerbose : stateBits & ~stateVerbose;
+    engine->setStateBit(CMD_Engine::stateVerbose, on != 0);
 }
 
 int CMD_Manager::getVerbose() const {
-    return static_cast<int>(stateBits & stateVerbose);
+    return static_cast<int>(engine->stateBits & CMD_Engine::stateVerbose);
 }
 
 void CMD_Manager::setIORedirection(int on) {
-    stateBits = on ? stateBits | stateIORedirection : stateBits & ~stateIORedirection;
+    engine->setStateBit(CMD_Engine::stateIORedirection, on != 0);
 }
 
 int CMD_Manager::getIORedirection() const {
-    return (stateBits & stateIORedirection) && !isInSafeMode() ? 1 : 0;
+    return (engine->stateBits & CMD_Engine::stateIORedirection) && !isInSafeMode() ? 1 : 0;
 }
 
 void CMD_Manager::setSafeMode(int on) {
-    setModeBit(modeSafe, on != 0);
+    engine->setModeBit(CMD_Engine::modeSafe, on != 0);
     fml_setSafeMode(on != 0);
 }
 
 int CMD_Manager::isInSafeMode() const {
-    return modeBits & modeSafe ? 1 : 0;
+    return engine->isInSafeMode() ? 1 : 0;
 }
 
 void CMD_Manager::setBrowserMode(int on) {
-    setModeBit(modeBrowser, on != 0);
+    engine->setModeBit(CMD_Engine::modeBrowser, on != 0);
 }
 
 int CMD_Manager::isInBrowserMode() const {
-    return modeBits & modeBrowser ? 1 : 0;
+    return engine->modeBits & CMD_Engine::modeBrowser ? 1 : 0;
 }
 
 int CMD_Manager::setHistoryCapture(int on) {
-    const int former = modeBits & modeCaptureHistory ? 1 : 0;
-    setModeBit(modeCaptureHistory, (on & 1) != 0);
+    const int former = engine->modeBits & CMD_Engine::modeCaptureHistory ? 1 : 0;
+    engine->setModeBit(CMD_Engine::modeCaptureHistory, (on & 1) != 0);
     return former;
 }
 
+void CMD_Manager::echoOff() {
+    ++engine->echoOffCount;
+}
+
+void CMD_Manager::echoOn() {
+    --engine->echoOffCount;
+}
+
 CMD_Manager::PostCmdCallback CMD_Manager::setPostCmdCallback(PostCmdCallback callback, void *data) {
-    postCmdCallbackData = data;
-    return std::exchange(postCmdCallback, callback);
+    engine->postCmdCallbackData = data;
+    return std::exchange(engine->postCmdCallback, callback);
 }
 
 void CMD_Manager::setCommandEchoCallback(CommandEchoCallback callback, void *data) {
-    commandEchoCallback = callback;
-    commandEchoCallbackData = data;
+    engine->commandEchoCallback = callback;
+    engine->commandEchoCallbackData = data;
+}
+
+void *CMD_Manager::getPostCmdCallbackData() const {
+    return engine->postCmdCallbackData;
+}
+
+void *CMD_Manager::getCommandEchoCallbackData() const {
+    return engine->commandEchoCallbackData;
+}
+
+void CMD_Manager::setCommandEcho(bool on) {
+    engine->commandEcho = on;
+}
+
+bool CMD_Manager::getCommandEcho() const {
+    return engine->commandEcho;
+}
+
+void CMD_Manager::setStatusCode(int code) {
+    engine->statusCode = code;
+}
+
+int CMD_Manager::getStatusCode() const {
+    return engine->statusCode;
+}
+
+unsigned int CMD_Manager::getCommandsRun() const {
+    return engine->commandsRun;
 }
 
 bool CMD_Manager::beginChannelBlock() {
     if (getSourceLevel() < 1)
         return false;
-    if (theChannelBlockCount == 0)
-        theTRKEventHandler = new TRK_AutoEventHandler;
-    ++theChannelBlockCount;
+    if (CMD_Engine::theChannelBlockCount == 0)
+        CMD_Engine::theTRKEventHandler = new TRK_AutoEventHandler;
+    ++CMD_Engine::theChannelBlockCount;
     return true;
 }
 
 bool CMD_Manager::endChannelBlock() {
-    if (getSourceLevel() < 1 || theChannelBlockCount <= channelBlocksBelow)
+    if (getSourceLevel() < 1 || CMD_Engine::theChannelBlockCount <= engine->channelBlocksBelow)
         return false;
-    closeChannelBlocks(theChannelBlockCount - 1);
+    engine->closeChannelBlocks(CMD_Engine::theChannelBlockCount - 1);
     return true;
-}
-
-void CMD_Manager::closeChannelBlocks(int kept) {
-    theChannelBlockCount = kept;
-    if (kept > 0)
-        return;
-    // Whom the held events reach may open a block of their own.
-    const std::unique_ptr<TRK_AutoEventHandler> ended(std::exchange(theTRKEventHandler, nullptr));
-    if (ended)
-        TRKgetEventManager().endHandlingEvents();
 }

@@ -4,11 +4,8 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include <orvlang/engine/CMD_Command.h>
-#include <orvlang/engine/CMD_Line.h>
 #include <orvlang/platform/kit/KIT_Export.h>
 #include <orvlang/platform/kit/KIT_PtrArray.h>
 #include <orvlang/platform/kit/KIT_String.h>
@@ -17,14 +14,11 @@
 
 class CMD_AliasTable;
 class CMD_Args;
-class CMD_CommandList;
+class CMD_Engine;
 class CMD_Loop;
 class CMD_Source;
 class CMD_VariableTable;
-class KIT_SymbolTable;
-class TRK_AutoEventHandler;
 class VIO_ServerSocketListener;
-struct CMD_StatementFrame;
 
 /// The object that a host creates to have a command language.
 ///
@@ -48,11 +42,11 @@ public:
     CMD_Manager &operator=(const CMD_Manager &) = delete;
 
     /// The manager that built-in callbacks act on: the one that ran a statement last. Null when there is none.
-    static CMD_Manager *getContext() { return theManager; }
-    static bool getContextExists() { return theManager != nullptr; }
+    static CMD_Manager *getContext();
+    static bool getContextExists();
     void setContext() override;
     /// Expires when the manager is gone: for who refers to it without owning it.
-    std::weak_ptr<const void> getLife() const { return life; }
+    std::weak_ptr<const void> getLife() const;
 
     // Running text.
 
@@ -143,10 +137,10 @@ public:
     // Sources.
 
     /// The current source; never null, and not to be kept beyond the statement.
-    CMD_Source *getSource() const { return sourceStack.back().get(); }
+    CMD_Source *getSource() const;
     /// 0 at the console, 1 in a script that it sources, and so on. What is served while `openport -w` waits counts from
     /// there.
-    int getSourceLevel() const { return static_cast<int>(sourceStack.size() - consoleDepth()); }
+    int getSourceLevel() const;
     /// Makes a script the current source; its lines run after the current statement. The file is looked up as
     /// written, then on the script path. Null when it cannot be read or is empty. With a non-zero echo each of
     /// its statements is shown before it runs.
@@ -157,7 +151,7 @@ public:
 
     // Variables. Reading looks through the locals of the sources, the newest first, then at the globals.
 
-    CMD_VariableTable *getGlobalVariables() const { return globalVariables.get(); }
+    CMD_VariableTable *getGlobalVariables() const;
     /// Sets a local of the current source (with `parent`, of the one that sourced it) or a global; a global call
     /// overwrites a local of the same name. New globals are exported to the environment. Illegal names are ignored.
     void setVariable(const char *name, const char *value, int local, int parent);
@@ -185,13 +179,13 @@ public:
     /// Writes `set` lines for the current source's locals and the globals.
     void saveVariables(std::ostream &os);
     /// While a scene loads, setVariable leaves `ORP` and `ORPNAME` alone. Calls nest.
-    void beginLoading() { ++loadingCount; }
-    void endLoading() { --loadingCount; }
-    bool isLoading() const { return loadingCount > 0; }
+    void beginLoading();
+    void endLoading();
+    bool isLoading() const;
 
     // Aliases.
 
-    CMD_AliasTable *getAliases() const { return aliases.get(); }
+    CMD_AliasTable *getAliases() const;
     bool getAlias(const char *name, KIT_String &value) const;
     void setAlias(const char *name, const char *value);
     void destroyAlias(const char *name);
@@ -259,27 +253,27 @@ public:
     void setBrowserMode(int on);
     int isInBrowserMode() const;
     /// Statement echo is silent while there are more calls of echoOff than of echoOn.
-    void echoOff() { ++echoOffCount; }
-    void echoOn() { --echoOffCount; }
+    void echoOff();
+    void echoOn();
 
     // Callbacks.
 
     /// Called after each statement. Gives the function that it replaces.
     PostCmdCallback setPostCmdCallback(PostCmdCallback callback, void *data);
-    void *getPostCmdCallbackData() const { return postCmdCallbackData; }
+    void *getPostCmdCallbackData() const;
     /// Called with each console line while setCommandEcho is on.
     void setCommandEchoCallback(CommandEchoCallback callback, void *data);
-    void *getCommandEchoCallbackData() const { return commandEchoCallbackData; }
-    void setCommandEcho(bool on) { commandEcho = on; }
-    bool getCommandEcho() const { return commandEcho; }
+    void *getCommandEchoCallbackData() const;
+    void setCommandEcho(bool on);
+    bool getCommandEcho() const;
 
     // Running state.
 
-    void setStatusCode(int code) { statusCode = code; }
+    void setStatusCode(int code);
     /// The outcome of the last statement; 0 when a callback starts.
-    int getStatusCode() const { return statusCode; }
+    int getStatusCode() const;
     /// Statements run so far, skipped and failed ones too.
-    unsigned int getCommandsRun() const { return commandsRun; }
+    unsigned int getCommandsRun() const;
     /// Holds channel events back until the matching end. False outside scripts, and for an end without a begin.
     bool beginChannelBlock();
     bool endChannelBlock();
@@ -287,15 +281,15 @@ public:
     // Loops and conditions.
 
     /// 1 when the line's first word names `for`, `foreach` or `while`, abbreviated or not; 0 for null.
-    int isLoopCommand(const char *line) { return line && isLoopLine(line) ? 1 : 0; }
+    int isLoopCommand(const char *line);
     /// A loop that has yet to collect its lines; null when there is no word. The caller owns it.
     CMD_Loop *buildLoop(const char *line);
-    int getBreakLevel() const { return breakLevel; }
+    int getBreakLevel() const;
     void bumpBreakLevel(int delta);
-    int getContinueLevel() const { return continueLevel; }
-    void setContinueLevel(int level) { continueLevel = level; }
+    int getContinueLevel() const;
+    void setContinueLevel(int level);
     /// The number of loops alive.
-    int getLoopNestLevel() const { return loopNestLevel; }
+    int getLoopNestLevel() const;
     void bumpLoopNestLevel(int delta);
     /// 1 true, 0 false, -1 syntax error; prints nothing. The text form expands variables and expressions first.
     int evaluateCondition(int argc, const char *const argv[]);
@@ -308,197 +302,7 @@ protected:
     bool getVariableString(const char *name, KIT_String &value, int &flags, int thread) override;
 
 private:
-    friend class CMD_Args;
-    friend class CMD_Loop;
+    friend class CMD_Engine;
 
-    enum StateBits : unsigned { stateVerbose = 2, stateIORedirection = 4 };
-    enum ModeBits : unsigned {
-        modeExpandAliases = 1,
-        modeExpandHistory = 2,
-        modeCaptureHistory = 4,
-        modeSafe = 8,
-        modeBrowser = 16,
-    };
-    /// What findCommand gives.
-    enum : int { commandFound = 0, commandMissing = -1, commandAmbiguous = -2, commandUnsafe = -3 };
-
-    using SourceRef = std::shared_ptr<CMD_Source>;
-
-    // Keep a piece of running state right on every way out of an operation.
-    class BlockScope;
-    class ExecuteScope;
-    class LevelScope;
-    class ModeScope;
-    class StatementStreams;
-    class StatusPublisher;
-    class WaitScope;
-
-    /// The working memory of one statement, for as long as it runs.
-    class FrameScope {
-    public:
-        FrameScope(CMD_Manager &manager, size_t textLength);
-        ~FrameScope();
-        FrameScope(const FrameScope &) = delete;
-        FrameScope &operator=(const FrameScope &) = delete;
-
-        CMD_StatementFrame &get() const { return *frame; }
-
-    private:
-        CMD_Manager &manager;
-        const bool isKept;
-        CMD_StatementFrame *frame;
-    };
-
-    static CMD_CommandList *getCommandList(const char *name);
-    void installBuiltIn();
-    void installBaseCommands();
-    void addPortExtension();
-    bool openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args *args,
-                  std::ostream *errors, const char *const *argv, int *pid, bool separateErrors, bool silent,
-                  const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
-                  bool pollFlag);
-    void closeOwnPorts();
-    void initLibraryGlue();
-
-    // The road of a line, in this order.
-    void finishContinuation();
-    void internalSendInput(std::string_view line, bool pushedSource);
-    void drain(size_t baseLevel, bool readWasPending, bool loopWasRunning);
-    void processInput(const SourceRef &source, const CMD_Line &line);
-    void internalExecute(const CMD_Line &line);
-    void applyHistory(CMD_Line &text);
-    bool aliasExpand(std::string_view line, std::string &expanded) const;
-    void runCommand(std::string_view line, CMD_StatementFrame &frame);
-
-    // The steps of runCommand.
-    bool isLoopLine(std::string_view line);
-    void startLoop(const SourceRef &source, std::string_view line);
-    bool parseStatement(std::string_view line, CMD_StatementFrame &frame, bool expands, bool redirects);
-    void echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame);
-    CMD_Command *resolveCommand(CMD_StatementFrame &frame);
-    void callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame, bool hasOptions,
-                     StatementStreams &streams);
-    void reportLateErrors();
-    void updateStatusVariable();
-
-    CMD_Command *ownCommand(std::string_view name) const;
-    int findCommand(std::string_view name, int exact, CMD_Command **command = nullptr) const;
-    bool findScript(KIT_String &path) const;
-    void breakAllSources();
-    void reportNestingTooDeep();
-    bool isNested() const;
-    bool isNestingOver() const;
-    bool refusesRun();
-    void reportOutOfMemory();
-    void dropPendingInput();
-    void closeChannelBlocks(int kept);
-    void setReadVariables(std::string_view line);
-    void setArgumentVariables(const CMD_Args &args);
-    void pushSource(SourceRef source);
-    /// The depth of the source stack at the console.
-    size_t consoleDepth() const { return consoleIndex + 1; }
-    void updateNoAliasVariable(size_t place);
-
-    /// The places on the stacks at which a run has its own streams.
-    struct StreamSlots {
-        int out;
-        int err;
-    };
-    /// A null stream means the current one.
-    StreamSlots pushStreams(std::ostream *out, std::ostream *err);
-    /// Removes the streams of a run unless a callback has popped them already, and those that a callback has pushed on
-    /// top of them and left there: they may be destroyed before the next pop.
-    void popStreams(StreamSlots slots);
-
-    void setModeBit(unsigned bit, bool on) { modeBits = on ? modeBits | bit : modeBits & ~bit; }
-
-    // The commands.
-    static void cmd_alias(CMD_Args &args);
-    static void cmd_coredump(CMD_Args &args);
-    static void cmd_memory(CMD_Args &args);
-    static void cmd_perfmon(CMD_Args &args);
-    static void cmd_undoctrl(CMD_Args &args);
-    static void cmd_chblockbegin(CMD_Args &args);
-    static void cmd_chblockend(CMD_Args &args);
-    static void cmd_ucd(CMD_Args &args);
-    static void cmd_unix(CMD_Args &args);
-    static void cmd_upwd(CMD_Args &args);
-    static void cmd_uls(CMD_Args &args);
-    static void cmd_umkdir(CMD_Args &args);
-    static void cmd_urm(CMD_Args &args);
-    static void cmd_message(CMD_Args &args);
-    static void cmd_listchooser(CMD_Args &args);
-    static void cmd_filechooser(CMD_Args &args);
-    static void cmd_openport(CMD_Args &args);
-    static void cmd_closeport(CMD_Args &args);
-    static void cmd_atjob(CMD_Args &args);
-    static void cmd_echo(CMD_Args &args);
-    static void cmd_exhelp(CMD_Args &args);
-    static void cmd_exit(CMD_Args &args);
-    static void cmd_help(CMD_Args &args);
-    static void cmd_history(CMD_Args &args);
-    static void cmd_job(CMD_Args &args);
-    static void cmd_prompt(CMD_Args &args);
-    static void cmd_quit(CMD_Args &args);
-    static void cmd_read(CMD_Args &args);
-    static void cmd_set(CMD_Args &args);
-    static void cmd_setenv(CMD_Args &args);
-    static void cmd_setCommon(CMD_Args &args, int local, int parent);
-    static void cmd_shift(CMD_Args &args);
-    static void cmd_source(CMD_Args &args);
-    static void cmd_time(CMD_Args &args);
-    static void cmd_if(CMD_Args &args);
-    static void cmd_else(CMD_Args &args);
-    static void cmd_endif(CMD_Args &args);
-    static void cmd_break(CMD_Args &args);
-    static void cmd_continue(CMD_Args &args);
-    static void cmd_end(CMD_Args &args);
-    static void cmd_loop(CMD_Args &args);
-
-    // Shared by all managers of the process.
-    static CMD_Manager *theManager;
-    static int theChannelBlockCount;
-    static TRK_AutoEventHandler *theTRKEventHandler;
-    static int theManagerCount;
-    static bool theLibraryGlueNeeded;          // cleared by the first manager of the process
-    static KIT_SymbolTable *theCommandLists;   // never freed, like the lists in it
-
-    const std::shared_ptr<const void> life = std::make_shared<char>();
-    CMD_CommandList *commandList;   // borrowed; shared with the managers of the same name
-    struct Prompt {
-        KIT_String text;
-        bool isSafe;   // was set in safe mode, and is expanded in it
-    };
-    std::vector<Prompt> promptStack;
-    KIT_String readVariables;   // not empty while a `read` waits for its line
-    int readLocal = 1;
-    std::unique_ptr<KIT_SymbolTable> commandTable;
-    std::vector<SourceRef> sourceStack;   // shared with the statements that the sources gave
-    size_t consoleIndex = 0;      // of the console on the source stack: the bottom, or the innermost wait
-    int channelBlocksBelow = 0;   // those that were open when that wait began
-    std::unique_ptr<CMD_VariableTable> globalVariables;
-    std::unique_ptr<CMD_AliasTable> aliases;
-    KIT_PtrArray<std::ostream *> standardOutStack;   // all borrowed
-    KIT_PtrArray<std::ostream *> standardErrStack;
-    unsigned int commandsRun = 0;
-    int noAliasActive = 0;
-    unsigned stateBits = stateIORedirection;
-    int breakLevel = 0;
-    int continueLevel = 0;
-    int loopNestLevel = 0;
-    int executeDepth = 0;
-    int inputDepth = 0;   // of sendInput and sendMultiLineInput, through which `execute` goes as well
-    int statusCode = 0;
-    unsigned modeBits = modeExpandAliases | modeExpandHistory | modeCaptureHistory;
-    KIT_String name;
-    std::string continuationLine;
-    int loadingCount = 0;
-    int echoOffCount = 0;
-    PostCmdCallback postCmdCallback = nullptr;
-    void *postCmdCallbackData = nullptr;
-    CommandEchoCallback commandEchoCallback = nullptr;
-    void *commandEchoCallbackData = nullptr;
-    bool commandEcho = false;
-    std::vector<std::unique_ptr<CMD_StatementFrame>> frames;   // working memory, one for each nested statement
-    size_t framesInUse = 0;
+    const std::unique_ptr<CMD_Engine> engine;   // the state of the manager and the steps that run text
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The registry of commands: installing, overriding, and finding by exact name or by unique prefix.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
 
@@ -19,7 +19,7 @@ bool nameIsBelow(const CMD_Command *command, std::string_view name) {
 
 }   // namespace
 
-CMD_CommandList *CMD_Manager::getCommandList(const char *managerName) {
+CMD_CommandList *CMD_Engine::getCommandList(const char *managerName) {
     if (!theCommandLists)
         theCommandLists = new KIT_SymbolTable;
     KIT_Thing thing;
@@ -30,8 +30,12 @@ CMD_CommandList *CMD_Manager::getCommandList(const char *managerName) {
     return list;
 }
 
-void CMD_Manager::installCommand(const char *commandName, const char *options, CMD_CommandCallback callback,
-                                 bool safe) {
+void CMD_Manager::installCommand(const char *name, const char *options, CMD_CommandCallback callback, bool safe) {
+    engine->installCommand(name, options, callback, safe);
+}
+
+void CMD_Engine::installCommand(const char *commandName, const char *options, CMD_CommandCallback callback,
+                                bool safe) {
     if (!commandName || !callback)
         return;
     if (!options)
@@ -46,12 +50,12 @@ void CMD_Manager::installCommand(const char *commandName, const char *options, C
     commandTable->addSymbol(commandName, KIT_Thing(command));
 }
 
-CMD_Command *CMD_Manager::ownCommand(std::string_view commandName) const {
+CMD_Command *CMD_Engine::ownCommand(std::string_view commandName) const {
     KIT_Thing thing;
     return commandTable->findSymbol(commandName, thing) ? thing.as<CMD_Command>() : nullptr;
 }
 
-int CMD_Manager::findCommand(std::string_view commandName, int exact, CMD_Command **command) const {
+int CMD_Engine::findCommand(std::string_view commandName, int exact, CMD_Command **command) const {
     CMD_Command *found = ownCommand(commandName);
     if (!found) {
         if (exact)
@@ -75,18 +79,18 @@ int CMD_Manager::findCommand(std::string_view commandName, int exact, CMD_Comman
 }
 
 int CMD_Manager::isCommandDefined(const char *commandName) {
-    return commandName && findCommand(commandName, 1) == commandFound ? 1 : 0;
+    return commandName && engine->findCommand(commandName, 1) == CMD_Engine::commandFound ? 1 : 0;
 }
 
 const char *CMD_Manager::getOptions(const char *commandName) {
     CMD_Command *command = nullptr;
-    const bool found = commandName && findCommand(commandName, 0, &command) == commandFound;
+    const bool found = commandName && engine->findCommand(commandName, 0, &command) == CMD_Engine::commandFound;
     return found ? command->getOptions() : nullptr;
 }
 
 void CMD_Manager::getDSOCommands(KIT_PtrArray<CMD_Command *> &list) {
-    commandList->sort();
-    for (CMD_Command *command : *commandList) {
+    engine->commandList->sort();
+    for (CMD_Command *command : *engine->commandList) {
         if (command->getDSOLocation())
             list.append(command);
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Where output goes and what the user is asked with: the two stacks of streams and the stack of prompts.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
 #include <iostream>
@@ -37,37 +37,37 @@ void replaceEverywhere(StreamStack &stack, const std::ostream *stream, std::ostr
 
 }   // namespace
 
-CMD_Manager::StreamSlots CMD_Manager::pushStreams(std::ostream *out, std::ostream *err) {
+CMD_Engine::StreamSlots CMD_Engine::pushStreams(std::ostream *out, std::ostream *err) {
     return { push(standardOutStack, out), push(standardErrStack, err) };
 }
 
-void CMD_Manager::popStreams(StreamSlots slots) {
+void CMD_Engine::popStreams(StreamSlots slots) {
     pop(standardOutStack, slots.out);
     pop(standardErrStack, slots.err);
 }
 
 void CMD_Manager::pushOutputStreams(std::ostream &out, std::ostream &err) {
-    pushStreams(&out, &err);
+    engine->pushStreams(&out, &err);
 }
 
 void CMD_Manager::popOutputStreams() {
-    popStreams({ standardOutStack.entries() - 1, standardErrStack.entries() - 1 });
+    engine->popStreams({ engine->standardOutStack.entries() - 1, engine->standardErrStack.entries() - 1 });
 }
 
 std::ostream &CMD_Manager::setStandardOut(std::ostream &stream) {
-    return replaceTop(standardOutStack, stream);
+    return replaceTop(engine->standardOutStack, stream);
 }
 
 std::ostream &CMD_Manager::setStandardErr(std::ostream &stream) {
-    return replaceTop(standardErrStack, stream);
+    return replaceTop(engine->standardErrStack, stream);
 }
 
 void CMD_Manager::streamDeleted(std::ostream &stream) {
-    replaceEverywhere(standardOutStack, &stream, &std::cout);
-    replaceEverywhere(standardErrStack, &stream, &std::cerr);
+    replaceEverywhere(engine->standardOutStack, &stream, &std::cout);
+    replaceEverywhere(engine->standardErrStack, &stream, &std::cerr);
 }
 
-std::ostream &CMD_Manager::getError(int prefix) {
+std::ostream &CMD_Engine::getError(int prefix) {
     std::ostream &stream = *standardErrStack.last();
     const CMD_Source &source = *getSource();
     if (prefix && !source.isStdIn()) {
@@ -78,39 +78,40 @@ std::ostream &CMD_Manager::getError(int prefix) {
 }
 
 void CMD_Manager::pushPrompt(const char *text) {
-    promptStack.push_back({ text ? text : "", isInSafeMode() != 0 });
+    engine->promptStack.push_back({ text ? text : "", isInSafeMode() != 0 });
 }
 
 void CMD_Manager::popPrompt() {
-    if (promptStack.size() >= 2)
-        promptStack.pop_back();
+    if (engine->promptStack.size() >= 2)
+        engine->promptStack.pop_back();
 }
 
 void CMD_Manager::setPrompt(const char *text) {
-    if (promptStack.empty())
+    if (engine->promptStack.empty())
         return pushPrompt(text);
-    promptStack.back() = { text ? text : "", isInSafeMode() != 0 };
+    engine->promptStack.back() = { text ? text : "", isInSafeMode() != 0 };
 }
 
 const char *CMD_Manager::getPrompt(int index) const {
-    if (promptStack.empty())
+    if (engine->promptStack.empty())
         return "";
-    const bool inside = index >= 0 && static_cast<size_t>(index) < promptStack.size();
-    return (inside ? promptStack[static_cast<size_t>(index)] : promptStack.back()).text.c_str();
+    const bool inside = index >= 0 && static_cast<size_t>(index) < engine->promptStack.size();
+    return (inside ? engine->promptStack[static_cast<size_t>(index)] : engine->promptStack.back()).text.c_str();
 }
 
-CMD_Manager::Pending CMD_Manager::getPendingInput() const {
+CMD_Manager::Pending CMD_Engine::getPendingInput() const {
+    using enum CMD_Manager::Pending;
     const CMD_Source &source = *getSource();
     if (!continuationLine.empty())
-        return Pending::Continuation;
+        return Continuation;
     if (!readVariables.isEmpty())
-        return Pending::Read;
+        return Read;
     if (source.loop && !source.loopRunning)
-        return Pending::Loop;
-    return source.getIfNestLevel() > 0 ? Pending::If : Pending::Nothing;
+        return Loop;
+    return source.getIfNestLevel() > 0 ? If : Nothing;
 }
 
-void CMD_Manager::getPrompt(KIT_String &out) {
+void CMD_Engine::getPrompt(KIT_String &out) {
     const CMD_Source &source = *getSource();
     out.clear();
     if (!source.interactive || !readVariables.isEmpty())
@@ -122,10 +123,10 @@ void CMD_Manager::getPrompt(KIT_String &out) {
     if (!source.getIfState() || source.getIfState() == CMD_IF_TRUE) {
         const int thread = KIT_Thread::getMySequentialThreadIndex();
         // A copy: an expression in the prompt can set the prompt.
-        const KIT_String prompt = getPrompt(-1);
-        const CMD_ModeScope safe(*this, &CMD_Manager::setSafeMode, isInSafeMode(),
+        const KIT_String prompt = manager.getPrompt(-1);
+        const CMD_ModeScope safe(manager, &CMD_Manager::setSafeMode, isInSafeMode(),
                                  !promptStack.empty() && promptStack.back().isSafe);
-        expandString(prompt.c_str(), out, getEvaluateTime(thread), nullptr, thread, 3);
+        manager.expandString(prompt.c_str(), out, manager.getEvaluateTime(thread), nullptr, thread, 3);
         return;
     }
     out = "? ";
@@ -135,5 +136,5 @@ void CMD_Manager::doPrompt() {
     KIT_String text;
     getPrompt(text);
     if (!text.isEmpty())
-        *standardOutStack.last() << text << std::flush;
+        *engine->standardOutStack.last() << text << std::flush;
 }

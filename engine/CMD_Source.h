@@ -80,7 +80,7 @@ public:
     int doIfStatements() const;
 
 private:
-    friend class CMD_Manager;
+    friend class CMD_Engine;
 
     static constexpr int theIfLevels = 128;
 

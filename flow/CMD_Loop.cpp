@@ -13,7 +13,7 @@
 #include <utility>
 
 #include <orvlang/engine/CMD_LineScan.h>
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_LoopHead.h>
 #include <orvlang/flow/CMD_LoopInfo.h>
@@ -150,7 +150,7 @@ CMD_LoopLine *CMD_Loop::nextLine() {
     try {
         return advance();
     } catch (const std::bad_alloc &) {
-        manager->reportOutOfMemory();
+        CMD_Engine::of(*manager).reportOutOfMemory();
         restoreIfNest();
         return nullptr;
     }

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <string_view>
 
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_Condition.h>
@@ -39,8 +40,8 @@ int CMD_Manager::evaluateCondition(const char *text) {
     return evaluateCondition(words.argc(), words.argv());
 }
 
-void CMD_Manager::cmd_if(CMD_Args &args) {
-    CMD_Manager *manager = getContext();
+void CMD_Commands::cmd_if(CMD_Args &args) {
+    CMD_Manager *manager = CMD_Manager::getContext();
     CMD_Source *source = manager->getSource();
     const CMD_IfState outer = source->getIfState();
     if (!source->bumpIfNest(1))
@@ -58,8 +59,8 @@ void CMD_Manager::cmd_if(CMD_Args &args) {
         source->setIfState(CMD_IfRules::afterCondition(result));
 }
 
-void CMD_Manager::cmd_else(CMD_Args &args) {
-    CMD_Manager *manager = getContext();
+void CMD_Commands::cmd_else(CMD_Args &args) {
+    CMD_Manager *manager = CMD_Manager::getContext();
     CMD_Source *source = manager->getSource();
     const CMD_IfState state = source->getIfState();
     if (state == CMD_IF_NONE) {
@@ -73,8 +74,8 @@ void CMD_Manager::cmd_else(CMD_Args &args) {
         source->setIfState(CMD_IfRules::afterElse(state));
 }
 
-void CMD_Manager::cmd_endif(CMD_Args &) {
-    CMD_Manager *manager = getContext();
+void CMD_Commands::cmd_endif(CMD_Args &) {
+    CMD_Manager *manager = CMD_Manager::getContext();
     CMD_Source *source = manager->getSource();
     if (source->getIfNestLevel() == 0) {
         manager->getError(1) << "Syntax Error:  endif without matching if\n";

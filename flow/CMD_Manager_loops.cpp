@@ -3,13 +3,14 @@
 //
 // A line that opens a loop never reaches a callback: `runCommand` builds the loop instead, and the source feeds it
 // (CMD_Loop.cpp). `break` and `continue` only note a request, which the loop meets when it is asked for its next line.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
 #include <limits>
 #include <ostream>
 #include <string_view>
 
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_CommandList.h>
 #include <orvlang/engine/CMD_LineScan.h>
@@ -35,7 +36,7 @@ std::unique_ptr<CMD_LoopInfo> makeKind(std::string_view word) {
 
 }   // namespace
 
-bool CMD_Manager::isLoopLine(std::string_view line) {
+bool CMD_Engine::isLoopLine(std::string_view line) const {
     const std::string_view word = CMDfirstWord(line).word;
     if (!CMD_LoopHead::canOpenLoop(word))
         return false;
@@ -44,6 +45,10 @@ bool CMD_Manager::isLoopLine(std::string_view line) {
         return false;
     const std::string_view fullName = command->getName();
     return fullName == "for" || fullName == "while" || fullName == "foreach";
+}
+
+int CMD_Manager::isLoopCommand(const char *line) {
+    return line && engine->isLoopLine(line) ? 1 : 0;
 }
 
 CMD_Loop *CMD_Manager::buildLoop(const char *line) {
@@ -59,38 +64,54 @@ CMD_Loop *CMD_Manager::buildLoop(const char *line) {
     return new CMD_Loop(this, kind.release(), line);
 }
 
+int CMD_Manager::getBreakLevel() const {
+    return engine->breakLevel;
+}
+
 void CMD_Manager::bumpBreakLevel(int delta) {
     // A script that fails again and again doubles it each time.
     constexpr long long most = std::numeric_limits<int>::max();
-    breakLevel = static_cast<int>(std::clamp(static_cast<long long>(breakLevel) + delta, -most, most));
+    engine->breakLevel = static_cast<int>(std::clamp(static_cast<long long>(engine->breakLevel) + delta, -most, most));
+}
+
+int CMD_Manager::getContinueLevel() const {
+    return engine->continueLevel;
+}
+
+void CMD_Manager::setContinueLevel(int level) {
+    engine->continueLevel = level;
+}
+
+int CMD_Manager::getLoopNestLevel() const {
+    return engine->loopNestLevel;
 }
 
 void CMD_Manager::bumpLoopNestLevel(int delta) {
-    loopNestLevel += delta;
-    if (loopNestLevel == 0)
-        breakLevel = 0;
+    engine->loopNestLevel += delta;
+    if (engine->loopNestLevel == 0)
+        engine->breakLevel = 0;
 }
 
-void CMD_Manager::cmd_break(CMD_Args &args) {
-    CMD_Manager *manager = getContext();
+void CMD_Commands::cmd_break(CMD_Args &args) {
+    CMD_Manager *manager = CMD_Manager::getContext();
     const int level = args.argc() == 2 ? std::max(KITatoi(args.argv(1)), 0) : 1;
     if (manager->getLoopNestLevel() < level)
         args.err(1) << "Warning:  not that many nested loops" << std::endl;
     manager->bumpBreakLevel(std::min(level, manager->getLoopNestLevel()));
 }
 
-void CMD_Manager::cmd_continue(CMD_Args &args) {
-    CMD_Manager *manager = getContext();
+void CMD_Commands::cmd_continue(CMD_Args &args) {
+    CMD_Manager *manager = CMD_Manager::getContext();
     if (manager->getLoopNestLevel() != 0)
         manager->setContinueLevel(1);
     else
         args.err(1) << "Error:  continue outside of loop construct" << std::endl;
 }
 
-void CMD_Manager::cmd_end(CMD_Args &) {
-    getContext()->getError(1) << "Syntax Error:  end without matching while/for/do\n";
+void CMD_Commands::cmd_end(CMD_Args &) {
+    CMD_Manager::getContext()->getError(1) << "Syntax Error:  end without matching while/for/do\n";
 }
 
-void CMD_Manager::cmd_loop(CMD_Args &args) {
+void CMD_Commands::cmd_loop(CMD_Args &args) {
     args.err(1) << "Argh - should never have got here" << std::endl;
 }

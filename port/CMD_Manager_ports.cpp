@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command ports of the process: opening, waiting, closing, and the commands for it. What arrives on a port is the
 // business of CMD_ConnectedSocketCommandListener; the event loop serves it.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <iostream>
 #include <vector>
 
 #include <unistd.h>
 
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_WaitScope.h>
 #include <orvlang/platform/kit/KIT_Exit.h>
@@ -192,22 +193,22 @@ void openAutoPort(CMD_Manager &manager, CMD_Args &args) {
 
 }   // namespace
 
-void CMD_Manager::addPortExtension() {
-    installCommand("openport", "aeqswi:r:pc", cmd_openport, false);
-    installCommand("closeport", "", cmd_closeport, false);
-    installCommand("atjob", "lpr", cmd_atjob, true);
+void CMD_Engine::addPortExtension() {
+    installCommand("openport", "aeqswi:r:pc", CMD_Commands::cmd_openport, false);
+    installCommand("closeport", "", CMD_Commands::cmd_closeport, false);
+    installCommand("atjob", "lpr", CMD_Commands::cmd_atjob, true);
     KIT_Exit::addExitCallback(closeAllPorts, nullptr);
-    setContext();
+    manager.setContext();
 }
 
-bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args *args,
-                           std::ostream *errors, const char *const *argv, int *pid, bool separateErrors,
-                           bool silent, const char *listenerOption, ChildExitCallback childExitCallback,
-                           bool spawnFlag, bool pollFlag) {
+bool CMD_Engine::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args *args,
+                          std::ostream *errors, const char *const *argv, int *pid, bool separateErrors,
+                          bool silent, const char *listenerOption,
+                          CMD_Manager::ChildExitCallback childExitCallback, bool spawnFlag, bool pollFlag) {
     // The position of the statement is written as soon as the stream is asked for.
     const auto messages = [&]() -> std::ostream & { return args ? args->err(1) : *errors; };
     const MappingClause mapping = { port, KIT_NetSocket::mapToUnprivilegedPort(port) };
-    Listener *listener = Listener::createCommandListener(port, theManager ? *theManager : *this, separateErrors,
+    Listener *listener = Listener::createCommandListener(port, theManager ? *theManager : manager, separateErrors,
                                                          restrictToSafeCommands, listenerOption, true, false);
     const bool created = listener != nullptr;
     if (!created) {
@@ -244,7 +245,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
     if (wait && VIO_EventGenerator::isEventLoopPollCallbackSet()) {
         const unsigned serial = listener->getSerial();
         if (!KIT_Nesting::isStackShort(theWaitReserve)) {
-            const WaitScope console(listener->getManager());
+            const CMD_WaitScope console(CMD_Engine::of(listener->getManager()));
             waitForPort(serial, application, created, pollFlag);
         } else if (!silent) {
             messages() << "Nesting too deep\n";
@@ -260,7 +261,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
                            const char *const *argv, int *pid, bool separateErrors, bool silent,
                            const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
                            bool pollFlag) {
-    return openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, argv, pid, separateErrors,
+    return engine->openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, argv, pid, separateErrors,
                     silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
 }
 
@@ -268,7 +269,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
                            const char *const *argv, int *pid, bool separateErrors, bool silent,
                            const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
                            bool pollFlag) {
-    return openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, argv, pid, separateErrors,
+    return engine->openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, argv, pid, separateErrors,
                     silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
 }
 
@@ -277,7 +278,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
                            const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
                            bool pollFlag) {
     Application words(application);
-    return openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, words.argv(), pid,
+    return engine->openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, words.argv(), pid,
                     separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
 }
 
@@ -286,7 +287,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
                            const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
                            bool pollFlag) {
     Application words(application);
-    return openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, words.argv(), pid,
+    return engine->openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, words.argv(), pid,
                     separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
 }
 
@@ -300,33 +301,32 @@ void CMD_Manager::closeAutoPort() {
     closePort(autoPort);
 }
 
-/// The ports whose requests run on this manager, for when it goes.
-void CMD_Manager::closeOwnPorts() {
-    closePorts([this](const Listener &listener) { return &listener.getManager() == this; });
+void CMD_Engine::closeOwnPorts() {
+    closePorts([this](const Listener &listener) { return &listener.getManager() == &manager; });
     if (!isOpen(autoPort))
         autoPort = -1;
 }
 
 int CMD_Manager::getOrvLangPort() {
-    if (!theManager)
+    if (!getContext())
         return -1;
     // Not by the command: a line that is typed into the language may be taken for something else.
-    if (autoPort == -1 && !theManager->isInSafeMode())
+    if (autoPort == -1 && !getContext()->isInSafeMode())
         autoPort = openFreePort([](int port) {
             constexpr const char *theApplication = nullptr;
-            return theManager->openPort(port, false, true, false, std::cerr, theApplication, nullptr, false,
+            return getContext()->openPort(port, false, true, false, std::cerr, theApplication, nullptr, false,
                                         true, nullptr, nullptr, true, false);
         });
     return autoPort;
 }
 
-void CMD_Manager::cmd_openport(CMD_Args &args) {
+void CMD_Commands::cmd_openport(CMD_Args &args) {
     if (args.argc() > 2) {
         args.err(1) << "Too many arguments.\n";
         return;
     }
     if (args.found('a'))
-        return openAutoPort(*theManager, args);
+        return openAutoPort(*CMD_Manager::getContext(), args);
     if (args.argc() < 2)
         return listPorts(args.out());
     const int port = KITatoi(args.argv(1));
@@ -335,16 +335,16 @@ void CMD_Manager::cmd_openport(CMD_Args &args) {
         return;
     }
     Application application(applicationLine(args, port));
-    theManager->openPort(port, args.found('s'), args.found('q'), args.found('w') || args.found('r'), args,
+    CMD_Manager::getContext()->openPort(port, args.found('s'), args.found('q'), args.found('w') || args.found('r'), args,
                          application.argv(), nullptr, args.found('e'), false, args.argp('i'), nullptr,
                          !args.found('c'), false);
 }
 
-void CMD_Manager::cmd_closeport(CMD_Args &args) {
+void CMD_Commands::cmd_closeport(CMD_Args &args) {
     if (args.argc() > 2)
         args.err(1) << "Too many arguments.\n";
     else if (args.argc() == 2)
-        theManager->closePort(KITatoi(args.argv(1)));
+        CMD_Manager::getContext()->closePort(KITatoi(args.argv(1)));
     else
         listPorts(args.out());
 }

@@ -1,32 +1,36 @@
 // SPDX-License-Identifier: Apache-2.0
 // The manager's side of aliases and of the history.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
 #include <orvlang/symbols/CMD_HistoryTable.h>
 
+CMD_AliasTable *CMD_Manager::getAliases() const {
+    return engine->aliases.get();
+}
+
 bool CMD_Manager::getAlias(const char *alias, KIT_String &value) const {
-    return aliases->getAlias(alias, value);
+    return engine->aliases->getAlias(alias, value);
 }
 
 void CMD_Manager::setAlias(const char *alias, const char *value) {
-    aliases->setAlias(alias, value);
+    engine->aliases->setAlias(alias, value);
 }
 
 void CMD_Manager::destroyAlias(const char *alias) {
-    aliases->destroyAlias(alias);
+    engine->aliases->destroyAlias(alias);
 }
 
 void CMD_Manager::destroyAliases() {
     KIT_StringArray names;
-    aliases->getAliasNames(names);
+    engine->aliases->getAliasNames(names);
     for (const char *alias : names)
-        aliases->destroyAlias(alias);
+        engine->aliases->destroyAlias(alias);
 }
 
 void CMD_Manager::saveAliases(std::ostream &os) {
-    aliases->save(this, os);
+    engine->aliases->save(this, os);
 }
 
 void CMD_Manager::dumpHistory(std::ostream &os) const {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The manager's variables: where a name is looked for, where a value is stored, and the ones that are built in.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <cstring>
 #include <ostream>
@@ -43,23 +43,27 @@ bool searchTables(const Sources &sources, const CMD_VariableTable &globals, Read
 
 }   // namespace
 
+CMD_VariableTable *CMD_Manager::getGlobalVariables() const {
+    return engine->globalVariables.get();
+}
+
 bool CMD_Manager::getVariable(const char *variable, KIT_String &value) const {
-    return searchTables(sourceStack, *globalVariables,
+    return searchTables(engine->sourceStack, *engine->globalVariables,
                         [&](const CMD_VariableTable &table) { return table.getVariable(variable, value); });
 }
 
 bool CMD_Manager::getVariable(const char *variable, float &value) const {
-    return searchTables(sourceStack, *globalVariables,
+    return searchTables(engine->sourceStack, *engine->globalVariables,
                         [&](const CMD_VariableTable &table) { return table.getVariable(variable, value); });
 }
 
 bool CMD_Manager::getVariable(const char *variable, int &value) const {
-    return searchTables(sourceStack, *globalVariables,
+    return searchTables(engine->sourceStack, *engine->globalVariables,
                         [&](const CMD_VariableTable &table) { return table.getVariable(variable, value); });
 }
 
 bool CMD_Manager::hasVariable(const char *variable) const {
-    return searchTables(sourceStack, *globalVariables,
+    return searchTables(engine->sourceStack, *engine->globalVariables,
                         [&](const CMD_VariableTable &table) { return table.hasVariable(variable); });
 }
 
@@ -89,32 +93,32 @@ void CMD_Manager::setVariable(const char *variable, const char *value, int local
         local = 0;
     }
     const bool isNoAlias = std::strcmp(variable, "noalias") == 0;
-    size_t level = sourceStack.size();
+    size_t level = engine->sourceStack.size();
     // At the console it would switch the aliases off for good.
-    if (local && level == consoleDepth() && isNoAlias)
+    if (local && level == engine->consoleDepth() && isNoAlias)
         return;
-    if (local && parent && level > consoleDepth())
+    if (local && parent && level > engine->consoleDepth())
         --level;
-    CMD_VariableTable *locals = sourceStack[level - 1]->getLocalVariables();
+    CMD_VariableTable *locals = engine->sourceStack[level - 1]->getLocalVariables();
     if (local || locals->hasVariable(variable))
         locals->setVariable(variable, value, false);
     else
-        globalVariables->setVariable(variable, value, true);
+        engine->globalVariables->setVariable(variable, value, true);
     if (isNoAlias)
-        updateNoAliasVariable(level - 1);
+        engine->updateNoAliasVariable(level - 1);
     if (std::strcmp(variable, "ORP") == 0)
         KIT_PathSearch::rehashAll();
 }
 
 void CMD_Manager::unsetVariable(const char *variable) {
     if (!getSource()->getLocalVariables()->destroyVariable(variable))
-        globalVariables->destroyVariable(variable);
+        engine->globalVariables->destroyVariable(variable);
     if (variable && std::strcmp(variable, "noalias") == 0)
-        updateNoAliasVariable(sourceStack.size() - 1);
+        engine->updateNoAliasVariable(engine->sourceStack.size() - 1);
 }
 
 // Each source stores the state for itself and those below, so that a change updates only the sources from `place` on.
-void CMD_Manager::updateNoAliasVariable(size_t place) {
+void CMD_Engine::updateNoAliasVariable(size_t place) {
     bool aliasesOff = place > 0 && sourceStack[place - 1]->aliasesOff;
     for (; place < sourceStack.size(); ++place) {
         CMD_Source &source = *sourceStack[place];
@@ -126,11 +130,11 @@ void CMD_Manager::updateNoAliasVariable(size_t place) {
 
 void CMD_Manager::getVariableNames(KIT_StringArray &names, int dirtyOnly) const {
     getSource()->getLocalVariables()->getVariableNames(names, dirtyOnly);
-    globalVariables->getVariableNames(names, dirtyOnly);
+    engine->globalVariables->getVariableNames(names, dirtyOnly);
 }
 
 int CMD_Manager::clearDirtyVariables() {
-    return getSource()->getLocalVariables()->clearDirtyFlags() + globalVariables->clearDirtyFlags();
+    return getSource()->getLocalVariables()->clearDirtyFlags() + engine->globalVariables->clearDirtyFlags();
 }
 
 int CMD_Manager::isVariableNameOk(const char *variable) const {
@@ -148,7 +152,7 @@ int CMD_Manager::isVariableNameOk(const char *variable) const {
 }
 
 void CMD_Manager::setJob(const char *path) {
-    globalVariables->setVariable("JOB", path, true);
+    engine->globalVariables->setVariable("JOB", path, true);
 }
 
 void CMD_Manager::setMotName(const char *path) {
@@ -164,13 +168,25 @@ void CMD_Manager::setMotName(const char *path) {
             directory.append(':');
     }
     directory.expandVariables();
-    globalVariables->setVariable("ORP", absoluteDirectory(directory.c_str()).c_str(), true);
+    engine->globalVariables->setVariable("ORP", absoluteDirectory(directory.c_str()).c_str(), true);
     const KIT_String file = cut == std::string_view::npos ? whole : whole.substr(cut + 1);
-    globalVariables->setVariable("ORPNAME", file.c_str(), true);
+    engine->globalVariables->setVariable("ORPNAME", file.c_str(), true);
     KIT_PathSearch::rehashAll();
 }
 
-void CMD_Manager::installBuiltIn() {
+void CMD_Manager::beginLoading() {
+    ++engine->loadingCount;
+}
+
+void CMD_Manager::endLoading() {
+    --engine->loadingCount;
+}
+
+bool CMD_Manager::isLoading() const {
+    return engine->loadingCount > 0;
+}
+
+void CMD_Engine::installBuiltIn() {
     CMD_VariableTable &globals = *globalVariables;
     const auto setDefault = [&](const char *variable, const char *value, bool exported) {
         if (!globals.hasVariable(variable))
@@ -193,14 +209,14 @@ void CMD_Manager::installBuiltIn() {
 
 void CMD_Manager::resetVariables() {
     KIT_StringArray names;
-    globalVariables->getVariableNames(names, 0);
+    engine->globalVariables->getVariableNames(names, 0);
     for (const char *variable : names)
         unsetVariable(variable);
-    installBuiltIn();
+    engine->installBuiltIn();
 }
 
 void CMD_Manager::saveVariables(std::ostream &os) {
     getSource()->getLocalVariables()->save(this, os, "-l ");
     if (KITgetErrorSeverity() < KIT_ErrorManager::Failure)
-        globalVariables->save(this, os, "-g ");
+        engine->globalVariables->save(this, os, "-g ");
 }

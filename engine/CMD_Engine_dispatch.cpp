@@ -4,7 +4,7 @@
 // `runCommand` takes the statement that `internalExecute` has cut out, applies the state of the `if` blocks, starts
 // loops, expands the words, redirects output, finds the command and calls it; then it reports what the callback
 // left behind and publishes the status.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
 #include <optional>
@@ -34,34 +34,34 @@ bool isFileNameForRedirection(const KIT_String &name) {
 }   // namespace
 
 /// The streams of one statement: it runs on top slots of its own, which a redirection replaces by a file.
-class CMD_Manager::StatementStreams {
+class CMD_Engine::StatementStreams {
 public:
-    explicit StatementStreams(CMD_Manager &owner)
-        : manager(owner), slots(owner.pushStreams(nullptr, nullptr)) {}
-    ~StatementStreams() { manager.popStreams(slots); }
+    explicit StatementStreams(CMD_Engine &owner)
+        : engine(owner), slots(owner.pushStreams(nullptr, nullptr)) {}
+    ~StatementStreams() { engine.popStreams(slots); }
     StatementStreams(const StatementStreams &) = delete;
     StatementStreams &operator=(const StatementStreams &) = delete;
 
     /// Opens the file in place of the output and, on demand, the errors; reports what prevents it.
     void redirect(const KIT_String &name, bool append, bool errorsToo) {
-        if (!manager.getIORedirection()) {
-            manager.getError(1) << "Application doesn't support I/O redirection\n";
+        if (!engine.manager.getIORedirection()) {
+            engine.getError(1) << "Application doesn't support I/O redirection\n";
             return;
         }
         if (!isFileNameForRedirection(name)) {
-            manager.getError(1) << "Invalid file specified for I/O redirection: " << name;
+            engine.getError(1) << "Invalid file specified for I/O redirection: " << name;
             return;
         }
         file.emplace(name.c_str(), append);
         if (!file->isOpen()) {
             file.reset();
-            manager.getError(1) << "Unable to redirect output to " << name << std::endl;
+            engine.getError(1) << "Unable to redirect output to " << name << std::endl;
             return;
         }
         fileName = name;
-        manager.setStandardOut(*file);
+        engine.manager.setStandardOut(*file);
         if (errorsToo)
-            manager.setStandardErr(*file);
+            engine.manager.setStandardErr(*file);
     }
 
     /// Leaves an error with the toolkit when the file did not take all that was written, as on a full disk.
@@ -73,22 +73,22 @@ public:
     }
 
 private:
-    CMD_Manager &manager;
+    CMD_Engine &engine;
     const StreamSlots slots;
     std::optional<KIT_OFStream> file;
     KIT_String fileName;
 };
 
 /// Copies the status code into the variable `status`, whichever way the statement ends.
-class CMD_Manager::StatusPublisher {
+class CMD_Engine::StatusPublisher {
 public:
-    explicit StatusPublisher(CMD_Manager &owner) : manager(owner) {}
-    ~StatusPublisher() { manager.updateStatusVariable(); }
+    explicit StatusPublisher(CMD_Engine &owner) : engine(owner) {}
+    ~StatusPublisher() { engine.updateStatusVariable(); }
     StatusPublisher(const StatusPublisher &) = delete;
     StatusPublisher &operator=(const StatusPublisher &) = delete;
 
 private:
-    CMD_Manager &manager;
+    CMD_Engine &engine;
 };
 
 namespace {
@@ -152,10 +152,10 @@ private:
 
 }   // namespace
 
-void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
+void CMD_Engine::runCommand(std::string_view line, CMD_StatementFrame &frame) {
     FML::theErrNo = 0;
     statusCode = 0;
-    setContext();
+    manager.setContext();
     ++commandsRun;
     const StatusPublisher publisher(*this);
     const SourceRef source = sourceStack.back();
@@ -196,10 +196,10 @@ void CMD_Manager::runCommand(std::string_view line, CMD_StatementFrame &frame) {
         callCommand(*command, *source, frame, ifWord == CMD_IfRules::wordNone, streams);
 }
 
-void CMD_Manager::startLoop(const SourceRef &source, std::string_view line) {
+void CMD_Engine::startLoop(const SourceRef &source, std::string_view line) {
     if (source->loop)
         getError(1) << "Warning: bad loop building in CMD" << std::endl;
-    std::shared_ptr<CMD_Loop> loop(buildLoop(std::string(line).c_str()));
+    std::shared_ptr<CMD_Loop> loop(manager.buildLoop(std::string(line).c_str()));
     if (loop && !loop->parseArguments(source->doIfStatements()))
         loop = nullptr;
     source->setLoop(std::move(loop));
@@ -208,7 +208,7 @@ void CMD_Manager::startLoop(const SourceRef &source, std::string_view line) {
 
 /// False when there is nothing to run: no words, a redirection without a name, or a script that was started or ended
 /// by an expression in the words.
-bool CMD_Manager::parseStatement(std::string_view line, CMD_StatementFrame &frame, bool expands,
+bool CMD_Engine::parseStatement(std::string_view line, CMD_StatementFrame &frame, bool expands,
                                  bool redirects) {
     const auto variables = expands ? TRK_Manager::lookupVariableNoThread : nullptr;
     const auto expressions = expands ? TRK_Manager::lookupExpressionNoThread : nullptr;
@@ -226,7 +226,7 @@ bool CMD_Manager::parseStatement(std::string_view line, CMD_StatementFrame &fram
     return count > 0;
 }
 
-void CMD_Manager::echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame) {
+void CMD_Engine::echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame) {
     if (echoOffCount != 0 || !source.getEchoState())
         return;
     std::ostream &out = *standardOutStack.last();
@@ -235,7 +235,7 @@ void CMD_Manager::echoStatement(const CMD_Source &source, const CMD_StatementFra
         << std::endl;
 }
 
-CMD_Command *CMD_Manager::resolveCommand(CMD_StatementFrame &frame) {
+CMD_Command *CMD_Engine::resolveCommand(CMD_StatementFrame &frame) {
     CMD_Args &args = frame.args;
     args.clear();
     for (int i = 0; i < frame.words.argc(); ++i)
@@ -262,18 +262,18 @@ CMD_Command *CMD_Manager::resolveCommand(CMD_StatementFrame &frame) {
     return nullptr;
 }
 
-void CMD_Manager::callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
+void CMD_Engine::callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
                               bool hasOptions, StatementStreams &streams) {
     CMD_Args &args = frame.args;
-    args.init(*this, source, standardOutStack.last(), standardErrStack.last());
+    args.init(manager, source, standardOutStack.last(), standardErrStack.last());
     args.command = &command;
     // The words of a condition are not options, whatever they begin with.
     if (hasOptions)
         args.stripOptions(command.getOptions());
     // An expression in the words can have run statements, here or on another manager.
     statusCode = 0;
-    if (theManager != this)
-        setContext();
+    if (theManager != &manager)
+        manager.setContext();
     if (args.argc() < 0)
         getError(1) << "Invalid option for command\n";
     else
@@ -284,7 +284,7 @@ void CMD_Manager::callCommand(CMD_Command &command, const CMD_Source &source, CM
     standardErrStack.last()->flush();
 }
 
-void CMD_Manager::reportLateErrors() {
+void CMD_Engine::reportLateErrors() {
     KIT_String text;
     KITgetErrorManager()->getErrorMessages(text, 0, 1);
     if (!text.isEmpty()) {
@@ -299,7 +299,7 @@ void CMD_Manager::reportLateErrors() {
     }
 }
 
-void CMD_Manager::updateStatusVariable() {
+void CMD_Engine::updateStatusVariable() {
     CMD_VariableTable *locals = getSource()->getLocalVariables();
     CMD_VariableTable *holder = locals->hasValue("status") ? locals : globalVariables.get();
     KIT_NumberText text;

@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_Number.h>
 #include <orvlang/platform/kit/KIT_WorkBuffer.h>
@@ -54,7 +55,7 @@ void addJob(CMD_Args &args) {
 
 }   // namespace
 
-void CMD_Manager::cmd_atjob(CMD_Args &args) {
+void CMD_Commands::cmd_atjob(CMD_Args &args) {
     if (args.found('l'))
         listJobs(args);
     else if (args.found('r'))

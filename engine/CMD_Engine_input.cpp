@@ -4,8 +4,8 @@
 // `execute`, `sendInput` and `sendMultiLineInput` bring text in. `internalSendInput` joins a continued line, hands
 // it to `processInput`, and then drains what that started: leftovers behind a `;`, scripts that were sourced, a
 // loop that was closed. `processInput` decides what a line is: a line of a loop that is being collected, the answer
-// to a `read`, or a statement, which goes on to `internalExecute` (CMD_Manager_expansion.cpp).
-#include <orvlang/engine/CMD_Manager.h>
+// to a `read`, or a statement, which goes on to `internalExecute` (CMD_Engine_expansion.cpp).
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <cstring>
 #include <new>
@@ -63,9 +63,9 @@ bool isInterrupted() {
 }   // namespace
 
 /// One more level of runs. The outermost of those that are nested begins as if nothing had been refused yet.
-class CMD_Manager::LevelScope {
+class CMD_Engine::LevelScope {
 public:
-    LevelScope(const CMD_Manager &owner, int &depth) : depth(depth) {
+    LevelScope(const CMD_Engine &owner, int &depth) : depth(depth) {
         const bool wasNested = owner.isNested();
         depth++;
         if (!wasNested && owner.isNested())
@@ -81,18 +81,18 @@ private:
 };
 
 /// The streams and expansions of one `execute`, and what it must leave as it found it.
-class CMD_Manager::ExecuteScope {
+class CMD_Engine::ExecuteScope {
 public:
-    ExecuteScope(CMD_Manager &owner, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases)
-        : manager(owner), level(owner, owner.executeDepth), slots(owner.pushStreams(out, err)),
+    ExecuteScope(CMD_Engine &owner, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases)
+        : engine(owner), level(owner, owner.executeDepth), slots(owner.pushStreams(out, err)),
           bits(owner.modeBits & theBits) {
-        manager.setModeBit(modeExpandAliases, (expandAliases & 1) != 0);
-        manager.setModeBit(modeExpandHistory, (expandHistory & 1) != 0);
-        manager.setModeBit(modeCaptureHistory, false);
+        engine.setModeBit(modeExpandAliases, (expandAliases & 1) != 0);
+        engine.setModeBit(modeExpandHistory, (expandHistory & 1) != 0);
+        engine.setModeBit(modeCaptureHistory, false);
     }
     ~ExecuteScope() {
-        manager.modeBits = (manager.modeBits & ~theBits) | bits;
-        manager.popStreams(slots);
+        engine.modeBits = (engine.modeBits & ~theBits) | bits;
+        engine.popStreams(slots);
     }
     ExecuteScope(const ExecuteScope &) = delete;
     ExecuteScope &operator=(const ExecuteScope &) = delete;
@@ -100,7 +100,7 @@ public:
 private:
     static constexpr unsigned theBits = modeExpandAliases | modeExpandHistory | modeCaptureHistory;
 
-    CMD_Manager &manager;
+    CMD_Engine &engine;
     const LevelScope level;
     const StreamSlots slots;
     const unsigned bits;
@@ -108,7 +108,7 @@ private:
     const FML_ErrorScope pendingError{ FML_ErrorScope::IfSet };
 };
 
-void CMD_Manager::execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err,
+void CMD_Engine::execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err,
                           int expandAliases, bool asBlock) {
     const ExecuteScope scope(*this, expandHistory, out, err, expandAliases);
     if (text && std::strchr(text, '\n'))
@@ -117,19 +117,14 @@ void CMD_Manager::execute(const char *text, int expandHistory, std::ostream *out
         sendInput(text, asBlock);
 }
 
-/// Whether what runs now is part of a statement, or of an `execute` of the host; not so the lines that a host sends in.
-bool CMD_Manager::isNested() const {
-    return executeDepth > 0 || inputDepth > 1;
-}
-
 /// Whether something that nests too deep has been refused, here, in an expression or in Python. Until the outermost
 /// nested run has ended nothing more is run in it.
-bool CMD_Manager::isNestingOver() const {
+bool CMD_Engine::isNestingOver() const {
     return isNested() && KIT_Nesting::isOver();
 }
 
 /// Refuses a run that nests too deep: the first one with a message.
-bool CMD_Manager::refusesRun() {
+bool CMD_Engine::refusesRun() {
     if (isNestingOver()) {
         KIT_Nesting::countRefusal();
         statusCode = 1;
@@ -144,19 +139,19 @@ bool CMD_Manager::refusesRun() {
 /// Marks where a run starts on its source. As a block it fences the leftovers of an enclosing statement off: without
 /// that a callback that calls `execute` in `a; b` would run `b` inside `a`. When no statement of the source runs, what
 /// it has left waits for this very run, the rest of a script that stopped at a `read` for instance.
-class CMD_Manager::BlockScope {
+class CMD_Engine::BlockScope {
 public:
-    BlockScope(CMD_Manager &owner, bool asBlock)
-        : manager(owner), level(owner, owner.inputDepth), place(owner.sourceStack.size() - 1),
+    BlockScope(CMD_Engine &owner, bool asBlock)
+        : engine(owner), level(owner, owner.inputDepth), place(owner.sourceStack.size() - 1),
           source(owner.sourceStack.back()), leftovers(source->unfinishedCommands.size()),
           isBlock(asBlock && source->runningStatements > 0) {
         if (isBlock)
             source->startBlock();
     }
     ~BlockScope() {
-        if (place >= manager.sourceStack.size() || manager.sourceStack[place] != source)
+        if (place >= engine.sourceStack.size() || engine.sourceStack[place] != source)
             return;
-        if (manager.isNestingOver())
+        if (engine.isNestingOver())
             source->dropLeftovers(leftovers);
         else if (isBlock)
             source->endBlock();
@@ -167,12 +162,12 @@ public:
     /// Runs the lines, unless that is refused.
     template <typename Lines>
     void run(Lines lines) {
-        if (manager.refusesRun())
+        if (engine.refusesRun())
             return;
         try {
             lines();
         } catch (const std::bad_alloc &) {
-            manager.reportOutOfMemory();
+            engine.reportOutOfMemory();
             dropRun();
         }
     }
@@ -180,16 +175,16 @@ public:
 private:
     /// Drops what the run has pushed, asked for, half collected or left over.
     void dropRun() {
-        manager.readVariables = nullptr;
-        while (manager.sourceStack.size() > place + 1)
-            manager.popSource(0);
+        engine.readVariables = nullptr;
+        while (engine.sourceStack.size() > place + 1)
+            engine.popSource(0);
         // A running loop may belong to a statement around this run.
         if (!source->loopRunning || source->runningStatements == 0)
             source->setLoop(nullptr);
         source->dropLeftovers(leftovers + isBlock);
     }
 
-    CMD_Manager &manager;
+    CMD_Engine &engine;
     const LevelScope level;
     const size_t place;
     const SourceRef source;
@@ -197,11 +192,11 @@ private:
     const bool isBlock;
 };
 
-void CMD_Manager::sendInput(const char *line, bool asBlock) {
+void CMD_Engine::sendInput(const char *line, bool asBlock) {
     BlockScope(*this, asBlock).run([&] { internalSendInput(line ? line : "", false); });
 }
 
-void CMD_Manager::sendMultiLineInput(const char *text, bool asBlock) {
+void CMD_Engine::sendMultiLineInput(const char *text, bool asBlock) {
     if (!text || !*text)
         return;
     BlockScope(*this, asBlock).run([&] {
@@ -217,25 +212,25 @@ void CMD_Manager::sendMultiLineInput(const char *text, bool asBlock) {
     });
 }
 
-void CMD_Manager::finishContinuation() {
+void CMD_Engine::finishContinuation() {
     const OperationScope operation;
     // The continued line can leave another one behind, again and again.
     while (!continuationLine.empty()) {
         if (isInterrupted()) {
             continuationLine.clear();
-            popPrompt();
+            manager.popPrompt();
             return;
         }
         internalSendInput("", false);
     }
 }
 
-void CMD_Manager::internalSendInput(std::string_view line, bool pushedSource) {
+void CMD_Engine::internalSendInput(std::string_view line, bool pushedSource) {
     std::string joined;
     if (!continuationLine.empty()) {
         joined = std::exchange(continuationLine, {});
         appendJoint(joined);
-        popPrompt();
+        manager.popPrompt();
         if (!pushedSource)
             joined += line;
         line = joined;
@@ -247,7 +242,7 @@ void CMD_Manager::internalSendInput(std::string_view line, bool pushedSource) {
             continuationLine = line.empty() ? " " : line;
         else   // not copied: each of its many lines comes through here
             (continuationLine = std::move(joined)).resize(line.size());
-        pushPrompt("? ");
+        manager.pushPrompt("? ");
         return;
     }
 
@@ -267,7 +262,7 @@ void CMD_Manager::internalSendInput(std::string_view line, bool pushedSource) {
     drain(baseLevel, readWasPending, loopWasRunning);
 }
 
-void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunning) {
+void CMD_Engine::drain(size_t baseLevel, bool readWasPending, bool loopWasRunning) {
     std::string assembled;   // a continued line, until it is whole
     // A `read` waits for a line that only the host can bring.
     while (readVariables.isEmpty()) {
@@ -318,7 +313,7 @@ void CMD_Manager::drain(size_t baseLevel, bool readWasPending, bool loopWasRunni
     }
 }
 
-void CMD_Manager::processInput(const SourceRef &source, const CMD_Line &line) {
+void CMD_Engine::processInput(const SourceRef &source, const CMD_Line &line) {
     if (source->loop && !source->loopRunning) {
         if (!source->loop->sendInput(line.text, source->getLineNumber()))
             source->loopRunning = 1;
@@ -343,7 +338,7 @@ void CMD_Manager::processInput(const SourceRef &source, const CMD_Line &line) {
     setModeBit(modeCaptureHistory, captured);
 }
 
-void CMD_Manager::reportOutOfMemory() {
+void CMD_Engine::reportOutOfMemory() {
     getError(1) << "Out of memory" << std::endl;
     reportLateErrors();
     statusCode = 1;

@@ -7,6 +7,7 @@
 
 #include <iostream>
 
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/edit/KIT_CmdLineReader.h>
 #include <orvlang/platform/kit/KIT_Number.h>
@@ -177,7 +178,7 @@ void chooseOne(CMD_Args &args) {
 
 }   // namespace
 
-void CMD_Manager::cmd_message(CMD_Args &args) {
+void CMD_Commands::cmd_message(CMD_Args &args) {
     KIT_WorkArgs buttons;
     if (args.found('b'))
         KIT_String::borrow(args.argp('b')).tokenizeInPlace(buttons, ",");
@@ -195,7 +196,7 @@ void CMD_Manager::cmd_message(CMD_Args &args) {
         args.out() << choice << std::endl;
 }
 
-void CMD_Manager::cmd_listchooser(CMD_Args &args) {
+void CMD_Commands::cmd_listchooser(CMD_Args &args) {
     if (args.argc() == 1)
         return;
     if (args.found('r'))
@@ -204,7 +205,7 @@ void CMD_Manager::cmd_listchooser(CMD_Args &args) {
         chooseSeveral(args);
 }
 
-void CMD_Manager::cmd_filechooser(CMD_Args &args) {
+void CMD_Commands::cmd_filechooser(CMD_Args &args) {
     if (args.found('n'))
         std::cout << args.argp('n') << std::endl;
     KIT_String name;

@@ -2,9 +2,9 @@
 // The road of a line, second part: one line becomes one statement.
 //
 // `internalExecute` applies history, cuts the line at its first `;` (the rest goes back to the source) and applies
-// aliases. The statement is still text when it goes on to `runCommand` (CMD_Manager_dispatch.cpp), which expands
+// aliases. The statement is still text when it goes on to `runCommand` (CMD_Engine_dispatch.cpp), which expands
 // variables and expressions: so what a variable holds can no longer start a statement, while an alias can hold `;`.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/engine/CMD_Source.h>
@@ -13,40 +13,52 @@
 #include <orvlang/symbols/CMD_HistoryTable.h>
 
 /// Mode bits that are off for a while.
-class CMD_Manager::ModeScope {
+class CMD_Engine::ModeScope {
 public:
-    ModeScope(CMD_Manager &owner, unsigned cleared)
-        : manager(owner), bits(cleared), former(owner.modeBits & cleared) {
-        manager.modeBits &= ~bits;
+    ModeScope(CMD_Engine &owner, unsigned cleared)
+        : engine(owner), bits(cleared), former(owner.modeBits & cleared) {
+        engine.modeBits &= ~bits;
     }
-    ~ModeScope() { manager.modeBits = (manager.modeBits & ~bits) | former; }
+    ~ModeScope() { engine.modeBits = (engine.modeBits & ~bits) | former; }
     ModeScope(const ModeScope &) = delete;
     ModeScope &operator=(const ModeScope &) = delete;
 
 private:
-    CMD_Manager &manager;
+    CMD_Engine &engine;
     const unsigned bits;
     const unsigned former;
 };
 
-CMD_Manager::FrameScope::FrameScope(CMD_Manager &owner, size_t textLength)
-    : manager(owner), isKept(textLength <= theLargestKeptText) {
-    if (manager.framesInUse == manager.frames.size())
-        manager.frames.emplace_back();
-    std::unique_ptr<CMD_StatementFrame> &slot = manager.frames[manager.framesInUse];
-    if (!slot)
-        slot = std::make_unique<CMD_StatementFrame>();
-    frame = slot.get();
-    ++manager.framesInUse;
-}
+/// The working memory of one statement, for as long as it runs.
+class CMD_Engine::FrameScope {
+public:
+    FrameScope(CMD_Engine &owner, size_t textLength)
+        : engine(owner), isKept(textLength <= theLargestKeptText) {
+        if (engine.framesInUse == engine.frames.size())
+            engine.frames.emplace_back();
+        std::unique_ptr<CMD_StatementFrame> &slot = engine.frames[engine.framesInUse];
+        if (!slot)
+            slot = std::make_unique<CMD_StatementFrame>();
+        frame = slot.get();
+        ++engine.framesInUse;
+    }
+    ~FrameScope() {
+        --engine.framesInUse;
+        if (!isKept)
+            engine.frames[engine.framesInUse].reset();
+    }
+    FrameScope(const FrameScope &) = delete;
+    FrameScope &operator=(const FrameScope &) = delete;
 
-CMD_Manager::FrameScope::~FrameScope() {
-    --manager.framesInUse;
-    if (!isKept)
-        manager.frames[manager.framesInUse].reset();
-}
+    CMD_StatementFrame &get() const { return *frame; }
 
-void CMD_Manager::internalExecute(const CMD_Line &line) {
+private:
+    CMD_Engine &engine;
+    const bool isKept;
+    CMD_StatementFrame *frame;
+};
+
+void CMD_Engine::internalExecute(const CMD_Line &line) {
     const size_t start = CMDskipWhiteSpace(line.text);
     if (start == line.text.size() || line.text[start] == '#')
         return;
@@ -69,11 +81,11 @@ void CMD_Manager::internalExecute(const CMD_Line &line) {
     runCommand(scan.statement, frame);
 }
 
-void CMD_Manager::applyHistory(CMD_Line &text) {
+void CMD_Engine::applyHistory(CMD_Line &text) {
     CMD_HistoryTable *history = getSource()->getHistory();
     if (!text.historyExpanded) {
         KIT_String expanded = text.text;
-        history->historyExpand(this, expanded);
+        history->historyExpand(&manager, expanded);
         text = CMD_Line::copyOf(expanded.view());
         text.historyExpanded = true;
     }
@@ -82,7 +94,7 @@ void CMD_Manager::applyHistory(CMD_Line &text) {
         history->addHistory(text);
 }
 
-bool CMD_Manager::aliasExpand(std::string_view line, std::string &expanded) const {
+bool CMD_Engine::aliasExpand(std::string_view line, std::string &expanded) const {
     if (aliases->isEmpty())
         return false;
     const CMD_FirstWord first = CMDfirstWord(line);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The stack of sources: scripts come on top of the console and go when they are read to their end. While a statement
 // waits, what is served has a console of its own on top of the sources of that statement.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
 #include <limits>
@@ -22,14 +22,14 @@ constexpr size_t theDeepestSource = 100000;
 
 }   // namespace
 
-bool CMD_Manager::findScript(KIT_String &path) const {
+bool CMD_Engine::findScript(KIT_String &path) const {
     const VIO_Info info(path.c_str());
     if (info.hasAccess(1))
         return !info.getIsDirectory();
     return KIT_PathSearch::getInstance(7)->orvaneFindFile(path.c_str(), path) != 0;
 }
 
-CMD_Source *CMD_Manager::pushSource(const char *filename, int echo) {
+CMD_Source *CMD_Engine::pushSource(const char *filename, int echo) {
     if (sourceStack.size() > theDeepestSource) {
         reportNestingTooDeep();
         return nullptr;
@@ -54,12 +54,12 @@ CMD_Source *CMD_Manager::pushSource(const char *filename, int echo) {
     return getSource();
 }
 
-void CMD_Manager::pushSource(SourceRef source) {
+void CMD_Engine::pushSource(SourceRef source) {
     source->aliasesOff = getSource()->aliasesOff;
     sourceStack.push_back(std::move(source));
 }
 
-CMD_Source *CMD_Manager::popSource(int complain) {
+CMD_Source *CMD_Engine::popSource(int complain) {
     if (sourceStack.size() > consoleDepth()) {
         const SourceRef popped = std::move(sourceStack.back());
         sourceStack.pop_back();
@@ -76,14 +76,9 @@ CMD_Source *CMD_Manager::popSource(int complain) {
     return getSource();
 }
 
-void CMD_Manager::abandonInput() {
-    if (framesInUse == 0)
-        dropPendingInput();
-}
-
-void CMD_Manager::dropPendingInput() {
+void CMD_Engine::dropPendingInput() {
     if (!continuationLine.empty())
-        popPrompt();
+        manager.popPrompt();
     continuationLine.clear();
     readVariables = nullptr;
     while (sourceStack.size() > consoleDepth())
@@ -91,9 +86,9 @@ void CMD_Manager::dropPendingInput() {
     getSource()->abandon();
 }
 
-CMD_Manager::WaitScope::WaitScope(CMD_Manager &owner)
-    : manager(owner), life(owner.getLife()), consoleIndex(owner.consoleIndex),
-      channelBlocksBelow(std::exchange(owner.channelBlocksBelow, theChannelBlockCount)),
+CMD_WaitScope::CMD_WaitScope(CMD_Engine &owner)
+    : engine(owner), life(owner.life), consoleIndex(owner.consoleIndex),
+      channelBlocksBelow(std::exchange(owner.channelBlocksBelow, CMD_Engine::theChannelBlockCount)),
       breakLevel(std::exchange(owner.breakLevel, 0)), continueLevel(std::exchange(owner.continueLevel, 0)),
       loopNestLevel(std::exchange(owner.loopNestLevel, 0)),
       readVariables(std::exchange(owner.readVariables, nullptr)), readLocal(owner.readLocal),
@@ -102,22 +97,22 @@ CMD_Manager::WaitScope::WaitScope(CMD_Manager &owner)
     owner.consoleIndex = owner.sourceStack.size() - 1;
 }
 
-CMD_Manager::WaitScope::~WaitScope() {
+CMD_WaitScope::~CMD_WaitScope() {
     if (life.expired())
         return;
-    manager.dropPendingInput();
-    manager.consoleIndex = consoleIndex;
-    manager.channelBlocksBelow = channelBlocksBelow;
-    manager.popSource(0);
-    manager.breakLevel = breakLevel;
-    manager.continueLevel = continueLevel;
-    manager.loopNestLevel += loopNestLevel;
-    manager.readVariables = readVariables;
-    manager.readLocal = readLocal;
-    manager.continuationLine = continuationLine;
+    engine.dropPendingInput();
+    engine.consoleIndex = consoleIndex;
+    engine.channelBlocksBelow = channelBlocksBelow;
+    engine.popSource(0);
+    engine.breakLevel = breakLevel;
+    engine.continueLevel = continueLevel;
+    engine.loopNestLevel += loopNestLevel;
+    engine.readVariables = readVariables;
+    engine.readLocal = readLocal;
+    engine.continuationLine = continuationLine;
 }
 
-void CMD_Manager::breakAllSources() {
+void CMD_Engine::breakAllSources() {
     while (sourceStack.size() > consoleDepth())
         popSource(0);
     breakLevel =
@@ -126,7 +121,7 @@ void CMD_Manager::breakAllSources() {
 
 // A run that nests without end would go on at each of its levels once the deepest one has been refused, so all of
 // them end here.
-void CMD_Manager::reportNestingTooDeep() {
+void CMD_Engine::reportNestingTooDeep() {
     getError(1) << "Nesting too deep" << std::endl;
     breakAllSources();
     statusCode = 1;

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // The commands that set and show variables, the arguments of a script among them.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
 #include <ostream>
 
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/platform/kit/KIT_WorkArgs.h>
@@ -45,18 +46,9 @@ void showVariable(const CMD_Manager &manager, const char *variable, std::ostream
     os << std::endl;
 }
 
-}   // namespace
-
-void CMD_Manager::cmd_set(CMD_Args &args) {
-    cmd_setCommon(args, args.found('g') ? 0 : 1, args.found('p') ? 1 : 0);
-}
-
-void CMD_Manager::cmd_setenv(CMD_Args &args) {
-    cmd_setCommon(args, args.found('l') ? 1 : 0, 0);
-}
-
-void CMD_Manager::cmd_setCommon(CMD_Args &args, int local, int parent) {
-    CMD_Manager &manager = *getContext();
+/// The body of `set` and `setenv`, which differ in where they store a variable.
+void setCommon(CMD_Args &args, int local, int parent) {
+    CMD_Manager &manager = *CMD_Manager::getContext();
     if (args.found('u')) {
         for (int i = 1; i < args.argc(); ++i)
             manager.unsetVariable(args.argv(i));
@@ -88,44 +80,54 @@ void CMD_Manager::cmd_setCommon(CMD_Args &args, int local, int parent) {
         showVariable(manager, args.argv(i), args.out());
 }
 
-void CMD_Manager::cmd_read(CMD_Args &args) {
-    if (args.argc() == 1)
-        return args.showUsage();
-    CMD_Manager &manager = *getContext();
-    KIT_WorkBuffer names;
-    args.fillCommandLine(names, 1, false);
-    manager.readVariables = names.c_str();
-    manager.readLocal = args.found('g') ? 0 : 1;
+}   // namespace
+
+void CMD_Commands::cmd_set(CMD_Args &args) {
+    setCommon(args, args.found('g') ? 0 : 1, args.found('p') ? 1 : 0);
 }
 
-void CMD_Manager::setReadVariables(std::string_view line) {
+void CMD_Commands::cmd_setenv(CMD_Args &args) {
+    setCommon(args, args.found('l') ? 1 : 0, 0);
+}
+
+void CMD_Commands::cmd_read(CMD_Args &args) {
+    if (args.argc() == 1)
+        return args.showUsage();
+    KIT_WorkBuffer names;
+    args.fillCommandLine(names, 1, false);
+    CMD_Engine &engine = CMD_Engine::of(*CMD_Manager::getContext());
+    engine.readVariables = names.c_str();
+    engine.readLocal = args.found('g') ? 0 : 1;
+}
+
+void CMD_Engine::setReadVariables(std::string_view line) {
     KIT_WorkArgs values;
     KIT_WorkArgs names;
     KIT_String(line).parseInPlace(values);
     readVariables.parseInPlace(names);
     for (int i = 0; i < names.argc(); ++i) {
         const char *variable = names[i];
-        if (!isVariableNameOk(variable)) {
+        if (!manager.isVariableNameOk(variable)) {
             getError(1) << "Invalid variable name: " << variable << std::endl;
         } else if (i >= values.argc()) {
             // A name without a word is a local one, whatever the command asked for.
-            setVariable(variable, "", 1, 0);
+            manager.setVariable(variable, "", 1, 0);
         } else if (i + 1 == names.argc()) {
-            setVariable(variable, values.join(i).c_str(), readLocal, 0);
+            manager.setVariable(variable, values.join(i).c_str(), readLocal, 0);
         } else {
-            setVariable(variable, values[i], readLocal, 0);
+            manager.setVariable(variable, values[i], readLocal, 0);
         }
     }
 }
 
-void CMD_Manager::setArgumentVariables(const CMD_Args &args) {
+void CMD_Engine::setArgumentVariables(const CMD_Args &args) {
     for (int i = 1; i < args.argc(); ++i)
-        setVariable(argumentName(i - 1).c_str(), args.argv(i), 1, 0);
-    setVariable("argc", std::to_string(args.argc() - 1).c_str(), 1, 0);
+        manager.setVariable(argumentName(i - 1).c_str(), args.argv(i), 1, 0);
+    manager.setVariable("argc", std::to_string(args.argc() - 1).c_str(), 1, 0);
 }
 
-void CMD_Manager::cmd_shift(CMD_Args &args) {
-    CMD_Manager &manager = *getContext();
+void CMD_Commands::cmd_shift(CMD_Args &args) {
+    CMD_Manager &manager = *CMD_Manager::getContext();
     KIT_String text;
     if (!manager.getVariable("argc", text)) {
         args.err(1) << "Error: $argc not found" << std::endl;

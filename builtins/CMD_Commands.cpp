@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // The table of the built-in commands.
-#include <orvlang/engine/CMD_Manager.h>
+#include <orvlang/engine/CMD_Engine.h>
 
-void CMD_Manager::installBaseCommands() {
+#include <orvlang/builtins/CMD_Commands.h>
+
+void CMD_Engine::installBaseCommands() {
+    using namespace CMD_Commands;
     struct CommandRow {
         const char *name;
         const char *options;
@@ -21,7 +24,7 @@ void CMD_Manager::installBaseCommands() {
         { "memory", "", true, cmd_memory },
         { "perfmon", "o:st:", true, cmd_perfmon },
         { "prompt", "", true, cmd_prompt },
-        { "python", "c", false, cmd_python },   // runs any code
+        { "python", "c", false, CMD_Manager::cmd_python },   // runs any code
         { "quit", "", true, cmd_quit },
         { "read", "g", true, cmd_read },
         { "set", "uslgp", true, cmd_set },
@@ -55,7 +58,7 @@ void CMD_Manager::installBaseCommands() {
     // Further managers of a process are for hosts that want commands of their own only.
     if (theManager)
         return;
-    setContext();
+    manager.setContext();
     for (const CommandRow &row : theRows)
         installCommand(row.name, row.options, row.callback, row.safe);
 }

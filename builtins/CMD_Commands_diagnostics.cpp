@@ -6,6 +6,7 @@
 #include <ostream>
 #include <string_view>
 
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_ArenaInfo.h>
 #include <orvlang/platform/kit/KIT_Performance.h>
@@ -52,11 +53,11 @@ std::string_view nameOf(const NamedNumber (&table)[N], int number) {
 
 }   // namespace
 
-void CMD_Manager::cmd_memory(CMD_Args &args) {
+void CMD_Commands::cmd_memory(CMD_Args &args) {
     KIT_ArenaInfo::outputUsage(args.out());
 }
 
-void CMD_Manager::cmd_perfmon(CMD_Args &args) {
+void CMD_Commands::cmd_perfmon(CMD_Args &args) {
     KIT_Performance &performance = *KITgetPerformance();
     if (args.found('o')) {
         args.out() << args.argp('o');
@@ -76,7 +77,7 @@ void CMD_Manager::cmd_perfmon(CMD_Args &args) {
     }
 }
 
-void CMD_Manager::cmd_undoctrl(CMD_Args &args) {
+void CMD_Commands::cmd_undoctrl(CMD_Args &args) {
     KIT_UndoManager &undos = *KITgetUndoManager();
     const std::string_view word = args.argc() == 2 ? args.argv(1) : "";
     if (args.found('s')) {
@@ -95,22 +96,22 @@ void CMD_Manager::cmd_undoctrl(CMD_Args &args) {
     }
 }
 
-void CMD_Manager::cmd_chblockbegin(CMD_Args &args) {
+void CMD_Commands::cmd_chblockbegin(CMD_Args &args) {
     if (args.argc() > 1)
         return args.showUsage();
-    if (!getContext()->beginChannelBlock())
+    if (!CMD_Manager::getContext()->beginChannelBlock())
         args.err(1) << "chblockbegin command can only be used in scripts.\n";
 }
 
-void CMD_Manager::cmd_chblockend(CMD_Args &args) {
+void CMD_Commands::cmd_chblockend(CMD_Args &args) {
     if (args.argc() > 1)
         return args.showUsage();
-    if (!getContext()->endChannelBlock())
+    if (!CMD_Manager::getContext()->endChannelBlock())
         args.err(1) << "chblockend command can only be used in scripts,\n"
                     << "or was run without a matching chblockbegin.\n";
 }
 
-void CMD_Manager::cmd_coredump(CMD_Args &args) {
-    if (args.found('f') && !getContext()->isInSafeMode())
+void CMD_Commands::cmd_coredump(CMD_Args &args) {
+    if (args.found('f') && !CMD_Manager::getContext()->isInSafeMode())
         std::abort();
 }

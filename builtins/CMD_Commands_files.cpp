@@ -6,6 +6,7 @@
 
 #include <signal.h>
 
+#include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
 #include <orvlang/platform/kit/KIT_Directory.h>
 #include <orvlang/platform/kit/KIT_File.h>
@@ -38,12 +39,12 @@ void removeFiles(const KIT_String &path, CMD_Args &args) {
 
 }   // namespace
 
-void CMD_Manager::cmd_ucd(CMD_Args &args) {
+void CMD_Commands::cmd_ucd(CMD_Args &args) {
     if (args.argc() > 2)
         return args.showUsage();
     KIT_String directory = args.argv(1);
     if (args.argc() == 1) {
-        if (!getContext()->getVariable("ORP", directory)) {
+        if (!CMD_Manager::getContext()->getVariable("ORP", directory)) {
             args.err(1) << "cd: can't find ORP directory" << std::endl;
             return;
         }
@@ -52,11 +53,11 @@ void CMD_Manager::cmd_ucd(CMD_Args &args) {
     OSLsystem().changeDirectory(directory.c_str());
 }
 
-void CMD_Manager::cmd_upwd(CMD_Args &args) {
+void CMD_Commands::cmd_upwd(CMD_Args &args) {
     args.out() << KITgetCurrentDirectory() << std::endl;
 }
 
-void CMD_Manager::cmd_uls(CMD_Args &args) {
+void CMD_Commands::cmd_uls(CMD_Args &args) {
     const bool directoriesOnly = args.found('d');
     const bool filesOnly = args.found('f');
     if (directoriesOnly && filesOnly) {
@@ -80,7 +81,7 @@ void CMD_Manager::cmd_uls(CMD_Args &args) {
     }
 }
 
-void CMD_Manager::cmd_umkdir(CMD_Args &args) {
+void CMD_Commands::cmd_umkdir(CMD_Args &args) {
     if (args.argc() == 1) {
         args.err(1) << "No directory was specified." << std::endl;
         return;
@@ -92,7 +93,7 @@ void CMD_Manager::cmd_umkdir(CMD_Args &args) {
         args.err(1) << "Could not create directory." << std::endl;
 }
 
-void CMD_Manager::cmd_urm(CMD_Args &args) {
+void CMD_Commands::cmd_urm(CMD_Args &args) {
     if (args.argc() == 1) {
         args.err(1) << "No file specified for removal." << std::endl;
         return;
@@ -106,7 +107,7 @@ void CMD_Manager::cmd_urm(CMD_Args &args) {
     }
 }
 
-void CMD_Manager::cmd_unix(CMD_Args &args) {
+void CMD_Commands::cmd_unix(CMD_Args &args) {
     KIT_WorkBuffer line;
     args.fillCommandLine(line, 1, false);
     const char *const words[] = { "csh", "-f", "-c", line.c_str(), nullptr };
@@ -114,5 +115,5 @@ void CMD_Manager::cmd_unix(CMD_Args &args) {
     const KIT_Signal ignored(theKeyboardSignals, SIG_IGN, false);
     const int pid = KITspawnvp(words, 0, false);
     if (pid >= 0)
-        getContext()->setStatusCode(KITwait(pid));
+        CMD_Manager::getContext()->setStatusCode(KITwait(pid));
 }
