@@ -2,8 +2,6 @@
 // The life of an engine, and what all engines of the process share.
 #include <orvlang/engine/CMD_Engine.h>
 
-#include <iostream>
-
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/engine/CMD_StatementFrame.h>
 #include <orvlang/platform/kit/KIT_SymbolTable.h>
@@ -19,12 +17,10 @@ int CMD_Engine::theManagerCount = 0;
 KIT_SymbolTable *CMD_Engine::theCommandLists = nullptr;
 
 CMD_Engine::CMD_Engine(CMD_Manager &owner, const char *managerName)
-    : manager(owner), commandList(getCommandList(managerName)),
+    : manager(owner), commandList(getCommandList(managerName)), prompts(std::string(managerName) + " -> "),
       commandTable(std::make_unique<KIT_SymbolTable>()), globalVariables(std::make_unique<CMD_VariableTable>()),
       aliases(std::make_unique<CMD_AliasTable>()) {
     sourceStack.push_back(std::make_shared<CMD_Source>("stdin", OSLsystem().isTerminal(0) ? 1 : 0));
-    standardOutStack.append(&std::cout);
-    standardErrStack.append(&std::cerr);
 }
 
 CMD_Engine::~CMD_Engine() = default;

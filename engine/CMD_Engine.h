@@ -9,7 +9,8 @@
 
 #include <orvlang/engine/CMD_Line.h>
 #include <orvlang/engine/CMD_Manager.h>
-#include <orvlang/platform/kit/KIT_PtrArray.h>
+#include <orvlang/engine/CMD_PromptStack.h>
+#include <orvlang/engine/CMD_StreamStacks.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
 class CMD_CommandList;
@@ -74,7 +75,7 @@ public:
     void echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame);
     CMD_Command *resolveCommand(CMD_StatementFrame &frame);
     void callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame, bool hasOptions,
-                     StatementStreams &streams);
+                     StatementStreams &ownStreams);
     void reportLateErrors();
     void updateStatusVariable();
     void reportOutOfMemory();
@@ -112,16 +113,6 @@ public:
     void updateNoAliasVariable(size_t index);
 
     // Streams and prompts.
-    /// The positions on the stacks at which a run has its own streams.
-    struct StreamSlots {
-        int out;
-        int err;
-    };
-    /// A null stream means the current one.
-    StreamSlots pushStreams(std::ostream *out, std::ostream *err);
-    /// Removes the streams of a run unless a callback has popped them already, and those that a callback has pushed on
-    /// top of them and left there: they may be destroyed before the next pop.
-    void popStreams(StreamSlots slots);
     std::ostream &getError(int prefix);
     void getPrompt(KIT_String &out);
 
@@ -149,11 +140,8 @@ public:
     CMD_Manager &manager;   // the owner
     const std::shared_ptr<const void> life = std::make_shared<char>();
     CMD_CommandList *commandList;   // borrowed; shared with the managers of the same name
-    struct Prompt {
-        KIT_String text;
-        bool isSafe;   // was set in safe mode, and is expanded in it
-    };
-    std::vector<Prompt> promptStack;
+    CMD_StreamStacks streams;
+    CMD_PromptStack prompts;
     KIT_String readVariables;   // not empty while a `read` waits for its line
     int readLocal = 1;
     std::unique_ptr<KIT_SymbolTable> commandTable;
@@ -162,8 +150,6 @@ public:
     int channelBlocksBelow = 0;   // those that were open when that wait began
     std::unique_ptr<CMD_VariableTable> globalVariables;
     std::unique_ptr<CMD_AliasTable> aliases;
-    KIT_PtrArray<std::ostream *> standardOutStack;   // all borrowed
-    KIT_PtrArray<std::ostream *> standardErrStack;
     unsigned int commandsRun = 0;
     int noAliasActive = 0;
     unsigned stateBits = stateIORedirection;

@@ -37,8 +37,8 @@ bool isFileNameForRedirection(const KIT_String &name) {
 class CMD_Engine::StatementStreams {
 public:
     explicit StatementStreams(CMD_Engine &owner)
-        : engine(owner), slots(owner.pushStreams(nullptr, nullptr)) {}
-    ~StatementStreams() { engine.popStreams(slots); }
+        : engine(owner), slots(owner.streams.push(nullptr, nullptr)) {}
+    ~StatementStreams() { engine.streams.popTo(slots); }
     StatementStreams(const StatementStreams &) = delete;
     StatementStreams &operator=(const StatementStreams &) = delete;
 
@@ -59,9 +59,9 @@ public:
             return;
         }
         fileName = name;
-        engine.manager.setStandardOut(*file);
+        engine.streams.replaceOut(*file);
         if (errorsToo)
-            engine.manager.setStandardErr(*file);
+            engine.streams.replaceErr(*file);
     }
 
     /// Leaves an error with the toolkit when the file did not take all that was written, as on a full disk.
@@ -74,7 +74,7 @@ public:
 
 private:
     CMD_Engine &engine;
-    const StreamSlots slots;
+    const CMD_StreamStacks::Slots slots;
     std::optional<KIT_OFStream> file;
     KIT_String fileName;
 };
@@ -178,13 +178,13 @@ void CMD_Engine::runCommand(std::string_view line, CMD_StatementFrame &frame) {
         }
     }
 
-    StatementStreams streams(*this);
+    StatementStreams ownStreams(*this);
     echoStatement(*source, frame);
     const KIT_StringCshIO &io = frame.redirection;
     const bool errorsToo = !io.errName.isEmpty();
     const KIT_String &outName = errorsToo ? io.errName : io.outName;
     if (!outName.isEmpty())
-        streams.redirect(outName, io.appendOut || io.appendErr, errorsToo);
+        ownStreams.redirect(outName, io.appendOut || io.appendErr, errorsToo);
     if (!io.inName.isEmpty()) {
         getError(1) << "Application doesn't support input redirection\n";
         statusCode = 1;
@@ -193,7 +193,7 @@ void CMD_Engine::runCommand(std::string_view line, CMD_StatementFrame &frame) {
     CMD_Command *const command = resolveCommand(frame);
     timer.setCommand(command);
     if (command)
-        callCommand(*command, *source, frame, ifWord == CMD_IfRules::wordNone, streams);
+        callCommand(*command, *source, frame, ifWord == CMD_IfRules::wordNone, ownStreams);
 }
 
 void CMD_Engine::startLoop(const SourceRef &source, std::string_view line) {
@@ -229,7 +229,7 @@ bool CMD_Engine::parseStatement(std::string_view line, CMD_StatementFrame &frame
 void CMD_Engine::echoStatement(const CMD_Source &source, const CMD_StatementFrame &frame) {
     if (echoOffCount != 0 || !source.getEchoState())
         return;
-    std::ostream &out = *standardOutStack.last();
+    std::ostream &out = streams.out();
     const char *filename = source.getFilename();
     out << (filename ? filename : "") << " (" << source.getLineNumber() << "): " << frame.words.join(0)
         << std::endl;
@@ -263,9 +263,9 @@ CMD_Command *CMD_Engine::resolveCommand(CMD_StatementFrame &frame) {
 }
 
 void CMD_Engine::callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
-                              bool hasOptions, StatementStreams &streams) {
+                              bool hasOptions, StatementStreams &ownStreams) {
     CMD_Args &args = frame.args;
-    args.init(manager, source, standardOutStack.last(), standardErrStack.last());
+    args.init(manager, source, &streams.out(), &streams.err());
     args.command = &command;
     // The words of a condition are not options, whatever they begin with.
     if (hasOptions)
@@ -278,10 +278,10 @@ void CMD_Engine::callCommand(CMD_Command &command, const CMD_Source &source, CMD
         getError(1) << "Invalid option for command\n";
     else
         command.getCallback()(args);
-    streams.checkFile();
+    ownStreams.checkFile();
     reportLateErrors();
-    standardOutStack.last()->flush();
-    standardErrStack.last()->flush();
+    streams.out().flush();
+    streams.err().flush();
 }
 
 void CMD_Engine::reportLateErrors() {

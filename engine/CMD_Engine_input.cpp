@@ -84,7 +84,7 @@ private:
 class CMD_Engine::ExecuteScope {
 public:
     ExecuteScope(CMD_Engine &owner, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases)
-        : engine(owner), level(owner, owner.executeDepth), slots(owner.pushStreams(out, err)),
+        : engine(owner), level(owner, owner.executeDepth), slots(owner.streams.push(out, err)),
           bits(owner.modeBits & theBits) {
         engine.setModeBit(modeExpandAliases, (expandAliases & 1) != 0);
         engine.setModeBit(modeExpandHistory, (expandHistory & 1) != 0);
@@ -92,7 +92,7 @@ public:
     }
     ~ExecuteScope() {
         engine.modeBits = (engine.modeBits & ~theBits) | bits;
-        engine.popStreams(slots);
+        engine.streams.popTo(slots);
     }
     ExecuteScope(const ExecuteScope &) = delete;
     ExecuteScope &operator=(const ExecuteScope &) = delete;
@@ -102,7 +102,7 @@ private:
 
     CMD_Engine &engine;
     const LevelScope level;
-    const StreamSlots slots;
+    const CMD_StreamStacks::Slots slots;
     const unsigned bits;
     // The statement that this one is nested in has yet to report its own expression error.
     const FML_ErrorScope pendingError{ FML_ErrorScope::IfSet };
@@ -218,7 +218,7 @@ void CMD_Engine::finishContinuation() {
     while (!continuationLine.empty()) {
         if (isInterrupted()) {
             continuationLine.clear();
-            manager.popPrompt();
+            prompts.pop();
             return;
         }
         internalSendInput("", false);
@@ -230,7 +230,7 @@ void CMD_Engine::internalSendInput(std::string_view line, bool pushedSource) {
     if (!continuationLine.empty()) {
         joined = std::exchange(continuationLine, {});
         appendJoint(joined);
-        manager.popPrompt();
+        prompts.pop();
         if (!pushedSource)
             joined += line;
         line = joined;
@@ -242,7 +242,7 @@ void CMD_Engine::internalSendInput(std::string_view line, bool pushedSource) {
             continuationLine = line.empty() ? " " : line;
         else   // not copied: each of its many lines comes through here
             (continuationLine = std::move(joined)).resize(line.size());
-        manager.pushPrompt("? ");
+        prompts.push("? ", isInSafeMode());
         return;
     }
 

@@ -78,7 +78,7 @@ CMD_Source *CMD_Engine::popSource(int complain) {
 
 void CMD_Engine::dropPendingInput() {
     if (!continuationLine.empty())
-        manager.popPrompt();
+        prompts.pop();
     continuationLine.clear();
     readVariables = nullptr;
     while (sourceStack.size() > consoleDepth())

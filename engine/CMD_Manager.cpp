@@ -16,7 +16,6 @@ CMD_Manager::CMD_Manager(const char *name, int extend)
     engine->installBaseCommands();
     engine->addPortExtension();   // a new manager is the current one until a statement runs on another
     engine->initLibraryGlue();
-    pushPrompt((std::string(name ? name : "") + " -> ").c_str());
     ++CMD_Engine::theManagerCount;
     if (extend)
         KIT_DSO::runReverse("CMDextendLibrary", this, 1);
