@@ -60,5 +60,5 @@ void CMD_Engine::installBaseCommands() {
         return;
     manager.setContext();
     for (const CommandRow &row : theRows)
-        installCommand(row.name, row.options, row.callback, row.safe);
+        commands.install(row.name, row.options, row.callback, row.safe);
 }

@@ -49,7 +49,7 @@ void CMD_Commands::cmd_alias(CMD_Args &args) {
             args.out() << value << std::endl;
         return;
     }
-    if (CMD_Engine::of(manager).findCommand(alias, 1) == CMD_Engine::commandFound)
+    if (CMD_Engine::of(manager).findCommand(alias, true) == CMD_Registry::Match::Found)
         args.err(1) << "Warning:  alias for '" << alias << "' overrides internal command\n";
     KIT_WorkBuffer text;
     args.fillCommandLine(text, 2, false);

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include <orvlang/engine/CMD_CommandList.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
 
 void CMD_Manager::matchCommands(const char *prefix, KIT_StringArray &names) const {
@@ -15,8 +14,7 @@ void CMD_Manager::matchCommands(const char *prefix, KIT_StringArray &names) cons
         if (std::string_view(alias).starts_with(start))
             names.append(alias);
     }
-    engine->commandList->sort();
-    for (const CMD_Command *command : *engine->commandList) {
+    for (const CMD_Command *command : engine->commands.getSortedList()) {
         if (std::string_view(command->getName()).starts_with(start))
             names.append(command->getName());
     }

@@ -5,12 +5,12 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 #include <orvlang/builtins/CMD_Columns.h>
 #include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/builtins/CMD_HelpFile.h>
 #include <orvlang/engine/CMD_Args.h>
-#include <orvlang/engine/CMD_CommandList.h>
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
 #include <orvlang/platform/osl/OSL_System.h>
@@ -43,7 +43,8 @@ void CMD_Manager::commandDump(std::ostream &os, const char *keyword, const char 
     const bool isSearch = keyword && *keyword;
     if (isSearch)
         searchHelp(matches, theHelpFile, keyword);
-    const KIT_PtrArray<CMD_Command *> &listed = isSearch ? matches : *engine->commandList;
+    const KIT_PtrArray<CMD_Command *> &all = engine->commands.getList();
+    const KIT_PtrArray<CMD_Command *> &listed = isSearch ? std::as_const(matches) : all;
     std::vector<std::string_view> names;
     for (const CMD_Command *command : listed) {
         const std::string_view commandName = command->getName();
@@ -65,7 +66,7 @@ void CMD_Manager::commandHelp(std::ostream &os, const char *word) const {
     }
     int matches = 0;
     const CMD_Command *match = nullptr;
-    for (const CMD_Command *command : *engine->commandList) {
+    for (const CMD_Command *command : engine->commands.getList()) {
         const std::string_view commandName = command->getName();
         if (commandName == wanted.view()) {
             matches = 1;
@@ -99,7 +100,7 @@ void CMD_Manager::searchHelp(KIT_PtrArray<CMD_Command *> &found, const char *fil
     for (const char *path : findHelpFiles(filename)) {
         CMDsearchHelpFile(path, wanted.view(), [&](const char *heading) {
             CMD_Command *command = nullptr;
-            if (engine->findCommand(heading, 1, &command) == CMD_Engine::commandFound)
+            if (engine->findCommand(heading, true, &command) == CMD_Registry::Match::Found)
                 found.append(command);
         });
     }

@@ -30,7 +30,7 @@ public:
 
 private:
     friend class CMD_CommandList;
-    friend class CMD_Engine;
+    friend class CMD_Registry;
 
     CMD_Command(const char *name, const char *options, CMD_CommandCallback callback, bool safe,
                 CMD_Command *chainCommand);

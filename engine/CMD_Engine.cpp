@@ -4,7 +4,6 @@
 
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/engine/CMD_StatementFrame.h>
-#include <orvlang/platform/kit/KIT_SymbolTable.h>
 #include <orvlang/platform/osl/OSL_System.h>
 #include <orvlang/platform/trk/TRK_EventManager.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
@@ -14,11 +13,10 @@ CMD_Manager *CMD_Engine::theManager = nullptr;
 int CMD_Engine::theChannelBlockCount = 0;
 TRK_AutoEventHandler *CMD_Engine::theTRKEventHandler = nullptr;
 int CMD_Engine::theManagerCount = 0;
-KIT_SymbolTable *CMD_Engine::theCommandLists = nullptr;
 
 CMD_Engine::CMD_Engine(CMD_Manager &owner, const char *managerName)
-    : manager(owner), commandList(getCommandList(managerName)), prompts(std::string(managerName) + " -> "),
-      commandTable(std::make_unique<KIT_SymbolTable>()), globalVariables(std::make_unique<CMD_VariableTable>()),
+    : manager(owner), commands(managerName), prompts(std::string(managerName) + " -> "),
+      globalVariables(std::make_unique<CMD_VariableTable>()),
       aliases(std::make_unique<CMD_AliasTable>()) {
     sourceStack.push_back(std::make_shared<CMD_Source>("stdin", OSLsystem().isTerminal(0) ? 1 : 0));
 }
@@ -32,7 +30,6 @@ void CMD_Engine::close() {
     closeOwnPorts();
     globalVariables.reset();
     aliases.reset();
-    commandTable.reset();
     while (!sourceStack.empty())
         sourceStack.pop_back();
 }

@@ -10,11 +10,10 @@
 #include <orvlang/engine/CMD_Line.h>
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/engine/CMD_PromptStack.h>
+#include <orvlang/engine/CMD_Registry.h>
 #include <orvlang/engine/CMD_StreamStacks.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
-class CMD_CommandList;
-class KIT_SymbolTable;
 class TRK_AutoEventHandler;
 struct CMD_StatementFrame;
 
@@ -35,8 +34,6 @@ public:
         modeSafe = 8,
         modeBrowser = 16,
     };
-    /// The results of findCommand.
-    enum : int { commandFound = 0, commandMissing = -1, commandAmbiguous = -2, commandUnsafe = -3 };
 
     CMD_Engine(CMD_Manager &manager, const char *name);
     ~CMD_Engine();
@@ -88,10 +85,10 @@ public:
     void reportNestingTooDeep();
 
     // Commands.
-    static CMD_CommandList *getCommandList(const char *name);
-    void installCommand(const char *name, const char *options, CMD_CommandCallback callback, bool safe);
-    CMD_Command *ownCommand(std::string_view name) const;
-    int findCommand(std::string_view name, int exact, CMD_Command **command = nullptr) const;
+    /// Looks a command up; in safe mode only safe ones are found.
+    CMD_Registry::Match findCommand(std::string_view name, bool exact, CMD_Command **command = nullptr) const {
+        return commands.find(name, exact, isInSafeMode(), command);
+    }
 
     // Sources.
     CMD_Source *getSource() const { return sourceStack.back().get(); }
@@ -134,17 +131,15 @@ public:
     static int theChannelBlockCount;
     static TRK_AutoEventHandler *theTRKEventHandler;
     static int theManagerCount;
-    static bool theLibraryGlueNeeded;          // cleared by the first manager of the process
-    static KIT_SymbolTable *theCommandLists;   // never freed, like the lists in it
+    static bool theLibraryGlueNeeded;   // cleared by the first manager of the process
 
     CMD_Manager &manager;   // the owner
     const std::shared_ptr<const void> life = std::make_shared<char>();
-    CMD_CommandList *commandList;   // borrowed; shared with the managers of the same name
+    CMD_Registry commands;
     CMD_StreamStacks streams;
     CMD_PromptStack prompts;
     KIT_String readVariables;   // not empty while a `read` waits for its line
     int readLocal = 1;
-    std::unique_ptr<KIT_SymbolTable> commandTable;
     std::vector<SourceRef> sourceStack;   // shared with the statements that run on the sources
     size_t consoleIndex = 0;      // of the console on the source stack: the bottom, or the innermost wait
     int channelBlocksBelow = 0;   // those that were open when that wait began

@@ -10,7 +10,6 @@
 #include <optional>
 #include <ostream>
 
-#include <orvlang/engine/CMD_CommandList.h>
 #include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/engine/CMD_StatementFrame.h>
@@ -240,20 +239,21 @@ CMD_Command *CMD_Engine::resolveCommand(CMD_StatementFrame &frame) {
     args.clear();
     for (int i = 0; i < frame.words.argc(); ++i)
         args.setArgument(i, frame.words[i]);
+    using Match = CMD_Registry::Match;
     const char *word = args.argv(0);
     CMD_Command *command = nullptr;
-    const int result = findCommand(word, 0, &command);
-    if (result == commandMissing) {
+    const Match result = findCommand(word, false, &command);
+    if (result == Match::Missing) {
         // A word that is no command but names a script sources it.
         KIT_String path = word;
-        if (findScript(path) && findCommand("cmdread", 0, &command) == commandFound)
+        if (findScript(path) && findCommand("cmdread", false, &command) == Match::Found)
             args.insertFront("cmdread");
     }
     if (command)
         return command;
-    if (result == commandUnsafe)
+    if (result == Match::Unsafe)
         getError(1) << "Command '" << word << "' is not a safe command and cannot be run\n\r";
-    else if (result == commandAmbiguous)
+    else if (result == Match::Ambiguous)
         getError(1) << "Command '" << word << "' not specific enough\n\r";
     else
         getError(1) << "Unknown command: " << word << "\n\r";

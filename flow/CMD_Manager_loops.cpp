@@ -12,7 +12,6 @@
 
 #include <orvlang/builtins/CMD_Commands.h>
 #include <orvlang/engine/CMD_Args.h>
-#include <orvlang/engine/CMD_CommandList.h>
 #include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/flow/CMD_ForEach.h>
 #include <orvlang/flow/CMD_ForLoop.h>
@@ -41,7 +40,7 @@ bool CMD_Engine::isLoopLine(std::string_view line) const {
     if (!CMD_LoopHead::canOpenLoop(word))
         return false;
     CMD_Command *command = nullptr;
-    if (findCommand(word, 0, &command) != commandFound)
+    if (findCommand(word, false, &command) != CMD_Registry::Match::Found)
         return false;
     const std::string_view fullName = command->getName();
     return fullName == "for" || fullName == "while" || fullName == "foreach";

@@ -194,9 +194,9 @@ void openAutoPort(CMD_Manager &manager, CMD_Args &args) {
 }   // namespace
 
 void CMD_Engine::addPortExtension() {
-    installCommand("openport", "aeqswi:r:pc", CMD_Commands::cmd_openport, false);
-    installCommand("closeport", "", CMD_Commands::cmd_closeport, false);
-    installCommand("atjob", "lpr", CMD_Commands::cmd_atjob, true);
+    commands.install("openport", "aeqswi:r:pc", CMD_Commands::cmd_openport, false);
+    commands.install("closeport", "", CMD_Commands::cmd_closeport, false);
+    commands.install("atjob", "lpr", CMD_Commands::cmd_atjob, true);
     KIT_Exit::addExitCallback(closeAllPorts, nullptr);
     manager.setContext();
 }
