@@ -12,6 +12,7 @@
 #include <orvlang/engine/CMD_PromptStack.h>
 #include <orvlang/engine/CMD_Registry.h>
 #include <orvlang/engine/CMD_StreamStacks.h>
+#include <orvlang/flow/CMD_LoopControl.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
 class TRK_AutoEventHandler;
@@ -148,9 +149,7 @@ public:
     unsigned int commandsRun = 0;
     int noAliasActive = 0;
     unsigned stateBits = stateIORedirection;
-    int breakLevel = 0;
-    int continueLevel = 0;
-    int loopNestLevel = 0;
+    CMD_LoopControl loops;
     int executeDepth = 0;
     int inputDepth = 0;   // of sendInput and sendMultiLineInput, through which `execute` goes as well
     int statusCode = 0;

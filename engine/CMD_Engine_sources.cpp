@@ -4,7 +4,6 @@
 #include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
-#include <limits>
 #include <ostream>
 
 #include <orvlang/engine/CMD_Source.h>
@@ -89,9 +88,7 @@ void CMD_Engine::dropPendingInput() {
 CMD_WaitScope::CMD_WaitScope(CMD_Engine &owner)
     : engine(owner), life(owner.life), consoleIndex(owner.consoleIndex),
       channelBlocksBelow(std::exchange(owner.channelBlocksBelow, CMD_Engine::theChannelBlockCount)),
-      breakLevel(std::exchange(owner.breakLevel, 0)), continueLevel(std::exchange(owner.continueLevel, 0)),
-      loopNestLevel(std::exchange(owner.loopNestLevel, 0)),
-      readVariables(std::exchange(owner.readVariables, nullptr)), readLocal(owner.readLocal),
+      loops(std::exchange(owner.loops, {})), readVariables(std::exchange(owner.readVariables, nullptr)), readLocal(owner.readLocal),
       continuationLine(std::exchange(owner.continuationLine, {})) {
     owner.pushSource(std::make_shared<CMD_Source>(owner.sourceStack.back()));
     owner.consoleIndex = owner.sourceStack.size() - 1;
@@ -104,9 +101,9 @@ CMD_WaitScope::~CMD_WaitScope() {
     engine.consoleIndex = consoleIndex;
     engine.channelBlocksBelow = channelBlocksBelow;
     engine.popSource(0);
-    engine.breakLevel = breakLevel;
-    engine.continueLevel = continueLevel;
-    engine.loopNestLevel += loopNestLevel;
+    const int loopsLeft = engine.loops.nestLevel;
+    engine.loops = loops;
+    engine.loops.nestLevel += loopsLeft;
     engine.readVariables = readVariables;
     engine.readLocal = readLocal;
     engine.continuationLine = continuationLine;
@@ -115,8 +112,7 @@ CMD_WaitScope::~CMD_WaitScope() {
 void CMD_Engine::breakAllSources() {
     while (sourceStack.size() > consoleDepth())
         popSource(0);
-    breakLevel =
-        breakLevel > std::numeric_limits<int>::max() / 2 ? std::numeric_limits<int>::max() : breakLevel * 2;
+    loops.doubleBreakLevel();
 }
 
 // A run that nests without end would go on at each of its levels once the deepest one has been refused, so all of

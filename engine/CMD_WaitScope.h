@@ -21,9 +21,7 @@ private:
     // The state of the statement that waits.
     const size_t consoleIndex;
     const int channelBlocksBelow;
-    const int breakLevel;
-    const int continueLevel;
-    const int loopNestLevel;
+    const CMD_LoopControl loops;
     const KIT_String readVariables;
     const int readLocal;
     const std::string continuationLine;

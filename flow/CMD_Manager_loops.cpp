@@ -6,7 +6,6 @@
 #include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
-#include <limits>
 #include <ostream>
 #include <string_view>
 
@@ -64,31 +63,27 @@ CMD_Loop *CMD_Manager::buildLoop(const char *line) {
 }
 
 int CMD_Manager::getBreakLevel() const {
-    return engine->breakLevel;
+    return engine->loops.breakLevel;
 }
 
 void CMD_Manager::bumpBreakLevel(int delta) {
-    // A script that fails again and again doubles it each time.
-    constexpr long long most = std::numeric_limits<int>::max();
-    engine->breakLevel = static_cast<int>(std::clamp(static_cast<long long>(engine->breakLevel) + delta, -most, most));
+    engine->loops.bumpBreakLevel(delta);
 }
 
 int CMD_Manager::getContinueLevel() const {
-    return engine->continueLevel;
+    return engine->loops.continueLevel;
 }
 
 void CMD_Manager::setContinueLevel(int level) {
-    engine->continueLevel = level;
+    engine->loops.continueLevel = level;
 }
 
 int CMD_Manager::getLoopNestLevel() const {
-    return engine->loopNestLevel;
+    return engine->loops.nestLevel;
 }
 
 void CMD_Manager::bumpLoopNestLevel(int delta) {
-    engine->loopNestLevel += delta;
-    if (engine->loopNestLevel == 0)
-        engine->breakLevel = 0;
+    engine->loops.bumpNestLevel(delta);
 }
 
 void CMD_Commands::cmd_break(CMD_Args &args) {
