@@ -11,11 +11,11 @@
 #include <orvlang/engine/CMD_Manager.h>
 #include <orvlang/engine/CMD_PromptStack.h>
 #include <orvlang/engine/CMD_Registry.h>
+#include <orvlang/engine/CMD_SourceStack.h>
 #include <orvlang/engine/CMD_StreamStacks.h>
 #include <orvlang/flow/CMD_LoopControl.h>
 #include <orvlang/platform/kit/KIT_String.h>
 
-class TRK_AutoEventHandler;
 struct CMD_StatementFrame;
 
 /// The private half of a manager: its state, and the steps by which it runs text.
@@ -25,7 +25,7 @@ struct CMD_StatementFrame;
 /// a host can override (CMD_Manager::setContext) is called through `manager`.
 class CMD_Engine {
 public:
-    using SourceRef = std::shared_ptr<CMD_Source>;
+    using SourceRef = CMD_SourceStack::SourceRef;
 
     enum StateBits : unsigned { stateVerbose = 2, stateIORedirection = 4 };
     enum ModeBits : unsigned {
@@ -92,23 +92,17 @@ public:
     }
 
     // Sources.
-    CMD_Source *getSource() const { return sourceStack.back().get(); }
+    CMD_Source *getSource() const { return sources.top().get(); }
     bool findScript(KIT_String &path) const;
     CMD_Source *pushSource(const char *filename, int echo);
-    void pushSource(SourceRef source);
     CMD_Source *popSource(int complain);
     void breakAllSources();
-    /// The depth of the source stack at the console.
-    size_t consoleDepth() const { return consoleIndex + 1; }
     CMD_Manager::Pending getPendingInput() const;
     void dropPendingInput();
-    void closeChannelBlocks(int kept);
 
     // Variables.
     void setReadVariables(std::string_view line);
     void setArgumentVariables(const CMD_Args &args);
-    /// Updates the sources from the index on.
-    void updateNoAliasVariable(size_t index);
 
     // Streams and prompts.
     std::ostream &getError(int prefix);
@@ -129,8 +123,6 @@ public:
 
     // Shared by all managers of the process.
     static CMD_Manager *theManager;
-    static int theChannelBlockCount;
-    static TRK_AutoEventHandler *theTRKEventHandler;
     static int theManagerCount;
     static bool theLibraryGlueNeeded;   // cleared by the first manager of the process
 
@@ -141,13 +133,10 @@ public:
     CMD_PromptStack prompts;
     KIT_String readVariables;   // not empty while a `read` waits for its line
     int readLocal = 1;
-    std::vector<SourceRef> sourceStack;   // shared with the statements that run on the sources
-    size_t consoleIndex = 0;      // of the console on the source stack: the bottom, or the innermost wait
-    int channelBlocksBelow = 0;   // those that were open when that wait began
+    CMD_SourceStack sources;
     std::unique_ptr<CMD_VariableTable> globalVariables;
     std::unique_ptr<CMD_AliasTable> aliases;
     unsigned int commandsRun = 0;
-    int noAliasActive = 0;
     unsigned stateBits = stateIORedirection;
     CMD_LoopControl loops;
     int executeDepth = 0;

@@ -157,7 +157,7 @@ void CMD_Engine::runCommand(std::string_view line, CMD_StatementFrame &frame) {
     manager.setContext();
     ++commandsRun;
     const StatusPublisher publisher(*this);
-    const SourceRef source = sourceStack.back();
+    const SourceRef source = sources.top();
     // Before the state of the `if` blocks: a loop in a skipped branch still eats its body.
     if (isLoopLine(line))
         return startLoop(source, line);
@@ -211,12 +211,12 @@ bool CMD_Engine::parseStatement(std::string_view line, CMD_StatementFrame &frame
                                  bool redirects) {
     const auto variables = expands ? TRK_Manager::lookupVariableNoThread : nullptr;
     const auto expressions = expands ? TRK_Manager::lookupExpressionNoThread : nullptr;
-    const size_t depth = sourceStack.size();
+    const size_t depth = sources.size();
     frame.redirection.clear();
     frame.parsed.parse(line, redirects);
     const int count =
         frame.parsed.expand(frame.words, variables, expressions, redirects ? &frame.redirection : nullptr);
-    if (sourceStack.size() != depth)
+    if (sources.size() != depth)
         return false;
     if (frame.redirection.missingName) {
         getError(1) << "Missing name for redirect" << std::endl;

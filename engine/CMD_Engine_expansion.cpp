@@ -63,7 +63,7 @@ void CMD_Engine::internalExecute(const CMD_Line &line) {
     if (start == line.text.size() || line.text[start] == '#')
         return;
     CMD_Line text{ line.text.substr(start), line.owner, line.historyExpanded };
-    if ((modeBits & modeExpandHistory) && sourceStack.size() == 1 && getSource()->interactive)
+    if ((modeBits & modeExpandHistory) && sources.size() == 1 && getSource()->interactive)
         applyHistory(text);
 
     const FrameScope scope(*this, text.text.size());
@@ -71,7 +71,7 @@ void CMD_Engine::internalExecute(const CMD_Line &line) {
     const CMD_LineScan scan = CMDscanLine(text.text, frame.scanned);
     if (scan.restOffset != std::string_view::npos)
         getSource()->pushUnfinishedCommands(text.rest(scan.restOffset));
-    const bool mayBeAlias = noAliasActive == 0 && (modeBits & modeExpandAliases);
+    const bool mayBeAlias = !sources.areAliasesOff() && (modeBits & modeExpandAliases);
     if (mayBeAlias && aliasExpand(scan.statement, frame.expandedAlias)) {
         // One level only: an alias named `ls` may begin with `ls`.
         const ModeScope plain(*this, modeExpandAliases | modeExpandHistory);

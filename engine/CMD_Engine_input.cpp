@@ -142,14 +142,14 @@ bool CMD_Engine::refusesRun() {
 class CMD_Engine::BlockScope {
 public:
     BlockScope(CMD_Engine &owner, bool asBlock)
-        : engine(owner), level(owner, owner.inputDepth), place(owner.sourceStack.size() - 1),
-          source(owner.sourceStack.back()), leftovers(source->unfinishedCommands.size()),
+        : engine(owner), level(owner, owner.inputDepth), index(owner.sources.size() - 1),
+          source(owner.sources.top()), leftovers(source->unfinishedCommands.size()),
           isBlock(asBlock && source->runningStatements > 0) {
         if (isBlock)
             source->startBlock();
     }
     ~BlockScope() {
-        if (place >= engine.sourceStack.size() || engine.sourceStack[place] != source)
+        if (index >= engine.sources.size() || engine.sources[index] != source)
             return;
         if (engine.isNestingOver())
             source->dropLeftovers(leftovers);
@@ -176,7 +176,7 @@ private:
     /// Drops what the run has pushed, asked for, half collected or left over.
     void dropRun() {
         engine.readVariables = nullptr;
-        while (engine.sourceStack.size() > place + 1)
+        while (engine.sources.size() > index + 1)
             engine.popSource(0);
         // A running loop may belong to a statement around this run.
         if (!source->loopRunning || source->runningStatements == 0)
@@ -186,7 +186,7 @@ private:
 
     CMD_Engine &engine;
     const LevelScope level;
-    const size_t place;
+    const size_t index;
     const SourceRef source;
     const size_t leftovers;   // those of enclosing runs
     const bool isBlock;
@@ -207,7 +207,7 @@ void CMD_Engine::sendMultiLineInput(const char *text, bool asBlock) {
         std::memcpy(copy.get(), text, length);
         auto source = std::make_shared<CMD_Source>("stdin", 0);
         source->setInput(copy, length);
-        pushSource(std::move(source));
+        sources.push(std::move(source));
         internalSendInput("", true);
     });
 }
@@ -247,12 +247,12 @@ void CMD_Engine::internalSendInput(std::string_view line, bool pushedSource) {
     }
 
     // A text of several lines has been pushed for this run: it starts on the source below.
-    const size_t baseLevel = pushedSource ? sourceStack.size() - 1 : sourceStack.size();
-    const CMD_Source &base = *sourceStack[baseLevel - 1];
+    const size_t baseLevel = pushedSource ? sources.size() - 1 : sources.size();
+    const CMD_Source &base = *sources[baseLevel - 1];
     // A statement of the source that is running reads on by itself.
     const bool readWasPending = !readVariables.isEmpty() && base.runningStatements == 0;
     const bool loopWasRunning = base.loopRunning != 0;
-    const SourceRef current = sourceStack.back();
+    const SourceRef current = sources.top();
     if (commandEcho && commandEchoCallback && current->isStdIn())
         commandEchoCallback(std::string(line).c_str(), commandEchoCallbackData);
     const OperationScope operation;
@@ -266,18 +266,18 @@ void CMD_Engine::drain(size_t baseLevel, bool readWasPending, bool loopWasRunnin
     std::string assembled;   // a continued line, until it is whole
     // A `read` waits for a line that only the host can bring.
     while (readVariables.isEmpty()) {
-        const size_t depth = sourceStack.size();
-        const SourceRef top = sourceStack.back();
+        const size_t depth = sources.size();
+        const SourceRef top = sources.top();
         if (isNestingOver()) {
             // The refusal of an expression has left the scripts as they are. Those below this run belong to the
             // statement that it is nested in, which has yet to report the refusal.
-            while (sourceStack.size() > baseLevel)
+            while (sources.size() > baseLevel)
                 popSource(0);
             return;
         }
-        const bool startedAtConsole = baseLevel == consoleDepth();
+        const bool startedAtConsole = baseLevel == sources.consoleDepth();
         const bool isAboveBase =
-            depth > consoleDepth() && (depth > baseLevel || startedAtConsole || readWasPending);
+            depth > sources.consoleDepth() && (depth > baseLevel || startedAtConsole || readWasPending);
         const bool fellInsideExecute = executeDepth != 0 && baseLevel != depth;
         const bool closedLoop = top->loopRunning && (readWasPending || (startedAtConsole && !loopWasRunning));
         if (!isAboveBase && !top->hasUnfinishedCommands() && !fellInsideExecute && !closedLoop)
@@ -285,11 +285,11 @@ void CMD_Engine::drain(size_t baseLevel, bool readWasPending, bool loopWasRunnin
         CMD_Line line;
         if (!top->nextLine(line)) {
             // The test of a loop can have ended the source, or put another one on top of it.
-            if (sourceStack.back() != top)
+            if (sources.top() != top)
                 continue;
             // What a block fences off is left to the statement that it runs in, a loop that is being tested to the
             // run that tests it.
-            if (depth == consoleDepth() || top->isFenced() || (top->loop && top->loop->isBusy()))
+            if (depth == sources.consoleDepth() || top->isFenced() || (top->loop && top->loop->isBusy()))
                 return;
             // The line that ends a loop may be among those that an interrupt threw away.
             popSource(isInterrupted() ? 0 : 1);
@@ -325,7 +325,7 @@ void CMD_Engine::processInput(const SourceRef &source, const CMD_Line &line) {
         return;
     }
     const bool captured = (modeBits & modeCaptureHistory) != 0;
-    if (sourceStack.size() > 1 || source->loop)
+    if (sources.size() > 1 || source->loop)
         setModeBit(modeCaptureHistory, false);
     const CMD_Source::StatementScope running(*source);
     try {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include <orvlang/engine/CMD_ChannelBlocks.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/engine/CMD_WaitScope.h>
 #include <orvlang/flow/CMD_Loop.h>
@@ -29,7 +30,7 @@ bool CMD_Engine::findScript(KIT_String &path) const {
 }
 
 CMD_Source *CMD_Engine::pushSource(const char *filename, int echo) {
-    if (sourceStack.size() > theDeepestSource) {
+    if (sources.size() > theDeepestSource) {
         reportNestingTooDeep();
         return nullptr;
     }
@@ -49,29 +50,24 @@ CMD_Source *CMD_Engine::pushSource(const char *filename, int echo) {
     const std::string_view text = KITwithoutByteOrderMark({ buffer.get(), count });
     source->setInput({ buffer, text.data() }, text.size());
     source->setEchoState(echo);
-    pushSource(std::move(source));
+    sources.push(std::move(source));
     return getSource();
 }
 
-void CMD_Engine::pushSource(SourceRef source) {
-    source->aliasesOff = getSource()->aliasesOff;
-    sourceStack.push_back(std::move(source));
-}
-
 CMD_Source *CMD_Engine::popSource(int complain) {
-    if (sourceStack.size() > consoleDepth()) {
-        const SourceRef popped = std::move(sourceStack.back());
-        sourceStack.pop_back();
+    if (sources.level() > 0) {
+        const SourceRef popped = sources.pop();
         const char *filename = popped->getFilename() ? popped->getFilename() : "";
         if (popped->loop && complain)
             getError(1) << "Invalid loop nesting in " << filename << std::endl;
         popped->close();
-        if (sourceStack.size() == consoleDepth() && theChannelBlockCount > channelBlocksBelow) {
+        const int blocksBelow = sources.getConsole().channelBlocksBelow;
+        if (sources.level() == 0 && CMD_ChannelBlocks::getCount() > blocksBelow) {
             getError(1) << "Got chblockbegin without chblockend in " << filename << std::endl;
-            closeChannelBlocks(channelBlocksBelow);
+            CMD_ChannelBlocks::closeTo(blocksBelow);
         }
     }
-    updateNoAliasVariable(sourceStack.size() - 1);
+    sources.updateAliasesOff(sources.size() - 1);
     return getSource();
 }
 
@@ -80,26 +76,21 @@ void CMD_Engine::dropPendingInput() {
         prompts.pop();
     continuationLine.clear();
     readVariables = nullptr;
-    while (sourceStack.size() > consoleDepth())
+    while (sources.level() > 0)
         popSource(0);
     getSource()->abandon();
 }
 
 CMD_WaitScope::CMD_WaitScope(CMD_Engine &owner)
-    : engine(owner), life(owner.life), consoleIndex(owner.consoleIndex),
-      channelBlocksBelow(std::exchange(owner.channelBlocksBelow, CMD_Engine::theChannelBlockCount)),
-      loops(std::exchange(owner.loops, {})), readVariables(std::exchange(owner.readVariables, nullptr)), readLocal(owner.readLocal),
-      continuationLine(std::exchange(owner.continuationLine, {})) {
-    owner.pushSource(std::make_shared<CMD_Source>(owner.sourceStack.back()));
-    owner.consoleIndex = owner.sourceStack.size() - 1;
-}
+    : engine(owner), life(owner.life), console(owner.sources.pushConsole()),
+      loops(std::exchange(owner.loops, {})), readVariables(std::exchange(owner.readVariables, nullptr)),
+      readLocal(owner.readLocal), continuationLine(std::exchange(owner.continuationLine, {})) {}
 
 CMD_WaitScope::~CMD_WaitScope() {
     if (life.expired())
         return;
     engine.dropPendingInput();
-    engine.consoleIndex = consoleIndex;
-    engine.channelBlocksBelow = channelBlocksBelow;
+    engine.sources.setConsole(console);
     engine.popSource(0);
     const int loopsLeft = engine.loops.nestLevel;
     engine.loops = loops;
@@ -110,7 +101,7 @@ CMD_WaitScope::~CMD_WaitScope() {
 }
 
 void CMD_Engine::breakAllSources() {
-    while (sourceStack.size() > consoleDepth())
+    while (sources.level() > 0)
         popSource(0);
     loops.doubleBreakLevel();
 }

@@ -5,10 +5,10 @@
 
 #include <utility>
 
+#include <orvlang/engine/CMD_ChannelBlocks.h>
 #include <orvlang/platform/fml/FML.h>
 #include <orvlang/platform/kit/KIT_DSO.h>
 #include <orvlang/platform/kit/KIT_UndoManager.h>
-#include <orvlang/platform/trk/TRK_EventManager.h>
 
 CMD_Manager::CMD_Manager(const char *name, int extend)
     : TRK_Manager(0), engine(std::make_unique<CMD_Engine>(*this, name ? name : "")) {
@@ -73,7 +73,7 @@ CMD_Source *CMD_Manager::getSource() const {
 }
 
 int CMD_Manager::getSourceLevel() const {
-    return static_cast<int>(engine->sourceStack.size() - engine->consoleDepth());
+    return static_cast<int>(engine->sources.level());
 }
 
 CMD_Source *CMD_Manager::pushSource(const char *filename, int echo) {
@@ -180,15 +180,14 @@ unsigned int CMD_Manager::getCommandsRun() const {
 bool CMD_Manager::beginChannelBlock() {
     if (getSourceLevel() < 1)
         return false;
-    if (CMD_Engine::theChannelBlockCount == 0)
-        CMD_Engine::theTRKEventHandler = new TRK_AutoEventHandler;
-    ++CMD_Engine::theChannelBlockCount;
+    CMD_ChannelBlocks::open();
     return true;
 }
 
 bool CMD_Manager::endChannelBlock() {
-    if (getSourceLevel() < 1 || CMD_Engine::theChannelBlockCount <= engine->channelBlocksBelow)
+    const int count = CMD_ChannelBlocks::getCount();
+    if (getSourceLevel() < 1 || count <= engine->sources.getConsole().channelBlocksBelow)
         return false;
-    engine->closeChannelBlocks(CMD_Engine::theChannelBlockCount - 1);
+    CMD_ChannelBlocks::closeTo(count - 1);
     return true;
 }

@@ -81,6 +81,7 @@ public:
 
 private:
     friend class CMD_Engine;
+    friend class CMD_SourceStack;
 
     static constexpr int theIfLevels = 128;
 

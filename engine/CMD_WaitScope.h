@@ -19,8 +19,7 @@ private:
     CMD_Engine &engine;
     const std::weak_ptr<const void> life;   // what is served may end a manager that another one waits for
     // The state of the statement that waits.
-    const size_t consoleIndex;
-    const int channelBlocksBelow;
+    const CMD_SourceStack::Console console;
     const CMD_LoopControl loops;
     const KIT_String readVariables;
     const int readLocal;

@@ -48,22 +48,22 @@ CMD_VariableTable *CMD_Manager::getGlobalVariables() const {
 }
 
 bool CMD_Manager::getVariable(const char *variable, KIT_String &value) const {
-    return searchTables(engine->sourceStack, *engine->globalVariables,
+    return searchTables(engine->sources, *engine->globalVariables,
                         [&](const CMD_VariableTable &table) { return table.getVariable(variable, value); });
 }
 
 bool CMD_Manager::getVariable(const char *variable, float &value) const {
-    return searchTables(engine->sourceStack, *engine->globalVariables,
+    return searchTables(engine->sources, *engine->globalVariables,
                         [&](const CMD_VariableTable &table) { return table.getVariable(variable, value); });
 }
 
 bool CMD_Manager::getVariable(const char *variable, int &value) const {
-    return searchTables(engine->sourceStack, *engine->globalVariables,
+    return searchTables(engine->sources, *engine->globalVariables,
                         [&](const CMD_VariableTable &table) { return table.getVariable(variable, value); });
 }
 
 bool CMD_Manager::hasVariable(const char *variable) const {
-    return searchTables(engine->sourceStack, *engine->globalVariables,
+    return searchTables(engine->sources, *engine->globalVariables,
                         [&](const CMD_VariableTable &table) { return table.hasVariable(variable); });
 }
 
@@ -93,19 +93,19 @@ void CMD_Manager::setVariable(const char *variable, const char *value, int local
         local = 0;
     }
     const bool isNoAlias = std::strcmp(variable, "noalias") == 0;
-    size_t level = engine->sourceStack.size();
+    size_t level = engine->sources.size();
     // At the console it would switch the aliases off for good.
-    if (local && level == engine->consoleDepth() && isNoAlias)
+    if (local && level == engine->sources.consoleDepth() && isNoAlias)
         return;
-    if (local && parent && level > engine->consoleDepth())
+    if (local && parent && level > engine->sources.consoleDepth())
         --level;
-    CMD_VariableTable *locals = engine->sourceStack[level - 1]->getLocalVariables();
+    CMD_VariableTable *locals = engine->sources[level - 1]->getLocalVariables();
     if (local || locals->hasVariable(variable))
         locals->setVariable(variable, value, false);
     else
         engine->globalVariables->setVariable(variable, value, true);
     if (isNoAlias)
-        engine->updateNoAliasVariable(level - 1);
+        engine->sources.updateAliasesOff(level - 1);
     if (std::strcmp(variable, "ORP") == 0)
         KIT_PathSearch::rehashAll();
 }
@@ -114,18 +114,7 @@ void CMD_Manager::unsetVariable(const char *variable) {
     if (!getSource()->getLocalVariables()->destroyVariable(variable))
         engine->globalVariables->destroyVariable(variable);
     if (variable && std::strcmp(variable, "noalias") == 0)
-        engine->updateNoAliasVariable(engine->sourceStack.size() - 1);
-}
-
-// Each source stores the state for itself and those below, so that a change updates only the sources from `place` on.
-void CMD_Engine::updateNoAliasVariable(size_t place) {
-    bool aliasesOff = place > 0 && sourceStack[place - 1]->aliasesOff;
-    for (; place < sourceStack.size(); ++place) {
-        CMD_Source &source = *sourceStack[place];
-        aliasesOff = aliasesOff || source.getLocalVariables()->hasVariable("noalias");
-        source.aliasesOff = aliasesOff;
-    }
-    noAliasActive = aliasesOff ? 1 : 0;
+        engine->sources.updateAliasesOff(engine->sources.size() - 1);
 }
 
 void CMD_Manager::getVariableNames(KIT_StringArray &names, int dirtyOnly) const {
