@@ -3,8 +3,8 @@
 
 class CMD_Args;
 
-/// The callbacks of the built-in commands, without `python`, which hosts may install (CMD_Manager::cmd_python). Each uses
-/// the manager that CMD_Manager::getContext returns.
+/// The callbacks of the built-in commands, without `python`, which hosts may install (CMD_Manager::cmd_python). Each
+/// uses the manager that CMD_Manager::getContext returns.
 namespace CMD_Commands {
 
 // The language itself.

@@ -45,9 +45,8 @@ private:
     const char *options;   // borrowed
     KIT_String dsoLocation;
     CMD_CommandCallback callback;
-    CMD_Command *chainCommand;   // borrowed; lives for ever, as this one
-    CMD_Command *older =
-        nullptr;      // borrowed; the previous one of this name by any manager, overridden or not
-    int index = -1;   // in the command list; only of the command that is in it
+    CMD_Command *chainCommand;      // borrowed; lives for ever, as this one
+    CMD_Command *older = nullptr;   // borrowed; the previous one of this name by any manager, overridden or not
+    int index = -1;                 // in the command list; only of the command that is in it
     bool safe;
 };

@@ -21,8 +21,8 @@ struct CMD_StatementFrame;
 /// The private half of a manager: its state, and the steps by which it runs text.
 ///
 /// Hosts compile against CMD_Manager alone, which owns one engine. So a field or a step that is added here changes
-/// nothing for them. The operations of CMD_Manager, the built-in commands, loops and ports use the engine directly. What
-/// a host can override (CMD_Manager::setContext) is called through `manager`.
+/// nothing for them. The operations of CMD_Manager, the built-in commands, loops and ports use the engine directly.
+/// What a host can override (CMD_Manager::setContext) is called through `manager`.
 class CMD_Engine {
 public:
     using SourceRef = CMD_SourceStack::SourceRef;

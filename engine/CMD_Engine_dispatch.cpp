@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The road of a line, last part: one statement becomes a call.
 //
-// `runCommand` takes the statement that `internalExecute` has cut out, applies the state of the `if` blocks, starts
+// `runCommand` receives the statement that `internalExecute` has cut out, applies the state of the `if` blocks, starts
 // loops, expands the words, redirects output, finds the command and calls it; then it reports what the callback
-// left behind and publishes the status.
+// left and publishes the status.
 #include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
@@ -35,13 +35,12 @@ bool isFileNameForRedirection(const KIT_String &name) {
 /// The streams of one statement: it runs on top slots of its own, which a redirection replaces by a file.
 class CMD_Engine::StatementStreams {
 public:
-    explicit StatementStreams(CMD_Engine &owner)
-        : engine(owner), slots(owner.streams.push(nullptr, nullptr)) {}
+    explicit StatementStreams(CMD_Engine &owner) : engine(owner), slots(owner.streams.push(nullptr, nullptr)) {}
     ~StatementStreams() { engine.streams.popTo(slots); }
     StatementStreams(const StatementStreams &) = delete;
     StatementStreams &operator=(const StatementStreams &) = delete;
 
-    /// Opens the file in place of the output and, on demand, the errors; reports what prevents it.
+    /// Makes a file the output stream and, with `errorsToo`, the error stream. Reports why it cannot.
     void redirect(const KIT_String &name, bool append, bool errorsToo) {
         if (!engine.manager.getIORedirection()) {
             engine.getError(1) << "Application doesn't support I/O redirection\n";
@@ -63,7 +62,7 @@ public:
             engine.streams.replaceErr(*file);
     }
 
-    /// Leaves an error with the toolkit when the file did not take all that was written, as on a full disk.
+    /// Records an error when the file could not be written completely, as on a full disk.
     void checkFile() {
         if (!file)
             return;
@@ -78,7 +77,7 @@ private:
     KIT_String fileName;
 };
 
-/// Copies the status code into the variable `status`, whichever way the statement ends.
+/// Copies the status code into the variable `status` when the statement ends.
 class CMD_Engine::StatusPublisher {
 public:
     explicit StatusPublisher(CMD_Engine &owner) : engine(owner) {}
@@ -92,7 +91,7 @@ private:
 
 namespace {
 
-/// Opens a false branch while the words of its `else` are expanded: an `else if` may ask a command, which would be
+/// Opens a false branch while the words of its `else` are expanded: a command in an expression of an `else if` would be
 /// skipped otherwise.
 class OpenBranch {
 public:
@@ -114,7 +113,7 @@ private:
     bool isOpen;
 };
 
-/// Tells the performance log, while that is on, how long a statement took, the work on its words included.
+/// Records in the performance log, while that is on, how long a statement took, with the work on its words.
 class StatementTimer {
 public:
     explicit StatementTimer(const CMD_Source &theSource)
@@ -129,7 +128,7 @@ public:
     StatementTimer(const StatementTimer &) = delete;
     StatementTimer &operator=(const StatementTimer &) = delete;
 
-    /// A statement that finds no command is not told.
+    /// Without a command the record has no name.
     void setCommand(const CMD_Command *found) { command = found; }
 
 private:
@@ -158,7 +157,7 @@ void CMD_Engine::runCommand(std::string_view line, CMD_StatementFrame &frame) {
     ++commandsRun;
     const StatusPublisher publisher(*this);
     const SourceRef source = sources.top();
-    // Before the state of the `if` blocks: a loop in a skipped branch still eats its body.
+    // Before the state of the `if` blocks: a loop in a skipped branch must consume its body, too.
     if (isLoopLine(line))
         return startLoop(source, line);
     const std::string_view word = CMDfirstWord(line).word;
@@ -208,7 +207,7 @@ void CMD_Engine::startLoop(const SourceRef &source, std::string_view line) {
 /// False when there is nothing to run: no words, a redirection without a name, or a script that was started or ended
 /// by an expression in the words.
 bool CMD_Engine::parseStatement(std::string_view line, CMD_StatementFrame &frame, bool expands,
-                                 bool redirects) {
+                                bool redirects) {
     const auto variables = expands ? TRK_Manager::lookupVariableNoThread : nullptr;
     const auto expressions = expands ? TRK_Manager::lookupExpressionNoThread : nullptr;
     const size_t depth = sources.size();
@@ -244,7 +243,7 @@ CMD_Command *CMD_Engine::resolveCommand(CMD_StatementFrame &frame) {
     CMD_Command *command = nullptr;
     const Match result = findCommand(word, false, &command);
     if (result == Match::Missing) {
-        // A word that is no command but names a script sources it.
+        // A word that is not a command but the name of a script sources that script.
         KIT_String path = word;
         if (findScript(path) && findCommand("cmdread", false, &command) == Match::Found)
             args.insertFront("cmdread");
@@ -263,7 +262,7 @@ CMD_Command *CMD_Engine::resolveCommand(CMD_StatementFrame &frame) {
 }
 
 void CMD_Engine::callCommand(CMD_Command &command, const CMD_Source &source, CMD_StatementFrame &frame,
-                              bool hasOptions, StatementStreams &ownStreams) {
+                             bool hasOptions, StatementStreams &ownStreams) {
     CMD_Args &args = frame.args;
     args.init(manager, source, &streams.out(), &streams.err());
     args.command = &command;

@@ -2,7 +2,7 @@
 // The road of a line, second part: one line becomes one statement.
 //
 // `internalExecute` applies history, cuts the line at its first `;` (the rest goes back to the source) and applies
-// aliases. The statement is still text when it goes on to `runCommand` (CMD_Engine_dispatch.cpp), which expands
+// aliases. It passes the statement, which is still text, to `runCommand` (CMD_Engine_dispatch.cpp), which expands
 // variables and expressions: so what a variable holds can no longer start a statement, while an alias can hold `;`.
 #include <orvlang/engine/CMD_Engine.h>
 
@@ -12,7 +12,7 @@
 #include <orvlang/symbols/CMD_AliasTable.h>
 #include <orvlang/symbols/CMD_HistoryTable.h>
 
-/// Mode bits that are off for a while.
+/// Clears mode bits and restores them.
 class CMD_Engine::ModeScope {
 public:
     ModeScope(CMD_Engine &owner, unsigned cleared)
@@ -32,8 +32,7 @@ private:
 /// The working memory of one statement, for as long as it runs.
 class CMD_Engine::FrameScope {
 public:
-    FrameScope(CMD_Engine &owner, size_t textLength)
-        : engine(owner), isKept(textLength <= theLargestKeptText) {
+    FrameScope(CMD_Engine &owner, size_t textLength) : engine(owner), isKept(textLength <= theLargestKeptText) {
         if (engine.framesInUse == engine.frames.size())
             engine.frames.emplace_back();
         std::unique_ptr<CMD_StatementFrame> &slot = engine.frames[engine.framesInUse];
@@ -89,7 +88,7 @@ void CMD_Engine::applyHistory(CMD_Line &text) {
         text = CMD_Line::copyOf(expanded.view());
         text.historyExpanded = true;
     }
-    // What is left over behind a `;` shares the text of the whole line, here too: a long line has many such parts.
+    // The history shares the text of the line, and so does the part after a `;`: a long line has many such parts.
     if (modeBits & modeCaptureHistory)
         history->addHistory(text);
 }

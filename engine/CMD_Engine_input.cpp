@@ -2,9 +2,9 @@
 // The road of a line, first part: from the host's text to single statements.
 //
 // `execute`, `sendInput` and `sendMultiLineInput` bring text in. `internalSendInput` joins a continued line, hands
-// it to `processInput`, and then drains what that started: leftovers behind a `;`, scripts that were sourced, a
+// it to `processInput`, and then drains what that started: text after a `;`, scripts that were sourced, a
 // loop that was closed. `processInput` decides what a line is: a line of a loop that is being collected, the answer
-// to a `read`, or a statement, which goes on to `internalExecute` (CMD_Engine_expansion.cpp).
+// to a `read`, or a statement, which it passes to `internalExecute` (CMD_Engine_expansion.cpp).
 #include <orvlang/engine/CMD_Engine.h>
 
 #include <cstring>
@@ -21,8 +21,8 @@
 
 namespace {
 
-// Below this much stack no further nested run starts: a statement between two of them, the expressions in its words
-// included, needs less than this, sanitizers' frames and the Python interpreter allowed for.
+// A nested run starts only when at least this much stack is left. One statement, with the expressions in its words,
+// needs less between two such checks, even with the larger frames of the sanitizers and with the Python interpreter.
 constexpr size_t theStackReserve = 192 * 1024;
 
 void stripLineEnd(std::string_view &line) {
@@ -42,7 +42,7 @@ void appendJoint(std::string &text) {
         text += ' ';
 }
 
-/// The running operation: an interrupt marks it until its outermost bracket ends.
+/// Marks an operation as running. An interrupt stays noted until the outermost operation ends.
 class OperationScope {
 public:
     OperationScope() : started(KITgetInterrupt()->opStart("Run Orvlang command", 0, 0, nullptr) != 0) {}
@@ -62,7 +62,7 @@ bool isInterrupted() {
 
 }   // namespace
 
-/// One more level of runs. The outermost of those that are nested begins as if nothing had been refused yet.
+/// Counts one more level of runs. Refusals of nested calls count from the outermost nested run on.
 class CMD_Engine::LevelScope {
 public:
     LevelScope(const CMD_Engine &owner, int &depth) : depth(depth) {
@@ -80,7 +80,7 @@ private:
     std::optional<KIT_Nesting::Scope> nesting;
 };
 
-/// The streams and expansions of one `execute`, and what it must leave as it found it.
+/// Sets the streams and expansions of one `execute` and restores the former ones.
 class CMD_Engine::ExecuteScope {
 public:
     ExecuteScope(CMD_Engine &owner, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases)
@@ -104,12 +104,12 @@ private:
     const LevelScope level;
     const CMD_StreamStacks::Slots slots;
     const unsigned bits;
-    // The statement that this one is nested in has yet to report its own expression error.
+    // The enclosing statement has not reported its own expression error yet.
     const FML_ErrorScope pendingError{ FML_ErrorScope::IfSet };
 };
 
 void CMD_Engine::execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err,
-                          int expandAliases, bool asBlock) {
+                         int expandAliases, bool asBlock) {
     const ExecuteScope scope(*this, expandHistory, out, err, expandAliases);
     if (text && std::strchr(text, '\n'))
         sendMultiLineInput(text, asBlock);
@@ -117,13 +117,13 @@ void CMD_Engine::execute(const char *text, int expandHistory, std::ostream *out,
         sendInput(text, asBlock);
 }
 
-/// Whether something that nests too deep has been refused, here, in an expression or in Python. Until the outermost
-/// nested run has ended nothing more is run in it.
+/// Returns true once a nested call was refused because the stack is nearly full: here, in an expression or in Python.
+/// Nothing more is run until the outermost nested run has ended.
 bool CMD_Engine::isNestingOver() const {
     return isNested() && KIT_Nesting::isOver();
 }
 
-/// Refuses a run that nests too deep: the first one with a message.
+/// Returns true for a run that nests too deep. Reports the first one.
 bool CMD_Engine::refusesRun() {
     if (isNestingOver()) {
         KIT_Nesting::countRefusal();
@@ -136,9 +136,9 @@ bool CMD_Engine::refusesRun() {
     return true;
 }
 
-/// Marks where a run starts on its source. As a block it fences the leftovers of an enclosing statement off: without
-/// that a callback that calls `execute` in `a; b` would run `b` inside `a`. When no statement of the source runs, what
-/// it has left waits for this very run, the rest of a script that stopped at a `read` for instance.
+/// Marks where a nested run starts on its source. As a block, the run cannot consume text that an enclosing statement
+/// left after a `;`: otherwise a callback that calls `execute` in `a; b` would run `b` inside `a`. When no statement of
+/// the source runs, the text that is left is for this run: the rest of a script that stopped at a `read`, for instance.
 class CMD_Engine::BlockScope {
 public:
     BlockScope(CMD_Engine &owner, bool asBlock)
@@ -173,7 +173,7 @@ public:
     }
 
 private:
-    /// Drops what the run has pushed, asked for, half collected or left over.
+    /// Drops the sources, the `read`, the half collected loop and the leftovers of the run.
     void dropRun() {
         engine.readVariables = nullptr;
         while (engine.sources.size() > index + 1)
@@ -188,7 +188,7 @@ private:
     const LevelScope level;
     const size_t index;
     const SourceRef source;
-    const size_t leftovers;   // those of enclosing runs
+    const size_t leftovers;   // the number of those of enclosing runs
     const bool isBlock;
 };
 
@@ -201,7 +201,7 @@ void CMD_Engine::sendMultiLineInput(const char *text, bool asBlock) {
         return;
     BlockScope(*this, asBlock).run([&] {
         finishContinuation();
-        // The zero counts as text, so that a text with a line end is followed by one more, empty line.
+        // The zero counts as text, so that after a final line end there is one more, empty line.
         const size_t length = std::strlen(text) + 1;
         const auto copy = std::make_shared_for_overwrite<char[]>(length);
         std::memcpy(copy.get(), text, length);
@@ -214,7 +214,7 @@ void CMD_Engine::sendMultiLineInput(const char *text, bool asBlock) {
 
 void CMD_Engine::finishContinuation() {
     const OperationScope operation;
-    // The continued line can leave another one behind, again and again.
+    // Running the continued line can begin another one.
     while (!continuationLine.empty()) {
         if (isInterrupted()) {
             continuationLine.clear();
@@ -246,10 +246,10 @@ void CMD_Engine::internalSendInput(std::string_view line, bool pushedSource) {
         return;
     }
 
-    // A text of several lines has been pushed for this run: it starts on the source below.
+    // With a text of several lines, which has been pushed for this run, the run starts on the source below that.
     const size_t baseLevel = pushedSource ? sources.size() - 1 : sources.size();
     const CMD_Source &base = *sources[baseLevel - 1];
-    // A statement of the source that is running reads on by itself.
+    // While a statement of the source runs, its own loop in drain continues after the `read`.
     const bool readWasPending = !readVariables.isEmpty() && base.runningStatements == 0;
     const bool loopWasRunning = base.loopRunning != 0;
     const SourceRef current = sources.top();
@@ -269,8 +269,8 @@ void CMD_Engine::drain(size_t baseLevel, bool readWasPending, bool loopWasRunnin
         const size_t depth = sources.size();
         const SourceRef top = sources.top();
         if (isNestingOver()) {
-            // The refusal of an expression has left the scripts as they are. Those below this run belong to the
-            // statement that it is nested in, which has yet to report the refusal.
+            // A refusal in an expression has not ended the scripts. Those below this run belong to the enclosing
+            // statement, which has not reported the refusal yet.
             while (sources.size() > baseLevel)
                 popSource(0);
             return;
@@ -287,11 +287,11 @@ void CMD_Engine::drain(size_t baseLevel, bool readWasPending, bool loopWasRunnin
             // The test of a loop can have ended the source, or put another one on top of it.
             if (sources.top() != top)
                 continue;
-            // What a block fences off is left to the statement that it runs in, a loop that is being tested to the
+            // The text below the marker of a block is for the enclosing statement, a loop that is being tested for the
             // run that tests it.
             if (depth == sources.consoleDepth() || top->isFenced() || (top->loop && top->loop->isBusy()))
                 return;
-            // The line that ends a loop may be among those that an interrupt threw away.
+            // An interrupt may have dropped the line that ends a loop.
             popSource(isInterrupted() ? 0 : 1);
             continue;
         }
@@ -307,7 +307,7 @@ void CMD_Engine::drain(size_t baseLevel, bool readWasPending, bool loopWasRunnin
             line = CMD_Line::copyOf(assembled);
             assembled.clear();
         }
-        // Interrupted: the rest of the input is read and thrown away.
+        // After an interrupt the rest of the input is read and dropped.
         if (!isInterrupted())
             processInput(top, line);
     }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The stack of sources: scripts come on top of the console and go when they are read to their end. While a statement
-// waits, what is served has a console of its own on top of the sources of that statement.
+// Pushing and popping sources: a script is pushed on top of the console and popped at its end.
 #include <orvlang/engine/CMD_Engine.h>
 
 #include <algorithm>
@@ -106,8 +105,8 @@ void CMD_Engine::breakAllSources() {
     loops.doubleBreakLevel();
 }
 
-// A run that nests without end would go on at each of its levels once the deepest one has been refused, so all of
-// them end here.
+// All scripts end here: otherwise each of their levels would continue once the deepest run has been refused, and would
+// reach the limit again.
 void CMD_Engine::reportNestingTooDeep() {
     getError(1) << "Nesting too deep" << std::endl;
     breakAllSources();

@@ -45,13 +45,13 @@ public:
     static CMD_Manager *getContext();
     static bool getContextExists();
     void setContext() override;
-    /// Expires when the manager is gone: for who refers to it without owning it.
+    /// Expires when the manager is gone: for code that refers to it without owning it.
     std::weak_ptr<const void> getLife() const;
 
     // Running text.
 
-    /// Runs text with streams and expansions of its own. A null stream means the current one. The flags take 0 or
-    /// 1. As a block, it leaves alone what an enclosing statement has left behind a `;`. Text may hold newlines.
+    /// Runs text with streams and expansions of its own. A null stream means the current one. The flags are 0 or 1.
+    /// As a block, it does not consume the text that an enclosing statement has after a `;`. Text may contain newlines.
     /// The status of the last statement can be read with getStatusCode. A null text counts as empty.
     void execute(const char *text, int expandHistory, std::ostream *out, std::ostream *err, int expandAliases,
                  bool asBlock);
@@ -60,12 +60,12 @@ public:
     void sendInput(const char *line, bool asBlock);
     /// Text of several lines, run like a script that has no position. Null and empty text do nothing.
     void sendMultiLineInput(const char *text, bool asBlock);
-    /// What is open and needs a further line of input; a host asks when its input has ended. A loop that runs right
-    /// now needs none.
+    /// Returns what is open and needs a further line of input; a host asks when its input has ended. A loop that runs
+    /// right now does not need one.
     enum class Pending { Nothing, Continuation, Read, Loop, If };
     Pending getPendingInput() const;
-    /// Drops all that waits for further lines, the scripts that stopped at a `read` too: for a host whose user gives
-    /// up what was half typed. Does nothing while a statement runs.
+    /// Drops all that waits for further lines, the scripts that stopped at a `read` too: for a host whose user discards
+    /// what was half typed. Does nothing while a statement runs.
     void abandonInput();
 
     // Commands.
@@ -74,9 +74,9 @@ public:
     /// See CMD_Command for the option string, null counts as empty; in safe mode only commands that are marked safe
     /// run. Without a name or a callback nothing is added.
     void installCommand(const char *name, const char *options, CMD_CommandCallback callback, bool safe);
-    /// Whether exactly that command is there and may run in the present mode.
+    /// Returns 1 when exactly that command is installed and may run in the present mode, otherwise 0.
     int isCommandDefined(const char *name);
-    /// The option string of the command that a word stands for, abbreviated or not; null when none can run.
+    /// Returns the option string of the command that a word means, abbreviated or not; null when none can run.
     const char *getOptions(const char *name);
     /// Appends the commands that plug-in libraries installed, sorted by name.
     void getDSOCommands(KIT_PtrArray<CMD_Command *> &list);
@@ -86,8 +86,8 @@ public:
     /// Lists command names in columns: all, or those whose help text holds the keyword, or those that begin with
     /// the prefix. Null and empty mean no such filter.
     void commandDump(std::ostream &os, const char *keyword, const char *prefix) const;
-    /// The help for one word: an alias is told and followed, a prefix of one command stands for it, a prefix of
-    /// several lists them.
+    /// Writes the help for one word: an alias is named and followed, a prefix of one command means that command, a
+    /// prefix of several lists them.
     void commandHelp(std::ostream &os, const char *name) const;
     /// The entry of that name out of every help file of that name on the general path.
     void printHelp(std::ostream &os, const char *filename, const char *name) const;
@@ -97,21 +97,22 @@ public:
     // Completion of a half-typed command word. Nothing is filtered; a name that is both an alias and a command counts
     // twice.
 
-    /// The longest common start of all aliases and commands that begin with the prefix, with a blank behind it when
-    /// there is one only. Without any, the prefix itself. Null counts as empty.
+    /// Sets `result` to the longest common start of all aliases and commands that begin with the prefix, followed by a
+    /// blank when there is only one. Without any, to the prefix itself. Null counts as empty.
     void completeCommand(const char *prefix, KIT_String &result) const;
     /// Appends the aliases, then the commands, that begin with the prefix.
     void matchCommands(const char *prefix, KIT_StringArray &names) const;
 
-    // Command ports. They belong to the process; commands that arrive on one run on the manager that was the context when
-    // it was opened.
+    // Command ports. They belong to the process; commands that arrive on one run on the manager that was the context
+    // when it was opened.
 
     /// Called when the application that was started for a port has ended.
     using ChildExitCallback = void (*)(VIO_ServerSocketListener &listener, void *data, bool flag);
-    /// Opens a port, any number: 1024 to 65535 stand for themselves, others are mapped there. True when it was opened by
-    /// this call; failures are told to `args` or `errors`. `argv` (ended by null) or the command line `application` names
-    /// a program to start, whose end closes the port; null for none. `pid` takes its process id, unless null. With
-    /// `wait` the call serves the event loop until the port is closed or the application has ended.
+    /// Opens a port, any number: 1024 to 65535 are used as they are, others are mapped there. Returns true when this
+    /// call opened it; failures are reported to `args` or `errors`. `argv` (ended by null) or the command line
+    /// `application` names a program to start, whose end closes the port; null for none. `pid`, unless null, receives
+    /// its process id. With `wait` the call serves the event loop until the port is closed or the application has
+    /// ended.
     bool openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args &args,
                   const char *const *argv, int *pid, bool separateErrors, bool silent,
                   const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
@@ -128,10 +129,10 @@ public:
                   const char *application, int *pid, bool separateErrors, bool silent,
                   const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
                   bool pollFlag);
-    /// Closes the ports of that number; a number that no port has is no error.
+    /// Closes the ports of that number, if any.
     void closePort(int port);
     void closeAutoPort();
-    /// The number of the automatic port, which is opened if need be; -1 on failure and when there is no manager.
+    /// Returns the number of the automatic port, which is opened if necessary; -1 on failure and without a manager.
     static int getOrvLangPort();
 
     // Sources.
@@ -145,7 +146,7 @@ public:
     /// written, then on the script path. Null when it cannot be read or is empty. With a non-zero echo each of
     /// its statements is shown before it runs.
     CMD_Source *pushSource(const char *filename, int echo);
-    /// Ends the current source, unless it is the console, and gives the new current one. With a non-zero complain
+    /// Ends the current source, unless it is the console, and returns the new current one. With a non-zero complain
     /// a loop that was never closed is reported.
     CMD_Source *popSource(int complain);
 
@@ -161,12 +162,12 @@ public:
     bool getVariable(const char *name, float &value) const;
     bool getVariable(const char *name, int &value) const;
     bool hasVariable(const char *name) const;
-    /// As getVariable and hasVariable, with the process environment behind the globals.
+    /// As getVariable and hasVariable, and after the globals the process environment.
     bool getEnv(const char *name, KIT_String &value) const;
     bool hasEnv(const char *name) const;
     /// Adds the names of the current source's locals and of the globals; a name in both comes twice.
     void getVariableNames(KIT_StringArray &names, int dirtyOnly) const;
-    /// Marks the same variables as unchanged; gives how many had been changed.
+    /// Marks the same variables as unchanged; returns how many had been changed.
     int clearDirtyVariables();
     /// 0 for a name that `set` refuses: one of the channel manager's own, a digit in front, a foreign character.
     int isVariableNameOk(const char *name) const;
@@ -201,7 +202,7 @@ public:
     static void expandControlSequences(KIT_String &text);
 
     /// Reads a range of frames from two options of a command: `rangeOption` has two values, `incOption` one. Without
-    /// a range both ends are the current frame; what is no number counts as 0. `inc` is never 0, and leads from
+    /// a range both ends are the current frame; text that is not a number counts as 0. `inc` is never 0, and leads from
     /// start to end.
     void getFrameRange(CMD_Args &args, int &start, int &end, int &inc, char rangeOption, char incOption);
 
@@ -211,7 +212,7 @@ public:
     void clearHistory();
     const char *getHistoryCommand(int index) const;
     unsigned int getHistoryCount() const;
-    /// Switches the recording of typed lines; gives the former state, 1 or 0.
+    /// Switches the recording of typed lines; returns the former state, 1 or 0.
     int setHistoryCapture(int on);
 
     // Streams.
@@ -219,10 +220,10 @@ public:
     /// Further output goes to these until the matching pop; the process's own streams stay at the bottom.
     void pushOutputStreams(std::ostream &out, std::ostream &err);
     void popOutputStreams();
-    /// Replace the current stream and give the former one.
+    /// Replace the current stream and return the former one.
     std::ostream &setStandardOut(std::ostream &stream);
     std::ostream &setStandardErr(std::ostream &stream);
-    /// To be called before a stream that may lie on a stack is destroyed.
+    /// Must be called before a stream that may be on a stack is destroyed.
     void streamDeleted(std::ostream &stream);
     /// The current error stream; with a non-zero prefix the position in the script is written to it first.
     std::ostream &getError(int prefix);
@@ -247,7 +248,7 @@ public:
     void setIORedirection(int on);
     /// 1 when output redirection is allowed and safe mode is off, otherwise 0.
     int getIORedirection() const;
-    /// In safe mode only commands marked safe run and nothing is redirected. It is no sandbox.
+    /// In safe mode only commands marked safe run and nothing is redirected. It is not a sandbox.
     void setSafeMode(int on);
     int isInSafeMode() const;
     void setBrowserMode(int on);
@@ -258,7 +259,7 @@ public:
 
     // Callbacks.
 
-    /// Called after each statement. Gives the function that it replaces.
+    /// Called after each statement. Returns the function that it replaces.
     PostCmdCallback setPostCmdCallback(PostCmdCallback callback, void *data);
     void *getPostCmdCallbackData() const;
     /// Called with each console line while setCommandEcho is on.
@@ -280,9 +281,9 @@ public:
 
     // Loops and conditions.
 
-    /// 1 when the line's first word names `for`, `foreach` or `while`, abbreviated or not; 0 for null.
+    /// Returns 1 when the line's first word names `for`, `foreach` or `while`, abbreviated or not; 0 for null.
     int isLoopCommand(const char *line);
-    /// A loop that has yet to collect its lines; null when there is no word. The caller owns it.
+    /// Returns a loop that has yet to collect its lines; null when there is no word. The caller owns it.
     CMD_Loop *buildLoop(const char *line);
     int getBreakLevel() const;
     void bumpBreakLevel(int delta);
@@ -291,7 +292,8 @@ public:
     /// The number of loops alive.
     int getLoopNestLevel() const;
     void bumpLoopNestLevel(int delta);
-    /// 1 true, 0 false, -1 syntax error; prints nothing. The text form expands variables and expressions first.
+    /// Returns 1 for true, 0 for false, -1 for a syntax error; prints nothing. The text form expands variables and
+    /// expressions first.
     int evaluateCondition(int argc, const char *const argv[]);
     int evaluateCondition(const char *text);
 

@@ -2,7 +2,8 @@
 // The manager's commands for a host: installing, asking for and listing them.
 #include <orvlang/engine/CMD_Engine.h>
 
-void CMD_Manager::installCommand(const char *name, const char *options, CMD_CommandCallback callback, bool safe) {
+void CMD_Manager::installCommand(const char *name, const char *options, CMD_CommandCallback callback,
+                                 bool safe) {
     engine->commands.install(name, options, callback, safe);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Where output goes and what the user is asked with: the two stacks of streams and the stack of prompts.
+// The streams and the prompts of a manager.
 #include <orvlang/engine/CMD_Engine.h>
 
 #include <ostream>

@@ -7,8 +7,8 @@
 #include <orvlang/engine/CMD_CommandList.h>
 #include <orvlang/platform/kit/KIT_SymbolTable.h>
 
-/// The commands of one manager: those that it has installed itself, and the list that it shares with all managers of its
-/// name. A command of its own comes before one of the same name in the list.
+/// The commands of one manager: those that it has installed itself, and the list that it shares with all managers of
+/// its name. A command of its own comes before one of the same name in the list.
 class CMD_Registry {
 public:
     enum class Match { Found, Missing, Ambiguous, Unsafe };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Where the engine's lines come from: a source hands out its next line, whatever it lies in.
+// Returning the next line: the rest after a `;`, a line of the running loop, or a line of the input.
 #include <orvlang/engine/CMD_Source.h>
 
 #include <algorithm>
@@ -45,7 +45,7 @@ bool CMD_Source::nextLine(CMD_Line &line) {
             line = { next->getText(), running };
             return true;
         }
-        // The test of the loop can have put another one in its place.
+        // The test of the loop can have replaced it by another one.
         if (loop == running)
             setLoop(nullptr);
     }
@@ -74,7 +74,7 @@ int CMD_Source::getLineNumber() const {
 }
 
 void CMD_Source::setLoop(std::shared_ptr<CMD_Loop> newLoop) {
-    // Whoever is inside the old loop at the moment keeps it alive, but it gives no further line.
+    // Calls that are inside the old loop keep it alive, but it returns no further line.
     if (loop)
         loop->cancel();
     loop = std::move(newLoop);

@@ -4,8 +4,8 @@
 #include <iosfwd>
 #include <vector>
 
-/// The output streams and the error streams of a manager, a stack of each. The streams are borrowed. Those of the process
-/// are at the bottom and stay, so that there is always one to write to.
+/// The output streams and the error streams of a manager, a stack of each. The streams are borrowed. Those of the
+/// process are at the bottom and stay, so that there is always one to write to.
 class CMD_StreamStacks {
 public:
     /// The indexes on the stacks at which a run has its own streams.

@@ -5,9 +5,9 @@
 
 /// A console of its own for what a manager is asked to run while one of its statements waits.
 ///
-/// Requests and jobs that are served during the wait leave loops, `if` blocks, a `read` or a continued line there, and
-/// find there what they have left. The sources below, with the loops that they run and the text after a `;`, are out
-/// of their reach until the wait ends; what is left half done then is dropped.
+/// Loops, `if` blocks, a `read` or a continued line of the requests and jobs that are served during the wait stay on
+/// this console. They cannot reach the sources below it, with their loops and the text after a `;`. What is unfinished
+/// when the wait ends is dropped.
 class CMD_WaitScope {
 public:
     explicit CMD_WaitScope(CMD_Engine &engine);
@@ -17,7 +17,7 @@ public:
 
 private:
     CMD_Engine &engine;
-    const std::weak_ptr<const void> life;   // what is served may end a manager that another one waits for
+    const std::weak_ptr<const void> life;   // a served request may destroy the manager that waits
     // The state of the statement that waits.
     const CMD_SourceStack::Console console;
     const CMD_LoopControl loops;

@@ -12,8 +12,8 @@
 #include <string_view>
 #include <utility>
 
-#include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/engine/CMD_Engine.h>
+#include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/engine/CMD_Source.h>
 #include <orvlang/flow/CMD_LoopHead.h>
 #include <orvlang/flow/CMD_LoopInfo.h>

@@ -30,7 +30,7 @@ PortTable *portTable = nullptr;   // in order of opening; owns the listeners; ma
 int autoPort = -1;                // the number of the automatic port
 // What comes in during a wait must have room to run, be it only to close the port.
 constexpr size_t theWaitReserve = 512 * 1024;   // bytes of stack
-// Applications that outlive their port; the system keeps each until somebody asks.
+// Applications that outlive their port; the system keeps the status of each until it is read.
 constinit KIT_Immortal<std::vector<int>> theUnwatched{};
 
 PortTable &ports() {
@@ -111,7 +111,7 @@ void waitForPort(unsigned serial, int application, bool closesWithApplication, b
     }
 }
 
-/// What a message tells behind a number that stands for another one.
+/// The part of a message that names the mapped number, when a number is mapped.
 struct MappingClause {
     int port, socketPort;
 };
@@ -143,7 +143,7 @@ private:
     KIT_WorkArgs words;
 };
 
-/// The command line of -r, with the port number behind it for -p; null without -r.
+/// Returns the command line of -r, followed by the port number for -p; null without -r.
 KIT_String applicationLine(const CMD_Args &args, int port) {
     KIT_String line = args.argp('r');
     if (!line.isNull() && args.found('p'))
@@ -163,7 +163,7 @@ int openFreePort(Open open) {
     return -1;
 }
 
-/// openport -a: tells the automatic port, which is opened first when there is none.
+/// openport -a: writes the number of the automatic port, which is opened first when there is none.
 void openAutoPort(CMD_Manager &manager, CMD_Args &args) {
     const auto report = [&args](const char *before, int port, const char *behind) {
         if (args.found('q'))
@@ -208,8 +208,9 @@ bool CMD_Engine::openPort(int port, bool restrictToSafeCommands, bool quiet, boo
     // The position of the statement is written as soon as the stream is asked for.
     const auto messages = [&]() -> std::ostream & { return args ? args->err(1) : *errors; };
     const MappingClause mapping = { port, KIT_NetSocket::mapToUnprivilegedPort(port) };
-    Listener *listener = Listener::createCommandListener(port, theManager ? *theManager : manager, separateErrors,
-                                                         restrictToSafeCommands, listenerOption, true, false);
+    Listener *listener =
+        Listener::createCommandListener(port, theManager ? *theManager : manager, separateErrors,
+                                        restrictToSafeCommands, listenerOption, true, false);
     const bool created = listener != nullptr;
     if (!created) {
         listener = findPort([&](const Listener &open) { return open.getPort() == mapping.socketPort; });
@@ -261,16 +262,16 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
                            const char *const *argv, int *pid, bool separateErrors, bool silent,
                            const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
                            bool pollFlag) {
-    return engine->openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, argv, pid, separateErrors,
-                    silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
+    return engine->openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, argv, pid,
+                            separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
 }
 
 bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, std::ostream &errors,
                            const char *const *argv, int *pid, bool separateErrors, bool silent,
                            const char *listenerOption, ChildExitCallback childExitCallback, bool spawnFlag,
                            bool pollFlag) {
-    return engine->openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, argv, pid, separateErrors,
-                    silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
+    return engine->openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, argv, pid,
+                            separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
 }
 
 bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, CMD_Args &args,
@@ -279,7 +280,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
                            bool pollFlag) {
     Application words(application);
     return engine->openPort(port, restrictToSafeCommands, quiet, wait, &args, nullptr, words.argv(), pid,
-                    separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
+                            separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
 }
 
 bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bool wait, std::ostream &errors,
@@ -288,7 +289,7 @@ bool CMD_Manager::openPort(int port, bool restrictToSafeCommands, bool quiet, bo
                            bool pollFlag) {
     Application words(application);
     return engine->openPort(port, restrictToSafeCommands, quiet, wait, nullptr, &errors, words.argv(), pid,
-                    separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
+                            separateErrors, silent, listenerOption, childExitCallback, spawnFlag, pollFlag);
 }
 
 void CMD_Manager::closePort(int port) {
@@ -315,7 +316,7 @@ int CMD_Manager::getOrvLangPort() {
         autoPort = openFreePort([](int port) {
             constexpr const char *theApplication = nullptr;
             return getContext()->openPort(port, false, true, false, std::cerr, theApplication, nullptr, false,
-                                        true, nullptr, nullptr, true, false);
+                                          true, nullptr, nullptr, true, false);
         });
     return autoPort;
 }
@@ -335,9 +336,9 @@ void CMD_Commands::cmd_openport(CMD_Args &args) {
         return;
     }
     Application application(applicationLine(args, port));
-    CMD_Manager::getContext()->openPort(port, args.found('s'), args.found('q'), args.found('w') || args.found('r'), args,
-                         application.argv(), nullptr, args.found('e'), false, args.argp('i'), nullptr,
-                         !args.found('c'), false);
+    CMD_Manager::getContext()->openPort(
+        port, args.found('s'), args.found('q'), args.found('w') || args.found('r'), args, application.argv(),
+        nullptr, args.found('e'), false, args.argp('i'), nullptr, !args.found('c'), false);
 }
 
 void CMD_Commands::cmd_closeport(CMD_Args &args) {
