@@ -1,0 +1,21 @@
+# SPDX-License-Identifier: Apache-2.0
+# What the library exports of CMD_Manager is what its header offers to hosts: a private step in that class would be
+# exported with it. Called with NM, LIBRARY and HEADER.
+file(READ ${HEADER} contract)
+string(REGEX REPLACE "\nprivate:.*" "" contract "${contract}")
+execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} OUTPUT_VARIABLE names COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^\n]* CMD_Manager::~?[A-Za-z_]+\\(" exported "${names}")
+if(NOT exported)
+    message(SEND_ERROR "${LIBRARY} exports nothing of CMD_Manager")
+endif()
+foreach(line IN LISTS exported)
+    string(REGEX REPLACE ".* CMD_Manager::" "" name "${line}")
+    string(FIND "${contract}" "${name}" position)
+    if(position EQUAL -1)
+        message(SEND_ERROR "exported, but not for hosts: CMD_Manager::${name})")
+    endif()
+endforeach()
+string(REGEX MATCHALL "CMD_(Engine|Commands)::[^\n]*" private "${names}")
+if(private)
+    message(SEND_ERROR "exported, but not for hosts: ${private}")
+endif()
