@@ -17,16 +17,16 @@ using CMD_CommandCallback = void (*)(CMD_Args &args);
 class CMD_API CMD_Command {
 public:
     /// The full name. Not copied: the installer must keep the text alive.
-    const char *getName() const { return name; }
+    const char *getName() const;
     /// A letter for each option, followed by a `:` for each of its values; empty for none. Not copied.
-    const char *getOptions() const { return options; }
+    const char *getOptions() const;
     /// The plug-in library that ran when the command was installed; null when none did.
-    const char *getDSOLocation() const { return dsoLocation.isNull() ? nullptr : dsoLocation.c_str(); }
-    CMD_CommandCallback &getCallback() { return callback; }
+    const char *getDSOLocation() const;
+    CMD_CommandCallback &getCallback();
     /// The command that this one overrides; null if none.
-    CMD_Command *getChainCommand() const { return chainCommand; }
+    CMD_Command *getChainCommand() const;
     /// Whether it may run in safe mode.
-    bool isSafe() const { return safe; }
+    bool isSafe() const;
 
 private:
     friend class CMD_CommandList;

@@ -7,14 +7,6 @@ namespace {
 
 KIT_SymbolTable *theLists = nullptr;   // by the names of the managers; never freed, like the lists in it
 
-std::string_view nameOf(const CMD_Command *command) {
-    return command->getName();
-}
-
-bool nameIsBelow(const CMD_Command *command, std::string_view name) {
-    return nameOf(command) < name;
-}
-
 }   // namespace
 
 CMD_Registry::CMD_Registry(std::string_view managerName) : list(sharedList(managerName)) {}
@@ -58,7 +50,10 @@ CMD_Registry::Match CMD_Registry::find(std::string_view name, bool exact, bool s
             return Match::Missing;
         const CMD_CommandList &sorted = getSortedList();
         const auto begins = [&](const CMD_Command *other) { return nameOf(other).starts_with(name); };
-        const auto position = std::lower_bound(sorted.begin(), sorted.end(), name, nameIsBelow);
+        const auto isBelow = [](const CMD_Command *other, std::string_view text) {
+            return nameOf(other) < text;
+        };
+        const auto position = std::lower_bound(sorted.begin(), sorted.end(), name, isBelow);
         if (position == sorted.end() || !begins(*position))
             return Match::Missing;
         if (position + 1 != sorted.end() && begins(position[1]))
@@ -66,7 +61,7 @@ CMD_Registry::Match CMD_Registry::find(std::string_view name, bool exact, bool s
         CMD_Command *const ownOne = findOwn(nameOf(*position));
         found = ownOne ? ownOne : *position;
     }
-    if (safeOnly && !found->isSafe())
+    if (safeOnly && !found->safe)
         return Match::Unsafe;
     if (command)
         *command = found;

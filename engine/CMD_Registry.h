@@ -28,6 +28,7 @@ public:
     const CMD_CommandList &getSortedList() const;
 
 private:
+    static std::string_view nameOf(const CMD_Command *command) { return command->name; }
     static CMD_CommandList &sharedList(std::string_view managerName);
     CMD_Command *findOwn(std::string_view name) const;
 
