@@ -12,6 +12,7 @@
 
 #include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/engine/CMD_Source.h>
+#include <orvlang/engine/CMD_SourceState.h>
 #include <orvlang/engine/CMD_StatementFrame.h>
 #include <orvlang/flow/CMD_IfRules.h>
 #include <orvlang/flow/CMD_Loop.h>
@@ -195,12 +196,12 @@ void CMD_Engine::runCommand(std::string_view line, CMD_StatementFrame &frame) {
 }
 
 void CMD_Engine::startLoop(const SourceRef &source, std::string_view line) {
-    if (source->loop)
+    if (source->state->loop)
         getError(1) << "Warning: bad loop building in CMD" << std::endl;
     std::shared_ptr<CMD_Loop> loop(manager.buildLoop(std::string(line).c_str()));
     if (loop && !loop->parseArguments(source->doIfStatements()))
         loop = nullptr;
-    source->setLoop(std::move(loop));
+    source->state->setLoop(std::move(loop));
     statusCode = 1;
 }
 

@@ -8,6 +8,7 @@
 
 #include <orvlang/engine/CMD_LineScan.h>
 #include <orvlang/engine/CMD_Source.h>
+#include <orvlang/engine/CMD_SourceState.h>
 #include <orvlang/engine/CMD_StatementFrame.h>
 #include <orvlang/symbols/CMD_AliasTable.h>
 #include <orvlang/symbols/CMD_HistoryTable.h>
@@ -62,14 +63,14 @@ void CMD_Engine::internalExecute(const CMD_Line &line) {
     if (start == line.text.size() || line.text[start] == '#')
         return;
     CMD_Line text{ line.text.substr(start), line.owner, line.historyExpanded };
-    if ((modeBits & modeExpandHistory) && sources.size() == 1 && getSource()->interactive)
+    if ((modeBits & modeExpandHistory) && sources.size() == 1 && getSource()->state->interactive)
         applyHistory(text);
 
     const FrameScope scope(*this, text.text.size());
     CMD_StatementFrame &frame = scope.get();
     const CMD_LineScan scan = CMDscanLine(text.text, frame.scanned);
     if (scan.restOffset != std::string_view::npos)
-        getSource()->pushUnfinishedCommands(text.rest(scan.restOffset));
+        getSource()->state->pushUnfinishedCommands(text.rest(scan.restOffset));
     const bool mayBeAlias = !sources.areAliasesOff() && (modeBits & modeExpandAliases);
     if (mayBeAlias && aliasExpand(scan.statement, frame.expandedAlias)) {
         // One level only: an alias named `ls` may begin with `ls`.

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include <orvlang/engine/CMD_Source.h>
+#include <orvlang/engine/CMD_SourceState.h>
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/fml/FML_ErrorScope.h>
 #include <orvlang/platform/kit/KIT_Nesting.h>
@@ -54,6 +55,18 @@ public:
 
 private:
     const bool started;
+};
+
+/// Counts a statement of a source while it runs.
+class StatementScope {
+public:
+    explicit StatementScope(CMD_SourceState &owner) : source(owner) { ++source.runningStatements; }
+    ~StatementScope() { --source.runningStatements; }
+    StatementScope(const StatementScope &) = delete;
+    StatementScope &operator=(const StatementScope &) = delete;
+
+private:
+    CMD_SourceState &source;
 };
 
 bool isInterrupted() {
@@ -143,8 +156,8 @@ class CMD_Engine::BlockScope {
 public:
     BlockScope(CMD_Engine &owner, bool asBlock)
         : engine(owner), level(owner, owner.inputDepth), index(owner.sources.size() - 1),
-          source(owner.sources.top()), leftovers(source->unfinishedCommands.size()),
-          isBlock(asBlock && source->runningStatements > 0) {
+          source(owner.sources.top()), leftovers(source->state->unfinishedCommands.size()),
+          isBlock(asBlock && source->state->runningStatements > 0) {
         if (isBlock)
             source->startBlock();
     }
@@ -152,7 +165,7 @@ public:
         if (index >= engine.sources.size() || engine.sources[index] != source)
             return;
         if (engine.isNestingOver())
-            source->dropLeftovers(leftovers);
+            source->state->dropLeftovers(leftovers);
         else if (isBlock)
             source->endBlock();
     }
@@ -179,9 +192,9 @@ private:
         while (engine.sources.size() > index + 1)
             engine.popSource(0);
         // A running loop may belong to a statement around this run.
-        if (!source->loopRunning || source->runningStatements == 0)
-            source->setLoop(nullptr);
-        source->dropLeftovers(leftovers + isBlock);
+        if (!source->state->loopRunning || source->state->runningStatements == 0)
+            source->state->setLoop(nullptr);
+        source->state->dropLeftovers(leftovers + isBlock);
     }
 
     CMD_Engine &engine;
@@ -206,7 +219,7 @@ void CMD_Engine::sendMultiLineInput(const char *text, bool asBlock) {
         const auto copy = std::make_shared_for_overwrite<char[]>(length);
         std::memcpy(copy.get(), text, length);
         auto source = std::make_shared<CMD_Source>("stdin", 0);
-        source->setInput(copy, length);
+        source->state->setInput(copy, length);
         sources.push(std::move(source));
         internalSendInput("", true);
     });
@@ -250,8 +263,8 @@ void CMD_Engine::internalSendInput(std::string_view line, bool pushedSource) {
     const size_t baseLevel = pushedSource ? sources.size() - 1 : sources.size();
     const CMD_Source &base = *sources[baseLevel - 1];
     // While a statement of the source runs, its own loop in drain continues after the `read`.
-    const bool readWasPending = !readVariables.isEmpty() && base.runningStatements == 0;
-    const bool loopWasRunning = base.loopRunning != 0;
+    const bool readWasPending = !readVariables.isEmpty() && base.state->runningStatements == 0;
+    const bool loopWasRunning = base.state->loopRunning != 0;
     const SourceRef current = sources.top();
     if (commandEcho && commandEchoCallback && current->isStdIn())
         commandEchoCallback(std::string(line).c_str(), commandEchoCallbackData);
@@ -279,17 +292,19 @@ void CMD_Engine::drain(size_t baseLevel, bool readWasPending, bool loopWasRunnin
         const bool isAboveBase =
             depth > sources.consoleDepth() && (depth > baseLevel || startedAtConsole || readWasPending);
         const bool fellInsideExecute = executeDepth != 0 && baseLevel != depth;
-        const bool closedLoop = top->loopRunning && (readWasPending || (startedAtConsole && !loopWasRunning));
-        if (!isAboveBase && !top->hasUnfinishedCommands() && !fellInsideExecute && !closedLoop)
+        const bool closedLoop =
+            top->state->loopRunning && (readWasPending || (startedAtConsole && !loopWasRunning));
+        if (!isAboveBase && !top->state->hasUnfinishedCommands() && !fellInsideExecute && !closedLoop)
             return;
         CMD_Line line;
-        if (!top->nextLine(line)) {
+        if (!top->state->nextLine(line)) {
             // The test of a loop can have ended the source, or put another one on top of it.
             if (sources.top() != top)
                 continue;
             // The text below the marker of a block is for the enclosing statement, a loop that is being tested for the
             // run that tests it.
-            if (depth == sources.consoleDepth() || top->isFenced() || (top->loop && top->loop->isBusy()))
+            if (depth == sources.consoleDepth() || top->state->isFenced() ||
+                (top->state->loop && top->state->loop->isBusy()))
                 return;
             // An interrupt may have dropped the line that ends a loop.
             popSource(isInterrupted() ? 0 : 1);
@@ -314,9 +329,9 @@ void CMD_Engine::drain(size_t baseLevel, bool readWasPending, bool loopWasRunnin
 }
 
 void CMD_Engine::processInput(const SourceRef &source, const CMD_Line &line) {
-    if (source->loop && !source->loopRunning) {
-        if (!source->loop->sendInput(line.text, source->getLineNumber()))
-            source->loopRunning = 1;
+    if (source->state->loop && !source->state->loopRunning) {
+        if (!source->state->loop->sendInput(line.text, source->getLineNumber()))
+            source->state->loopRunning = 1;
         return;
     }
     if (!readVariables.isEmpty()) {
@@ -325,9 +340,9 @@ void CMD_Engine::processInput(const SourceRef &source, const CMD_Line &line) {
         return;
     }
     const bool captured = (modeBits & modeCaptureHistory) != 0;
-    if (sources.size() > 1 || source->loop)
+    if (sources.size() > 1 || source->state->loop)
         setModeBit(modeCaptureHistory, false);
-    const CMD_Source::StatementScope running(*source);
+    const StatementScope running(*source->state);
     try {
         internalExecute(line);
     } catch (const std::bad_alloc &) {

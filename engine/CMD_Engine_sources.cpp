@@ -7,6 +7,7 @@
 
 #include <orvlang/engine/CMD_ChannelBlocks.h>
 #include <orvlang/engine/CMD_Source.h>
+#include <orvlang/engine/CMD_SourceState.h>
 #include <orvlang/engine/CMD_WaitScope.h>
 #include <orvlang/flow/CMD_Loop.h>
 #include <orvlang/platform/kit/KIT_PathSearch.h>
@@ -47,7 +48,7 @@ CMD_Source *CMD_Engine::pushSource(const char *filename, int echo) {
         return nullptr;
     auto source = std::make_shared<CMD_Source>(path.c_str(), 0);
     const std::string_view text = KITwithoutByteOrderMark({ buffer.get(), count });
-    source->setInput({ buffer, text.data() }, text.size());
+    source->state->setInput({ buffer, text.data() }, text.size());
     source->setEchoState(echo);
     sources.push(std::move(source));
     return getSource();
@@ -57,9 +58,9 @@ CMD_Source *CMD_Engine::popSource(int complain) {
     if (sources.level() > 0) {
         const SourceRef popped = sources.pop();
         const char *filename = popped->getFilename() ? popped->getFilename() : "";
-        if (popped->loop && complain)
+        if (popped->state->loop && complain)
             getError(1) << "Invalid loop nesting in " << filename << std::endl;
-        popped->close();
+        popped->state->close();
         const int blocksBelow = sources.getConsole().channelBlocksBelow;
         if (sources.level() == 0 && CMD_ChannelBlocks::getCount() > blocksBelow) {
             getError(1) << "Got chblockbegin without chblockend in " << filename << std::endl;
@@ -77,7 +78,7 @@ void CMD_Engine::dropPendingInput() {
     readVariables = nullptr;
     while (sources.level() > 0)
         popSource(0);
-    getSource()->abandon();
+    getSource()->state->abandon();
 }
 
 CMD_WaitScope::CMD_WaitScope(CMD_Engine &owner)

@@ -6,6 +6,7 @@
 
 #include <orvlang/engine/CMD_ModeScope.h>
 #include <orvlang/engine/CMD_Source.h>
+#include <orvlang/engine/CMD_SourceState.h>
 #include <orvlang/platform/osl/KIT_Thread.h>
 
 void CMD_Manager::pushOutputStreams(std::ostream &out, std::ostream &err) {
@@ -61,7 +62,7 @@ CMD_Manager::Pending CMD_Engine::getPendingInput() const {
         return Continuation;
     if (!readVariables.isEmpty())
         return Read;
-    if (source.loop && !source.loopRunning)
+    if (source.state->loop && !source.state->loopRunning)
         return Loop;
     return source.getIfNestLevel() > 0 ? If : Nothing;
 }
@@ -69,9 +70,9 @@ CMD_Manager::Pending CMD_Engine::getPendingInput() const {
 void CMD_Engine::getPrompt(KIT_String &out) {
     const CMD_Source &source = *getSource();
     out.clear();
-    if (!source.interactive || !readVariables.isEmpty())
+    if (!source.state->interactive || !readVariables.isEmpty())
         return;
-    if (source.loop) {
+    if (source.state->loop) {
         out = "> ";
         return;
     }

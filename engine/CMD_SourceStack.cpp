@@ -5,6 +5,7 @@
 
 #include <orvlang/engine/CMD_ChannelBlocks.h>
 #include <orvlang/engine/CMD_Source.h>
+#include <orvlang/engine/CMD_SourceState.h>
 #include <orvlang/symbols/CMD_VariableTable.h>
 
 CMD_SourceStack::CMD_SourceStack(SourceRef bottom) {
@@ -16,7 +17,7 @@ CMD_SourceStack::~CMD_SourceStack() {
 }
 
 void CMD_SourceStack::push(SourceRef source) {
-    source->aliasesOff = areAliasesOff();
+    source->state->aliasesOff = areAliasesOff();
     sources.push_back(std::move(source));
 }
 
@@ -37,15 +38,15 @@ CMD_SourceStack::Console CMD_SourceStack::pushConsole() {
 }
 
 bool CMD_SourceStack::areAliasesOff() const {
-    return top()->aliasesOff;
+    return top()->state->aliasesOff;
 }
 
 // Each source stores the state for itself and those below, so that a change updates only the sources above it.
 void CMD_SourceStack::updateAliasesOff(size_t index) {
-    bool aliasesOff = index > 0 && sources[index - 1]->aliasesOff;
+    bool aliasesOff = index > 0 && sources[index - 1]->state->aliasesOff;
     for (; index < sources.size(); ++index) {
         CMD_Source &source = *sources[index];
         aliasesOff = aliasesOff || source.getLocalVariables()->hasVariable("noalias");
-        source.aliasesOff = aliasesOff;
+        source.state->aliasesOff = aliasesOff;
     }
 }

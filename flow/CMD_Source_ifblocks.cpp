@@ -4,17 +4,30 @@
 
 #include <algorithm>
 
+#include <orvlang/engine/CMD_SourceState.h>
 #include <orvlang/flow/CMD_IfRules.h>
 
+CMD_IfState CMD_Source::getIfState() const {
+    return state->ifStates[static_cast<size_t>(state->ifNestLevel)];
+}
+
+void CMD_Source::setIfState(CMD_IfState ifState) {
+    state->ifStates[static_cast<size_t>(state->ifNestLevel)] = ifState;
+}
+
+int CMD_Source::getIfNestLevel() const {
+    return state->ifNestLevel;
+}
+
 void CMD_Source::setIfNestLevel(int level) {
-    ifNestLevel = std::clamp(level, 0, theIfLevels - 1);
+    state->ifNestLevel = std::clamp(level, 0, CMD_SourceState::theIfLevels - 1);
 }
 
 int CMD_Source::bumpIfNest(int direction) {
-    const int level = direction >= 1 ? ifNestLevel + 1 : ifNestLevel - 1;
-    if (level < 0 || level >= theIfLevels)
+    const int level = direction >= 1 ? state->ifNestLevel + 1 : state->ifNestLevel - 1;
+    if (level < 0 || level >= CMD_SourceState::theIfLevels)
         return 0;
-    ifNestLevel = level;
+    state->ifNestLevel = level;
     return 1;
 }
 
