@@ -28,6 +28,8 @@ protected:
                                                                   : sputc(traits_type::to_char_type(byte));
     }
     int sync() override {
+        if (pptr() == pbase())   // each statement flushes, most have written nothing
+            return 0;
         if (!OSLwriteAll(descriptor, pbase(), static_cast<std::size_t>(pptr() - pbase())))
             error = errno;
         setp(bytes, bytes + sizeof bytes);
