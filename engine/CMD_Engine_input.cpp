@@ -22,6 +22,8 @@
 
 namespace {
 
+constexpr const char *theOperationName = "Run Orvlang command";
+
 // A nested run starts only when at least this much stack is left. One statement, with the expressions in its words,
 // needs less between two such checks, even with the larger frames of the sanitizers and with the Python interpreter.
 constexpr size_t theStackReserve = 192 * 1024;
@@ -42,20 +44,6 @@ void appendJoint(std::string &text) {
     if (!text.empty() && text.back() != ' ')
         text += ' ';
 }
-
-/// Marks an operation as running. An interrupt stays noted until the outermost operation ends.
-class OperationScope {
-public:
-    OperationScope() : started(KITgetInterrupt()->opStart("Run Orvlang command", 0, 0, nullptr) != 0) {}
-    ~OperationScope() { KITgetInterrupt()->opEnd(-1); }
-    OperationScope(const OperationScope &) = delete;
-    OperationScope &operator=(const OperationScope &) = delete;
-
-    bool mayRun() const { return started; }
-
-private:
-    const bool started;
-};
 
 /// Counts a statement of a source while it runs.
 class StatementScope {
@@ -226,7 +214,7 @@ void CMD_Engine::sendMultiLineInput(const char *text, bool asBlock) {
 }
 
 void CMD_Engine::finishContinuation() {
-    const OperationScope operation;
+    const KIT_Operation operation(theOperationName);
     // Running the continued line can begin another one.
     while (!continuationLine.empty()) {
         if (isInterrupted()) {
@@ -268,7 +256,7 @@ void CMD_Engine::internalSendInput(std::string_view line, bool pushedSource) {
     const SourceRef current = sources.top();
     if (commandEcho && commandEchoCallback && current->isStdIn())
         commandEchoCallback(std::string(line).c_str(), commandEchoCallbackData);
-    const OperationScope operation;
+    const KIT_Operation operation(theOperationName);
     if (!operation.mayRun())
         return;
     processInput(current, { line, nullptr });
